@@ -1,0 +1,97 @@
+// The reference host as its users see it: a platform that loads the mapping plug-in and runs whole
+// requests through it. The command line tool, the tests and the benchmarks are written against
+// this.
+#ifndef OCIFIP_HOST_H_
+#define OCIFIP_HOST_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace ocifip {
+
+// Input that cannot be read: "FILE:LINE: reason", or "FILE: reason" where no line is known.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The plug-in or a YANG module cannot be loaded.
+class LoadError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+enum class Encoding { kJson, kXml };
+enum class Format { kTree, kJson, kXml, kCalls };
+enum class Content { kConfig, kAll };
+enum class DefaultOperation { kMerge, kCreate, kReplace, kNone };
+
+struct HostOptions {
+  std::string plugin;                 // path of the mapping plug-in
+  std::string models;                 // folder of the YANG modules
+  std::optional<std::string> device;  // device file; the built-in example device when absent
+  bool trace = false;                 // trace lines go to standard error
+};
+
+// A document as it was given: a file's or standard input's text.
+struct Source {
+  std::string name;  // for messages: the file's name, or "standard input"
+  std::string text;
+  Encoding encoding = Encoding::kJson;
+};
+
+struct EditRequest {
+  std::optional<Source> document;
+  std::vector<std::string> deletes;  // instance paths
+  DefaultOperation operation = DefaultOperation::kMerge;
+};
+
+struct QueryRequest {
+  std::optional<Source> document;
+  std::vector<std::string> paths;  // instance paths
+  Content content = Content::kAll;
+};
+
+// Why the mapping refused a request.
+struct Refusal {
+  std::uint32_t code = 0;
+  std::string tag;      // the refused node's tag, or ""
+  std::string path;     // instance path of the node, or of the nodes being walked
+  std::string message;  // the mapping's own sentence, or the code's text
+
+  // `0xaaf2ee00 (unsupported) tag "enabled" at /interfaces/... : MESSAGE`
+  [[nodiscard]] std::string text() const;
+};
+
+struct Outcome {
+  std::string text;                // what was asked for, in the format asked for
+  std::optional<Refusal> refusal;  // set: text is empty, but for Format::kCalls
+  std::vector<std::string> notes;  // remarks for the user, a sentence each
+};
+
+class Host {
+ public:
+  // Loads the models, the device and the plug-in. Throws LoadError or InputError.
+  explicit Host(const HostOptions& options);
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  // An OpenConfig edit becomes a native edit. Throws InputError.
+  Outcome edit(const EditRequest& request, Format format);
+
+  // An OpenConfig read becomes native queries. Throws InputError.
+  Outcome query(const QueryRequest& request, Format format);
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_H_

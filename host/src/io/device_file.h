@@ -1,0 +1,63 @@
+// The device file: what a device is made of, as its user writes it down.
+#ifndef OCIFIP_HOST_IO_DEVICE_FILE_H_
+#define OCIFIP_HOST_IO_DEVICE_FILE_H_
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+// An address with its prefix length, checked: four or sixteen bytes in network order.
+struct DeviceAddress {
+  std::array<std::uint8_t, 16> bytes{};
+  std::uint32_t prefix_length = 0;
+};
+
+struct DeviceAddresses {
+  std::optional<DeviceAddress> primary;
+  std::vector<DeviceAddress> secondaries;
+};
+
+struct DeviceInterface {
+  std::string name;                     // native name, "Eth1" or "Eth1.20"
+  std::optional<std::string> node;      // the node that it is on; the device's own when absent
+  std::optional<DeviceAddresses> ipv4;  // absent: taken from the native configuration
+  std::optional<DeviceAddresses> ipv6;
+};
+
+// One explicit item of the database.
+struct DatabaseItem {
+  std::uint32_t type = 0;
+  std::string text;    // the item's bytes, when it is not a record
+  std::string record;  // name of the record, or ""
+  std::string fields;  // the record's fields as JSON text
+};
+
+struct Device {
+  std::optional<std::string> node;  // node identity; absent when the device has none
+  std::vector<DeviceInterface> interfaces;
+  Document native;                            // native configuration
+  std::map<std::string, DatabaseItem> sysdb;  // by full path
+  bool sysdb_absent = false;                  // faults
+  bool interface_manager_absent = false;
+  bool node_absent = false;
+};
+
+// Reads a device from its JSON text. Throws InputError that names the field by its place, as
+// `device.json: interfaces[1].ipv4.primary: "10.0.0.1" has no prefix length`.
+Device read_device(const Models& models, const std::string& name, const std::string& text);
+
+// The device that the tool uses when none is given: node "node0_1", no native configuration, a few
+// interfaces without addresses.
+Device example_device();
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_DEVICE_FILE_H_

@@ -1,0 +1,45 @@
+// A data tree as a client sends it or is shown it: what JSON, XML and instance paths are read into
+// and printed from. It knows nothing of the mapping.
+#ifndef OCIFIP_HOST_IO_DOCUMENT_H_
+#define OCIFIP_HOST_IO_DOCUMENT_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct lysc_node;
+
+namespace ocifip {
+
+// Edit operations, in the numbers that the mapping contract gives them.
+enum class Operation : std::uint8_t {
+  kWrite = 0,
+  kReplace = 1,
+  kDelete = 3,
+  kRemove = 4,
+  kNone = 5
+};
+
+enum class NodeKind : std::uint8_t { kContainer = 1, kList = 2, kLeaf = 3, kLeafList = 4 };
+
+struct DocumentNode {
+  std::string tag;
+  std::string module;            // name of the node's module; "" when no model knows the namespace
+  std::string module_namespace;  // its namespace; for an unknown JSON module, the module's name
+  NodeKind kind = NodeKind::kContainer;
+  std::optional<std::string> value;    // a leaf's text; absent when the client gave none
+  std::optional<Operation> operation;  // the node's own annotation, not what it inherits
+  int line = 0;                        // where it stands in its source, 0 when unknown
+  const lysc_node* schema = nullptr;   // null when no model knows the node
+  std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
+};
+
+struct Document {
+  std::string name;                 // of the source, for messages
+  std::vector<DocumentNode> roots;  // top-level nodes
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_DOCUMENT_H_

@@ -1,0 +1,59 @@
+// The YANG modules that the host knows, loaded once through libyang.
+#ifndef OCIFIP_HOST_IO_MODELS_H_
+#define OCIFIP_HOST_IO_MODELS_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "io/document.h"
+
+struct ly_ctx;
+struct lysc_node;
+
+namespace ocifip {
+
+class Models {
+ public:
+  // Loads every *.yang module of a folder. Throws LoadError naming the module and libyang's reason.
+  explicit Models(const std::string& folder);
+  ~Models();
+  Models(const Models&) = delete;
+  Models& operator=(const Models&) = delete;
+
+  [[nodiscard]] const ly_ctx* context() const;
+
+  // Name of the module with a namespace, and the reverse; "" when unknown.
+  [[nodiscard]] std::string_view module_of(std::string_view module_namespace) const;
+  [[nodiscard]] std::string_view namespace_of(std::string_view module) const;
+
+  // The top-level node of a module, or the data child of a node (choices and cases are seen
+  // through). An empty namespace means the parent's, or any module at the top. Null when unknown.
+  [[nodiscard]] const lysc_node* child(const lysc_node* parent, std::string_view tag,
+                                       std::string_view module_namespace) const;
+
+  // The data children of a node in schema order, augments included; the top-level nodes of every
+  // module for null.
+  [[nodiscard]] std::vector<const lysc_node*> children(const lysc_node* parent) const;
+
+  // Key names of a list in the order of its key statement; empty for a keyless list or another
+  // node.
+  [[nodiscard]] static std::vector<std::string> keys(const lysc_node* list);
+
+  [[nodiscard]] static NodeKind kind(const lysc_node* node);
+  [[nodiscard]] static std::string_view tag(const lysc_node* node);
+  [[nodiscard]] static std::string_view module(const lysc_node* node);
+  [[nodiscard]] static std::string_view module_namespace(const lysc_node* node);
+  [[nodiscard]] static bool is_key(const lysc_node* node);
+  [[nodiscard]] static bool is_state(const lysc_node* node);       // config false
+  [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_MODELS_H_

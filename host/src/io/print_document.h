@@ -1,0 +1,27 @@
+// Printing documents as JSON, XML and an indented tree.
+#ifndef OCIFIP_HOST_IO_PRINT_DOCUMENT_H_
+#define OCIFIP_HOST_IO_PRINT_DOCUMENT_H_
+
+#include <string>
+#include <vector>
+
+#include "io/document.h"
+#include "io/models.h"
+#include "ocifip/host.h"
+
+namespace ocifip {
+
+// The text of a document, ending in a line feed. Operations other than kWrite become metadata
+// (JSON) or nc:operation attributes (XML); kNone is shown by `tree` alone. An entry without its
+// keys is left out of JSON and XML, and a sentence that names it is added to notes. Values that a
+// type would not accept are printed as they are. `format` is not kCalls.
+std::string print_document(const Models& models, const Document& document, Format format,
+                           std::vector<std::string>& notes);
+
+// Instance path of a node given the nodes from the top down to it, as
+// "/interfaces/interface[name='Eth1']/subinterfaces".
+std::string instance_path(const std::vector<const DocumentNode*>& nodes);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_PRINT_DOCUMENT_H_

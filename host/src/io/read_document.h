@@ -1,0 +1,34 @@
+// Reading documents: RFC 7951 JSON with RFC 7952 metadata, NETCONF XML, and instance paths.
+#ifndef OCIFIP_HOST_IO_READ_DOCUMENT_H_
+#define OCIFIP_HOST_IO_READ_DOCUMENT_H_
+
+#include <string>
+
+#include "io/document.h"
+#include "io/models.h"
+#include "ocifip/host.h"
+
+namespace ocifip {
+
+// Reads a document. Nodes that no model knows and values that a type would not accept are kept as
+// they came; only malformed text and structure that cannot be represented are errors.
+// Throws InputError ("NAME:LINE: reason").
+Document read_document(const Models& models, const Source& source);
+
+// Turns an instance path, "/interfaces/interface[name='Eth1']/subinterfaces", into a document that
+// holds the named nodes and their keys, and nothing else. Steps may carry a module prefix
+// ("openconfig-if-ip:ipv4"); without one a step is looked up by name. A list step may have no keys
+// when it is the last. Returns the one root. Throws InputError naming the path and the place.
+Document read_path(const Models& models, const std::string& path);
+
+// The innermost node of a document that is a single chain below its root, keys set aside: the node
+// that a path names.
+DocumentNode& path_target(Document& document);
+
+// Adds a document's nodes to another's: entries with the same keys, and containers of the same
+// name, are joined; a leaf of the second replaces the first's.
+void merge_document(Document& target, Document addition);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_READ_DOCUMENT_H_

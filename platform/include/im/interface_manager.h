@@ -1,0 +1,92 @@
+/* Client of the interface manager. */
+#ifndef IM_INTERFACE_MANAGER_H
+#define IM_INTERFACE_MANAGER_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "node/node.h"
+#include "yfw/cerrno.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct imc_conn_ctx imc_conn_ctx; /* a bound connection */
+typedef uint64_t imc_connid;              /* its identifier, used by every query; 0 is none */
+typedef uint32_t imc_handle;              /* handle of an interface */
+
+/* Bind mode of a mapping plug-in's connection. */
+#define IMC_BIND_MODE_CLIENT 2u
+
+/* Result of a lookup of an interface that does not exist. */
+#define IMC_INTERFACE_UNKNOWN ((cerrno)0x409a0600)
+
+/* The IPv4 address attribute of an interface, and its length in a request. */
+#define IMC_ATTR_IPV4_ADDRESS 0x1a000cu
+#define IMC_ATTR_IPV4_ADDRESS_LENGTH 75u
+
+/* Binds to the interface manager and stores the connection; see enum values above for the mode. */
+cerrno imc_control_server_bind(imc_conn_ctx **connection, uint32_t mode);
+
+/* Releases a connection. */
+cerrno imc_control_server_unbind(imc_conn_ctx *connection);
+
+/* The identifier of a bound connection. */
+imc_connid imc_conn_ctx_to_connid(const imc_conn_ctx *connection);
+
+/*
+ * Looks interfaces up by name.
+ *
+ *   connection  the connection's identifier
+ *   count       number of names
+ *   names       count names in internal form
+ *   handles     count handles, written where found
+ *   flags       0
+ *   statuses    count results, one a name
+ *
+ * Returns 0 when the lookup ran; each name's own outcome is its status.
+ */
+cerrno imc_interface_find(imc_connid connection, uint32_t count, const char *const *names,
+                          imc_handle *handles, uint32_t flags, cerrno *statuses);
+
+/* Looks one interface up by name. Returns 0, IMC_INTERFACE_UNKNOWN or another failure. */
+cerrno imc_s_interface_find(imc_connid connection, const char *name, imc_handle *handle);
+
+/* One attribute of one interface, asked for by imc_attr_query. */
+typedef struct imc_attr_request {
+  imc_handle interface_handle;
+  uint32_t attribute;
+  uint32_t length; /* greatest length of the attribute that the caller takes */
+} imc_attr_request;
+
+/* The answer: one block, freed by the caller with free. */
+typedef struct imc_attr_response {
+  cerrno status;   /* outcome of this attribute */
+  uint32_t length; /* bytes of data */
+  uint8_t *data;   /* the encoded attribute, inside the same block */
+} imc_attr_response;
+
+/*
+ * Queries attributes of interfaces.
+ *
+ *   connection      the connection's identifier
+ *   count           number of requests
+ *   requests        count requests
+ *   response_count  number of responses wanted: 1
+ *   response        where to store the response; untouched on failure
+ */
+cerrno imc_attr_query(imc_connid connection, uint32_t count, const imc_attr_request *requests,
+                      uint32_t response_count, imc_attr_response **response);
+
+/* The node that an interface is on. The name is in internal form. */
+cerrno imc_ifname_to_location(imc_connid connection, const char *name, nodeid_t *node);
+
+/* Writes the interface manager's internal form of a name into a buffer of size bytes. */
+cerrno im_internal_namestring(const char *name, char *internal, size_t size);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
