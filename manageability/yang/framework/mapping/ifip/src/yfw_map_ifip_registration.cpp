@@ -1,0 +1,51 @@
+#include "yfw_map_ifip_registration.h"
+
+#include <unistd.h>
+
+#include "yfw/text.h"
+#include "ymap_namespaces.h"
+
+// Path of the database client library's file, a setting of the build.
+#ifndef OCIFIP_SYSDB_CLIENT
+#error "OCIFIP_SYSDB_CLIENT names the file of the database client library"
+#endif
+
+namespace ymap {
+
+void fill_registration(const Registration& row, yfw_map_reg_record* record) {
+  const auto copy = [&row](char(&field)[YFW_MAP_REG_TEXT_SIZE], const char* text) {
+    yfw_strncpy_s(row.function, field, sizeof field, text, sizeof field);
+  };
+  copy(record->native_namespace, row.native_namespace);
+  copy(record->openconfig_namespace, kNamespaceInterfaces);
+  copy(record->tree_name, row.tree_name);
+  copy(record->native_tag, row.native_tag);
+  copy(record->openconfig_tag, "interfaces");
+  record->to_native = row.to_native;
+  record->to_openconfig = row.to_openconfig;
+  record->last = nullptr;
+}
+
+bool database_available() {
+  static bool available = false;
+  if (!available) {
+    available = access(OCIFIP_SYSDB_CLIENT, R_OK) == 0;
+  }
+  return available;
+}
+
+constinit sysdb_handle* dhcp_database = nullptr;
+
+}  // namespace ymap
+
+YMAP_EXPORT void yfw_map_oc_dhcp_sysdb_unbind(void) {
+  if (ymap::dhcp_database == nullptr) {
+    return;
+  }
+  if (ymap::database_available()) {
+    _sysdb_unbind(ymap::dhcp_database);
+  }
+  ymap::dhcp_database = nullptr;
+}
+
+YMAP_EXPORT void yfw_map_oc_ipv6_sysdb_unbind(void) {}

@@ -1,0 +1,117 @@
+#include "ymap_augment.h"
+
+#include "yfw/text.h"
+#include "ymap_request.h"
+
+namespace ymap {
+
+namespace {
+
+// One call of an entry callback.
+struct Entering {
+  const Call& call;
+  const AugmentEntry& entry;
+  AugmentEntrySites& sites;
+
+  [[nodiscard]] Site site(std::uint32_t& word) const { return {call.name, sites.line, &word}; }
+  [[nodiscard]] bool is_family(const Node& node) const {
+    return yfw_map_do_these_match(node.tag, entry.model.rows[entry.row].tag) != 0;
+  }
+  cerrno walk_family(const Node& node, const Node* parent) const {
+    return walk(entry.model, entry.row, call.ctx, &node, call.out, parent);
+  }
+  cerrno hand_to_augments(const Node& node) const {
+    return entry.parse_augments(call.ctx, &node, call.out);
+  }
+};
+
+cerrno first_pass(const Entering& entering, const Node& node, const Node* parent) {
+  if (entering.is_family(node)) {
+    return entering.walk_family(node, parent);
+  }
+  yfw_map_ctx* ctx = entering.call.ctx;
+  if (yfw_map_do_these_match(node.module_namespace, entering.entry.model.module_namespace) == 0) {
+    return entering.hand_to_augments(node);
+  }
+  if (is_read(ctx)) {
+    return YMAP_OK;
+  }
+  emit(ctx, entering.site(entering.sites.unsupported_tag), kUnsupportedTag);
+  record_refused_tag(ctx, node.tag, kAllocationName);
+  yfw_oc_error_path(ctx);
+  return YMAP_ERR_UNSUPPORTED;
+}
+
+// Walks a node once more. A delete turns into a remove for it, since the native node may be gone by
+// then; the mark of that stays. What this walk returns is not looked at, by design.
+void walk_again(const Entering& entering, const Node& node, const Node* parent) {
+  if (node.edit_operation == NIDL_YFW_EDIT_DELETE) {
+    const OperationOverride removing(node, NIDL_YFW_EDIT_REMOVE);
+    entering.walk_family(node, parent);
+  } else {
+    entering.walk_family(node, parent);
+  }
+}
+
+cerrno enter_node(const Entering& entering, const Node& node, const Node* parent) {
+  const cerrno result = first_pass(entering, node, parent);
+  if (result == YMAP_OK && (is_read(entering.call.ctx) || is_delete(node))) {
+    if (entering.is_family(node)) {
+      walk_again(entering, node, parent);
+    }
+    entering.hand_to_augments(node);
+  }
+  return result;
+}
+
+// An augmented node that is deleted takes the family's native configuration along: the family's
+// container hook is shown the delete. Children of other families, and keys, are not the hook's.
+void delete_family(const Entering& entering) {
+  const Node& entry = *entering.call.in;
+  if (entry.child_count == 0) {
+    walk_again(entering, entry, nullptr);
+    return;
+  }
+  Node bare = entry;
+  bare.children = nullptr;
+  bare.child_count = 0;
+  bare.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
+  walk_again(entering, bare, nullptr);
+}
+
+cerrno enter_augmented_node(const Entering& entering, const Children& children) {
+  const Call& call = entering.call;
+  bool has_family = false;
+  for (const Node& child : children) {
+    if (child.tag == nullptr) {
+      emit(call.ctx, entering.site(entering.sites.tag_missing), kTagMissing);
+      return YMAP_ERR_NO_SUBTREE;
+    }
+    emit(call.ctx, entering.site(entering.sites.processing), kProcessing, child.tag);
+    const cerrno result = enter_node(entering, child, call.in);
+    if (result != YMAP_OK) {
+      return result;
+    }
+    has_family = has_family || entering.is_family(child);
+  }
+  if (!has_family && is_edit(call.ctx) && is_delete(*call.in)) {
+    delete_family(entering);
+  }
+  return YMAP_OK;
+}
+
+}  // namespace
+
+cerrno enter_augment(const Call& call, const AugmentEntry& entry, AugmentEntrySites& sites) {
+  const Entering entering{call, entry, sites};
+  Children children;
+  if (!read_children(*call.in, children)) {
+    emit(call.ctx, entering.site(sites.failed_subtrees), kFailedSubtrees);
+    return YMAP_ERR_NO_SUBTREE;
+  }
+  return yfw_map_do_these_match(call.in->tag, entry.entry_tag) != 0
+             ? enter_augmented_node(entering, children)
+             : enter_node(entering, *call.in, nullptr);
+}
+
+}  // namespace ymap

@@ -1,0 +1,174 @@
+// The frame that every callback runs in: the start and end lines, the argument checks, and the
+// writing of a line to the two trace channels.
+//
+// A callback is declared and defined at once, and its body is only its own work:
+//
+//   YMAP_LEAF(ymap_ox_..._leaf_lvla_ipv4_config_mtu) {
+//     return ...;  // `call` holds the context, the node, the output tree and the callback's name
+//   }
+#ifndef YMAP_FRAME_H_
+#define YMAP_FRAME_H_
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+#include "log/log.h"
+#include "yfw/context.h"
+#include "yfw/mapping.h"
+
+// A callback entered without a context is a programming error that stops the process in every
+// build.
+#undef NDEBUG
+#include <cassert>
+
+#define YMAP_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace ymap {
+
+using Node = nidl_yfw_datatree;
+
+// Results of the library. Callers compare against the values.
+inline constexpr cerrno YMAP_OK = 0;
+inline constexpr cerrno YMAP_ERR_INVALID_ARGS = 0xaaf2a000;
+inline constexpr cerrno YMAP_ERR_NO_SUBTREE = 0xaaf29e00;
+inline constexpr cerrno YMAP_ERR_NO_KEYS = 0xaaf2f600;
+inline constexpr cerrno YMAP_ERR_LIST_KEY = 0xaaf2f000;
+inline constexpr cerrno YMAP_ERR_KEY_DELETE = 0xaaf2f200;
+inline constexpr cerrno YMAP_ERR_VALUE_RANGE = 0xaaf2f400;
+inline constexpr cerrno YMAP_ERR_UNSUPPORTED = 0xaaf2ee00;
+inline constexpr cerrno YMAP_ERR_UNSUPPORTED_AUGMENT = 0xaaf2f800;
+inline constexpr cerrno YMAP_ERR_XPATH_NOT_FOUND = YFW_MAP_XPATH_NOT_FOUND;
+
+// A line of the debug log and of the trace buffer. Both formats begin with the context; the trace
+// buffer's also with the sequence number, the callback's name and the source line.
+struct Message {
+  std::uint32_t level;  // enum yfw_log_level
+  const char* debug_format;
+  const char* buffer_format;
+};
+
+#define YMAP_TRACE_TEXT(text) \
+  ::ymap::Message { YFW_LOG_TRACE, "TRC: YFW: ctx=%p," text, "#%u: TRC: %s:%d ctx=%p," text }
+#define YMAP_ERROR_TEXT(text) \
+  ::ymap::Message { YFW_LOG_ERROR, "ERR: YFW: ctx=%p," text, "#%u: ERR: %s:%d ctx=%p," text }
+
+inline constexpr Message kStart = YMAP_TRACE_TEXT("Start");
+inline constexpr Message kEnd = YMAP_TRACE_TEXT("End");
+inline constexpr Message kInvalidArguments = YMAP_ERROR_TEXT("Invalid arguments passed!");
+inline constexpr Message kFailedSubtrees = YMAP_ERROR_TEXT("Failed to get subtrees!");
+inline constexpr Message kTagMissing = YMAP_ERROR_TEXT("Tag name is not available!");
+inline constexpr Message kUnsupportedTag =
+    YMAP_ERROR_TEXT("Unsupported tag is specified in the request.");
+inline constexpr Message kProcessing = YMAP_TRACE_TEXT("Processing tag '%s'");
+
+// What a site word holds before the logging service has seen it.
+inline constexpr std::uint32_t kFreshSiteWord = 0xffffffff;
+
+// A place that writes a line.
+struct Site {
+  const char* function;  // the callback's own name
+  int line;
+  std::uint32_t* word;  // the site's own word, handed to the logging service
+};
+
+// Of an entry in the trace buffer; the same at every site.
+inline constexpr std::uint64_t kTraceBufferFlags = 0x10101000000;
+inline constexpr std::size_t kTraceBufferLineSize = 250;
+
+template <typename... Args>
+[[gnu::cold, gnu::noinline]] void write_debug_line(yfw_map_ctx* ctx, std::uint32_t* word,
+                                                   const Message& message, Args... args) {
+  void* channel = message.level == YFW_LOG_ERROR ? ctx->error_channel : ctx->trace_channel;
+  _ombos_dt_log_filter_adv(channel, 0, 0, 0, 0, 0, word, message.debug_format,
+                           static_cast<void*>(ctx), args...);
+}
+
+template <typename... Args>
+[[gnu::cold, gnu::noinline]] void write_buffer_line(yfw_map_ctx* ctx, const char* function,
+                                                    int line, const Message& message,
+                                                    Args... args) {
+  std::array<char, kTraceBufferLineSize> text;
+  std::snprintf(text.data(), text.size(), message.buffer_format, ret_nc_yfw_trace_index_incr(),
+                function, line, static_cast<void*>(ctx), args...);
+  _lstrace(ctx->trace_buffer, kTraceBufferFlags, text.data());
+}
+
+// Writes a line to the debug log, if its filter wants it, and to the trace buffer, if that is on.
+// On a quiet system this is one filter test and one flag test.
+template <typename... Args>
+inline void emit(yfw_map_ctx* ctx, const Site& site, const Message& message, Args... args) {
+  if (yfw_debug_should_log(ctx->debug_filter, message.level) != 0) [[unlikely]] {
+    write_debug_line(ctx, site.word, message, args...);
+  }
+  if (ctx->trace_buffer_on != 0) [[unlikely]] {
+    write_buffer_line(ctx, site.function, site.line, message, args...);
+  }
+}
+
+// Writes a line from a site of its own. `name` is the writing function's.
+#define YMAP_EMIT(ctx, name, message, ...)                                  \
+  do {                                                                      \
+    static constinit std::uint32_t ymap_site_word = ::ymap::kFreshSiteWord; \
+    static constexpr ::ymap::Message ymap_message = message;                \
+    ::ymap::emit(ctx, ::ymap::Site{name, __LINE__, &ymap_site_word},        \
+                 ymap_message __VA_OPT__(, ) __VA_ARGS__);                  \
+  } while (false)
+
+// The same within a callback's body, under the callback's name.
+#define YMAP_TRACE(call, text, ...) \
+  YMAP_EMIT((call).ctx, (call).name, YMAP_TRACE_TEXT(text) __VA_OPT__(, ) __VA_ARGS__)
+#define YMAP_ERROR(call, text, ...) \
+  YMAP_EMIT((call).ctx, (call).name, YMAP_ERROR_TEXT(text) __VA_OPT__(, ) __VA_ARGS__)
+
+// One call of a callback.
+struct Call {
+  yfw_map_ctx* ctx;
+  const Node* in;
+  Node* out;
+  std::uint32_t child_count;  // 0 in the leaf form
+  const char* name;           // the callback's own
+};
+
+// The lines that the frame itself writes.
+struct FrameSites {
+  int line;
+  std::uint32_t start = kFreshSiteWord;
+  std::uint32_t invalid_arguments = kFreshSiteWord;
+  std::uint32_t end = kFreshSiteWord;
+};
+
+// Reports a missing node or tree: no end line follows.
+inline cerrno reject_arguments(yfw_map_ctx* ctx, const Site& site) {
+  emit(ctx, site, kInvalidArguments);
+  yfw_oc_error_path(ctx);
+  return YMAP_ERR_INVALID_ARGS;
+}
+
+// Runs a callback's body inside the frame: start line, argument checks, body, end line.
+cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call& call));
+
+}  // namespace ymap
+
+// Declares and opens a callback of the leaf form.
+#define YMAP_LEAF(name)                                                                            \
+  static cerrno name##_body(const ymap::Call& call);                                               \
+  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
+    static constinit ymap::FrameSites sites{__LINE__};                                             \
+    assert(NULL != ctx);                                                                           \
+    return ymap::run_framed(ymap::Call{ctx, in, out, 0, #name}, sites, name##_body);               \
+  }                                                                                                \
+  static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
+
+// Declares and opens a callback of the container form.
+#define YMAP_CONTAINER(name)                                                                   \
+  static cerrno name##_body(const ymap::Call& call);                                           \
+  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,                       \
+                          std::uint32_t child_count, nidl_yfw_datatree* out) {                 \
+    static constinit ymap::FrameSites sites{__LINE__};                                         \
+    assert(NULL != ctx);                                                                       \
+    return ymap::run_framed(ymap::Call{ctx, in, out, child_count, #name}, sites, name##_body); \
+  }                                                                                            \
+  static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
+
+#endif  // YMAP_FRAME_H_

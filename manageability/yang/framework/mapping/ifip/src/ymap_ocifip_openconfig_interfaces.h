@@ -1,0 +1,15 @@
+// The callbacks of openconfig-interfaces in the direction from OpenConfig to the native models.
+// They carry a request down to a subinterface and refuse every leaf on the way: those are the
+// interfaces mapping's. Nothing in the library calls them.
+#ifndef YMAP_OCIFIP_OPENCONFIG_INTERFACES_H_
+#define YMAP_OCIFIP_OPENCONFIG_INTERFACES_H_
+
+#include "ymap_frame.h"
+#include "ymap_walker.h"
+
+#define YMAP_MODEL openconfig_interfaces
+#define YMAP_SYMBOL(rest) ymap_ox_ocifip_openconfiginterfaces_##rest
+#define YMAP_ROWS "ymap_ocifip_openconfig_interfaces.def"
+#include "ymap_model_declarations.inc"
+
+#endif  // YMAP_OCIFIP_OPENCONFIG_INTERFACES_H_

@@ -1,0 +1,133 @@
+// What the mapping callbacks ask of a request, and the few things that they do to it: the kind of
+// the request, the writing of output paths, the record of a refusal, and the guards that undo what
+// a callback changes for a while.
+#ifndef YMAP_REQUEST_H_
+#define YMAP_REQUEST_H_
+
+#include <cstdint>
+#include <string_view>
+
+#include "yfw/context.h"
+#include "ymap_frame.h"
+
+namespace ymap {
+
+// --- nodes ---------------------------------------------------------------------------------------
+
+inline bool has_flag(const Node& node, nidl_yfw_node_flag flag) { return (node.flags & flag) != 0; }
+
+// The input tree is read-only but for its operations, key marks and flags, which the framework lets
+// a mapping write; this is the one place that takes the const away.
+inline Node& writable(const Node& node) { return const_cast<Node&>(node); }
+
+// The children of a node: none when the node does not claim a subtree.
+struct Children {
+  const Node* first = nullptr;
+  std::uint32_t count = 0;
+
+  [[nodiscard]] const Node* begin() const { return first; }
+  [[nodiscard]] const Node* end() const { return first + count; }
+  // The first child with a tag, or null.
+  [[nodiscard]] const Node* find(const char* tag) const;
+};
+
+// Reads a node's children; false when it claims children that cannot be read.
+[[nodiscard]] bool read_children(const Node& node, Children& children);
+
+// The children of a node that a walker has read before.
+[[nodiscard]] inline Children children_of(const Node& node) {
+  Children children;
+  return read_children(node, children) ? children : Children{};
+}
+
+// --- kind of the request -------------------------------------------------------------------------
+
+// Code of the whole request (enum yfw_map_request_op); without a request state, a configuration
+// read, which writes nothing.
+[[nodiscard]] std::uint32_t request_op(const yfw_map_ctx* ctx);
+[[nodiscard]] bool is_read(const yfw_map_ctx* ctx);
+[[nodiscard]] inline bool is_edit(const yfw_map_ctx* ctx) { return !is_read(ctx); }
+
+// Whether a node carries a delete or remove.
+[[nodiscard]] inline bool is_delete(const Node& node) {
+  return yfw_map_is_request_delete(&node) != 0;
+}
+[[nodiscard]] inline bool is_delete_operation(std::uint32_t operation) {
+  return operation == NIDL_YFW_EDIT_DELETE || operation == NIDL_YFW_EDIT_REMOVE;
+}
+
+// Whether a list of the request is deleted as a whole, without keys.
+[[nodiscard]] bool is_list_wide(const yfw_map_ctx* ctx);
+
+// --- writing -------------------------------------------------------------------------------------
+
+// One path to write under the request's current list entries.
+struct PathWrite {
+  const char* path;
+  const char* value = nullptr;
+  const Node* source = nullptr;  // the node whose operation the written one takes
+  bool new_entry = false;        // the path ends at a list, of which a new entry is wanted
+};
+
+// Adds a path to the output tree in a module's namespace. Returns the framework's result.
+cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write);
+
+// The three-way edit leaf: a read asks for the path with the node's value if any, a delete deletes
+// it, anything else writes the value.
+cerrno add_edit_leaf(const Call& call, const char* module_namespace, const char* path,
+                     const char* value);
+
+// --- refusals ------------------------------------------------------------------------------------
+
+// Label of the texts that the library hands to the framework.
+inline constexpr const char* kAllocationName = "YFW MAP";
+
+// Records the tag of the node that the request is refused for.
+void record_refused_tag(yfw_map_ctx* ctx, const char* tag, const char* allocation_name);
+
+// Records why a value is refused.
+void record_error_message(yfw_map_ctx* ctx, const char* message);
+
+// Refuses a leaf that has no mapping: marks the error path, records the tag, 0xaaf2ee00.
+cerrno refuse_leaf(const Call& call);
+
+// --- guards --------------------------------------------------------------------------------------
+
+// Gives a node another edit operation for as long as the guard lives, marked as an override, which
+// stays: nodes written from it carry the operation.
+class OperationOverride {
+ public:
+  OperationOverride(const Node& node, nidl_yfw_edit_oper operation)
+      : node_(writable(node)), saved_(node.edit_operation) {
+    set(operation);
+  }
+  ~OperationOverride() { node_.edit_operation = saved_; }
+  OperationOverride(const OperationOverride&) = delete;
+  OperationOverride& operator=(const OperationOverride&) = delete;
+
+  void set(nidl_yfw_edit_oper operation) {
+    node_.edit_operation = static_cast<std::uint8_t>(operation);
+    node_.flags |= NIDL_YFW_FLAG_OPERATION_OVERRIDE;
+  }
+
+ private:
+  Node& node_;
+  std::uint8_t saved_;
+};
+
+// Keeps the framework from reusing a list's current entry while a callback adds one of its own.
+class NewListEntries {
+ public:
+  explicit NewListEntries(yfw_map_ctx* ctx);
+  ~NewListEntries();
+  NewListEntries(const NewListEntries&) = delete;
+  NewListEntries& operator=(const NewListEntries&) = delete;
+
+ private:
+  yfw_map_request_state* state_;
+  std::uint8_t saved_ = 0;
+};
+
+}  // namespace ymap
+
+#endif  // YMAP_REQUEST_H_

@@ -1,0 +1,388 @@
+#include "ymap_walker.h"
+
+#include "yfw/text.h"
+#include "ymap_request.h"
+
+namespace ymap {
+
+namespace {
+
+constexpr Message kUnsupportedIgnoring = YMAP_TRACE_TEXT("Unsupported tag. Ignoring.");
+constexpr Message kXpathError = YMAP_TRACE_TEXT("got xpath error node ");
+constexpr Message kNoKeys = YMAP_ERROR_TEXT("No keys specified with a list node.");
+constexpr Message kDeleteWithSubtree = YMAP_TRACE_TEXT("Delete request with subtree present");
+constexpr Message kEmptyKey = YMAP_ERROR_TEXT("Empty list key specified.");
+constexpr Message kKeyCount = YMAP_ERROR_TEXT("List key node error.");
+constexpr Message kKeyDelete = YMAP_ERROR_TEXT("The key node should not have delete operation.");
+constexpr Message kLeafref = YMAP_ERROR_TEXT("leafref value check fail");
+
+// One visit of a node by its row.
+struct Visit {
+  const Model& model;
+  RowIndex index;
+  yfw_map_ctx* ctx;
+  const Node* in;
+  Node* out;
+
+  [[nodiscard]] const Row& row() const { return model.rows[index]; }
+  [[nodiscard]] bool to_native() const { return model.direction == Direction::kToNative; }
+  [[nodiscard]] bool is_native_edit() const { return to_native() && is_edit(ctx); }
+
+  [[nodiscard]] Site site(WalkerSite which) const {
+    return {row().name, row().line, &model.words[model.first_site[index] + which]};
+  }
+
+  void line(WalkerSite which, const Message& message) const { emit(ctx, site(which), message); }
+
+  // Records a node as the one that the request is refused for.
+  [[nodiscard]] cerrno refuse(const Node& node, cerrno result) const {
+    record_refused_tag(ctx, node.tag, kAllocationName);
+    yfw_oc_error_path(ctx);
+    return result;
+  }
+};
+
+// Keeps the node hierarchy balanced.
+class ContainerGuard {
+ public:
+  explicit ContainerGuard(const Visit& visit) : visit_(visit) {
+    yfw_map_add_to_node_hierarchy(visit.ctx, visit.in, YFW_MAP_HIERARCHY_CONTAINER);
+  }
+  ~ContainerGuard() { yfw_map_remove_from_node_hierarchy(visit_.ctx, visit_.in); }
+  ContainerGuard(const ContainerGuard&) = delete;
+  ContainerGuard& operator=(const ContainerGuard&) = delete;
+
+ private:
+  const Visit& visit_;
+};
+
+// Keeps the node hierarchy, the stack of request entries and the output list balanced.
+class EntryGuard {
+ public:
+  explicit EntryGuard(const Visit& visit) : visit_(visit) {
+    yfw_map_add_to_node_hierarchy(visit.ctx, visit.in, YFW_MAP_HIERARCHY_LIST_ENTRY);
+    remembered_ =
+        visit.to_native() && state() != nullptr && state()->visited_entries != nullptr &&
+        yfw_map_util_itree_stack_push(state()->visited_entries, visit.in, nullptr, 0) == YMAP_OK;
+  }
+  ~EntryGuard() {
+    if (remembered_) {
+      yfw_map_util_itree_stack_pop(state()->visited_entries);
+    }
+    yfw_map_remove_from_node_hierarchy(visit_.ctx, visit_.in);
+    if (listed_) {
+      yfw_remove_from_output_list_ctx(visit_.ctx, visit_.in, visit_.out);
+    }
+  }
+  EntryGuard(const EntryGuard&) = delete;
+  EntryGuard& operator=(const EntryGuard&) = delete;
+
+  // Enters the entry into the output list; the framework may decline it, which the depth tells.
+  void enter_output_list() {
+    const std::uint8_t depth = depth_now();
+    yfw_add_to_output_list_ctx(visit_.ctx, visit_.in, visit_.out);
+    listed_ = depth_now() > depth;
+  }
+
+ private:
+  [[nodiscard]] yfw_map_request_state* state() const { return visit_.ctx->request_state; }
+  [[nodiscard]] std::uint8_t depth_now() const {
+    return state() != nullptr ? state()->output_list_depth : std::uint8_t{0};
+  }
+
+  const Visit& visit_;
+  bool remembered_ = false;
+  bool listed_ = false;
+};
+
+// The row of a child's tag, or kNoRow. The hash finds the candidate, the framework confirms it.
+RowIndex find_row(const Visit& visit, const char* tag) {
+  const Model& model = visit.model;
+  std::uint32_t slot = tag_hash(visit.index, tag) & model.slot_mask;
+  for (; model.slots[slot] != kNoRow; slot = (slot + 1) & model.slot_mask) {
+    const RowIndex candidate = model.slots[slot];
+    if (model.parents[candidate] == visit.index &&
+        yfw_map_do_these_match(tag, model.rows[candidate].tag) != 0) {
+      return candidate;
+    }
+  }
+  return kNoRow;
+}
+
+// A child that no row matches: ignored or refused in the walker's own module, handed to the augment
+// hook in another.
+cerrno handle_unmatched(const Visit& visit, const Node& child) {
+  if (yfw_map_do_these_match(visit.model.module_namespace, child.module_namespace) == 0) {
+    return parse_augments(visit.model, visit.index, visit.ctx, &child, visit.out);
+  }
+  if (!visit.to_native()) {
+    visit.line(kSiteUnsupportedTag, kUnsupportedIgnoring);
+    return YMAP_OK;
+  }
+  if (is_read(visit.ctx)) {
+    return YMAP_OK;
+  }
+  visit.line(kSiteUnsupportedTag, kUnsupportedTag);
+  return visit.refuse(child, YMAP_ERR_UNSUPPORTED);
+}
+
+cerrno handle_child(const Visit& visit, const Node& child) {
+  const RowIndex index = find_row(visit, child.tag);
+  if (index == kNoRow) {
+    return handle_unmatched(visit, child);
+  }
+  const RowKind kind = visit.model.rows[index].kind;
+  if (kind == RowKind::kLeaf) {
+    return dispatch_leaf(visit.model, index, visit.ctx, &child, visit.out);
+  }
+  const cerrno result = walk(visit.model, index, visit.ctx, &child, visit.out, visit.in);
+  // An entry that its list hook refuses is skipped.
+  return kind == RowKind::kList && result == YMAP_ERR_NO_KEYS ? YMAP_OK : result;
+}
+
+cerrno walk_children(const Visit& visit, const Children& children) {
+  for (const Node& child : children) {
+    if (child.tag == nullptr) {
+      visit.line(kSiteTagMissing, kTagMissing);
+      return YMAP_ERR_NO_SUBTREE;
+    }
+    const cerrno result = handle_child(visit, child);
+    if (result != YMAP_OK) {
+      return result;
+    }
+  }
+  return YMAP_OK;
+}
+
+cerrno walk_container(const Visit& visit, const Children& children, const Node* parent) {
+  // A client that deletes a container does not describe its content. Content that merely lies below
+  // a deleted node inherits the delete and passes.
+  if (children.count != 0 && visit.is_native_edit() && is_delete(*visit.in) &&
+      (parent == nullptr || !is_delete(*parent))) {
+    visit.line(kSiteDeleteWithSubtree, kDeleteWithSubtree);
+    return visit.refuse(*visit.in, YMAP_ERR_INVALID_ARGS);
+  }
+  const ContainerGuard pushed(visit);
+  const yfw_map_container_callback hook =
+      visit.row().hook != nullptr ? visit.row().hook : visit.model.duck_map_container;
+  const cerrno result = hook(visit.ctx, visit.in, children.count, visit.out);
+  if (children.count == 0 || result != YMAP_OK) {
+    return result;
+  }
+  return walk_children(visit, children);
+}
+
+bool is_key(const Node& child, const char* key) {
+  return key != nullptr && yfw_map_do_these_match(child.tag, key) != 0;
+}
+
+bool is_any_key(const Row& row, const Node& child) {
+  for (const char* key : row.keys) {
+    if (is_key(child, key)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void mark_key(const Node& key, unsigned flags) {
+  writable(key).key_mark = 1;
+  writable(key).flags |= static_cast<std::uint8_t>(flags);
+}
+
+// Whether the request is one whose list keys are held against the leaves that they refer to.
+bool checks_leafrefs(const yfw_map_ctx* ctx) {
+  const std::uint32_t operation = request_op(ctx);
+  return operation == YFW_MAP_REQUEST_MERGE || operation == YFW_MAP_REQUEST_REPLACE ||
+         operation == YFW_MAP_REQUEST_CREATE;
+}
+
+// Checks one key of an edit.
+cerrno check_request_key(const Visit& visit, const Node& key) {
+  if (key.value == nullptr || key.value[0] == '\0') {
+    visit.line(kSiteEmptyKey, kEmptyKey);
+    return visit.refuse(key, YMAP_ERR_LIST_KEY);
+  }
+  if (checks_leafrefs(visit.ctx)) {
+    const cerrno result =
+        yfw_map_check_oc_leafref(visit.ctx, visit.row().list_path, "config", key.value, visit.in);
+    if (result != YMAP_OK) {
+      visit.line(kSiteLeafref, kLeafref);
+      return visit.refuse(key, result);
+    }
+  }
+  if (is_delete(key) && !is_delete(*visit.in)) {
+    visit.line(kSiteKeyDelete, kKeyDelete);
+    return visit.refuse(key, YMAP_ERR_KEY_DELETE);
+  }
+  return YMAP_OK;
+}
+
+// An edit names an entry by every key, once; only a list that is deleted as a whole has none.
+cerrno check_key_counts(const Visit& visit, const Children& children) {
+  std::uint32_t total = 0;
+  const char* wrong = nullptr;
+  for (const char* key : visit.row().keys) {
+    std::uint32_t count = 0;
+    for (const Node& child : children) {
+      count += is_key(child, key) ? 1 : 0;
+    }
+    total += count;
+    if (key != nullptr && count != 1 && wrong == nullptr) {
+      wrong = key;
+    }
+  }
+  const bool whole_list = total == 0 && is_delete(*visit.in) && is_list_wide(visit.ctx);
+  if (wrong == nullptr || whole_list) {
+    return YMAP_OK;
+  }
+  visit.line(kSiteKeyCount, kKeyCount);
+  record_refused_tag(visit.ctx, wrong, kAllocationName);
+  yfw_oc_error_path(visit.ctx);
+  return YMAP_ERR_LIST_KEY;
+}
+
+// Checks, marks and counts the keys of an OpenConfig entry.
+cerrno take_request_keys(const Visit& visit, const Children& children, bool is_current) {
+  const bool edit = is_edit(visit.ctx);
+  for (const Node& child : children) {
+    if (!is_any_key(visit.row(), child)) {
+      continue;
+    }
+    const cerrno result = edit ? check_request_key(visit, child) : YMAP_OK;
+    if (result != YMAP_OK) {
+      return result;
+    }
+    if (is_current) {
+      mark_key(child, NIDL_YFW_FLAG_KEY | NIDL_YFW_FLAG_REQUEST_KEY);
+    }
+  }
+  return edit ? check_key_counts(visit, children) : YMAP_OK;
+}
+
+void mark_native_keys(const Visit& visit, const Children& children) {
+  for (const Node& child : children) {
+    if (is_any_key(visit.row(), child)) {
+      mark_key(child, NIDL_YFW_FLAG_KEY);
+    }
+  }
+}
+
+cerrno call_list_hook(const Visit& visit, const Children& children) {
+  return visit.row().hook != nullptr
+             ? visit.row().hook(visit.ctx, visit.in, children.count, visit.out)
+             : visit.model.duck_map_list(visit.ctx, visit.in, visit.out);
+}
+
+cerrno walk_entry(const Visit& visit, const Children& children) {
+  if (children.count == 0) {
+    visit.line(kSiteNoKeys, kNoKeys);
+  }
+  EntryGuard entry(visit);
+  const bool is_current =
+      yfw_map_update_current_list_node(visit.ctx, visit.row().list_path) == YMAP_OK;
+  if (visit.to_native()) {
+    const cerrno result = take_request_keys(visit, children, is_current);
+    if (result != YMAP_OK) {
+      return result;
+    }
+  } else if (is_current) {
+    mark_native_keys(visit, children);
+  }
+  const cerrno result = call_list_hook(visit, children);
+  if (result != YMAP_OK) {
+    return result;
+  }
+  entry.enter_output_list();
+  return walk_children(visit, children);
+}
+
+}  // namespace
+
+cerrno walk(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in, Node* out,
+            const Node* parent) {
+  const Visit visit{model, index, ctx, in, out};
+  visit.line(kSiteStart, kStart);
+  if (in == nullptr || out == nullptr) {
+    return reject_arguments(ctx, visit.site(kSiteInvalidArguments));
+  }
+  Children children;
+  cerrno result = YMAP_ERR_NO_SUBTREE;
+  if (!read_children(*in, children)) {
+    visit.line(kSiteFailedSubtrees, kFailedSubtrees);
+  } else if (visit.row().kind == RowKind::kList) {
+    result = walk_entry(visit, children);
+  } else {
+    result = walk_container(visit, children, parent);
+  }
+  visit.line(kSiteEnd, kEnd);
+  return result;
+}
+
+cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
+                     Node* out) {
+  const Visit visit{model, index, ctx, in, out};
+  visit.line(kSiteStart, kStart);
+  if (in == nullptr) {
+    return reject_arguments(ctx, visit.site(kSiteInvalidArguments));
+  }
+  if (in->kind == NIDL_YFW_KIND_XPATH_ERROR && has_flag(*in, NIDL_YFW_FLAG_XPATH_ERROR)) {
+    visit.line(kSiteXpathError, kXpathError);
+    if (ctx->request_state != nullptr) {
+      ctx->request_state->flags |= YFW_MAP_STATE_XPATH_ERROR;
+    }
+  }
+  const yfw_map_leaf_callback leaf =
+      visit.row().leaf != nullptr ? visit.row().leaf : model.duck_map_leaf;
+  const cerrno result = leaf(ctx, in, out);
+  visit.line(kSiteEnd, kEnd);
+  return result;
+}
+
+cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out) {
+  if (in == nullptr || out == nullptr) {
+    return reject_arguments(ctx, Site{hook.name, hook.line, &hook.words[kHookInvalidArguments]});
+  }
+  if (yfw_map_is_request_add(ctx, in, out) == 0) {
+    return YMAP_OK;
+  }
+  if (hook.announces_augments) {
+    emit(ctx, Site{hook.name, hook.line, &hook.words[kHookProcessing]}, kProcessing, in->tag);
+  }
+  record_refused_tag(ctx, in->tag, kAllocationName);
+  yfw_oc_error_path(ctx);
+  return YMAP_ERR_UNSUPPORTED_AUGMENT;
+}
+
+namespace {
+
+// The hook of the native direction: passes every child over.
+cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out) {
+  emit(ctx, Site{hook.name, hook.line, &hook.words[kHookStart]}, kStart);
+  if (in == nullptr || out == nullptr) {
+    return reject_arguments(ctx, Site{hook.name, hook.line, &hook.words[kHookInvalidArguments]});
+  }
+  emit(ctx, Site{hook.name, hook.line, &hook.words[kHookEnd]}, kEnd);
+  return YMAP_OK;
+}
+
+}  // namespace
+
+cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
+                      Node* out) {
+  const Row& row = model.rows[index];
+  const AugmentHook hook{row.augments_name, row.line,
+                         &model.words[model.first_site[index] + kSiteAugmentHook],
+                         row.announces_augments};
+  return model.direction == Direction::kToNative ? refuse_augment(hook, ctx, in, out)
+                                                 : ignore_augment(hook, ctx, in, out);
+}
+
+cerrno refuse_deletion(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out) {
+  if (child_count != 0 || is_read(ctx) || !is_delete(*in)) {
+    return YMAP_OK;
+  }
+  return refuse_leaf(Call{ctx, in, out, child_count, __func__});
+}
+
+}  // namespace ymap
