@@ -41,8 +41,8 @@ void bag_register_abort(void);
  *
  *   buffer      the encoded record
  *   length      its bytes
- *   structure   where to write the decoded structure, of the size that the descriptor's layout
- * gives descriptor  the record's descriptor
+ *   structure   where to write the decoded structure, of the descriptor's size
+ *   descriptor  the record's descriptor
  *
  * Returns 0, or the failure; after success the caller calls bag_free_indirections.
  */

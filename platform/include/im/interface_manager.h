@@ -26,7 +26,7 @@ typedef uint32_t imc_handle;              /* handle of an interface */
 #define IMC_ATTR_IPV4_ADDRESS 0x1a000cu
 #define IMC_ATTR_IPV4_ADDRESS_LENGTH 75u
 
-/* Binds to the interface manager and stores the connection; see enum values above for the mode. */
+/* Binds to the interface manager in a mode (IMC_BIND_MODE_CLIENT) and stores the connection. */
 cerrno imc_control_server_bind(imc_conn_ctx **connection, uint32_t mode);
 
 /* Releases a connection. */
@@ -74,7 +74,7 @@ typedef struct imc_attr_response {
  *   count           number of requests
  *   requests        count requests
  *   response_count  number of responses wanted: 1
- *   response        where to store the response; untouched on failure
+ *   response        where to store the response: always set on success, untouched on failure
  */
 cerrno imc_attr_query(imc_connid connection, uint32_t count, const imc_attr_request *requests,
                       uint32_t response_count, imc_attr_response **response);

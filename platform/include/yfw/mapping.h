@@ -62,9 +62,11 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx *ctx, nidl_yfw_datatree *ba
  *   ctx               the request's context
  *   base              node that the path starts at
  *   found             where to store the entry
- *   list_path         absolute path of the list, or relative to base
- * ("/subinterfaces/subinterface") key_value         value of the key key_leaf          name of the
- * key leaf module_namespace  namespace of the list, or null for any
+ *   list_path         path of the list, absolute or relative to base
+ *                     ("/subinterfaces/subinterface")
+ *   key_value         value of the key
+ *   key_leaf          name of the key leaf
+ *   module_namespace  namespace of the list, or null for any
  *
  * Returns 0 when the entry exists, which then is its list's current entry; not 0 when it does not.
  */
@@ -146,12 +148,13 @@ cerrno yfw_map_remove_from_node_hierarchy(yfw_map_ctx *ctx, const nidl_yfw_datat
 cerrno yfw_map_update_current_list_node(yfw_map_ctx *ctx, const char *list_path);
 
 /*
- * Gives the value of a leaf of a list's current entry, or of a leaf of a container being walked.
+ * Gives the value of a leaf of a list's current entry, or of a container being walked.
  *
- *   list_path  path of the list or container, as
- * "/interface-configurations/interface-configuration" leaf       name of the leaf value      where
- * to store the value; the text is the framework's and lasts as long as the entry is walked. Null is
- * stored when the leaf is absent; a leaf of type empty that is present has the empty text
+ *   list_path  path of the list or container, without keys
+ *              ("/interface-configurations/interface-configuration")
+ *   leaf       name of the leaf
+ *   value      where to store the value, a text of the framework's that lasts as long as the entry
+ * is walked: null when the leaf is absent, the empty text for a leaf of type empty
  *
  * Returns 0 also for an absent leaf; not 0 when the list has no current entry.
  */

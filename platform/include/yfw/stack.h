@@ -1,5 +1,6 @@
 /*
- * Stack of request nodes, by which OpenConfig list walkers remember the entries that they are in.
+ * Stack of request nodes, by which OpenConfig list walkers, the sibling plug-in's too, remember the
+ * entries that they are in.
  */
 #ifndef YFW_STACK_H
 #define YFW_STACK_H

@@ -23,7 +23,7 @@ enum yfw_text_error {
  * A copy of a text.
  *
  *   text             the text, or null
- *   allocation_name  label of the allocation, for the platform's memory accounting
+ *   allocation_name  label of the allocation, for the platform's memory accounting; may be null
  *
  * Returns a copy that the caller frees with ombos_named_free; null for null or without memory.
  */

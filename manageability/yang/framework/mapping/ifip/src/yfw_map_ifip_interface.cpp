@@ -80,6 +80,7 @@ struct FreeAddressList {
 };
 using AddressList = std::unique_ptr<iparm_list, FreeAddressList>;
 
+// Finds the interface once the connection is bound; one line reports either failure.
 cerrno find_interface(yfw_map_ctx* ctx, const char* ifname, const char* internal_name, cerrno bound,
                       imc_handle& handle) {
   cerrno result = bound;
@@ -139,14 +140,10 @@ cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& 
   prepare_address_codec(ctx);
   const cerrno bound = bind_interface_manager(ctx);
   InternalName internal_name{};
-  if (const cerrno result = yfw_strncpy_s(kLookup, internal_name.data(), internal_name.size(),
-                                          ifname, internal_name.size() - 1);
+  if (const cerrno result = convert_to_internal_ifname(ctx, internal_name, ifname, kLookup);
       result != YMAP_OK) {
-    report_copy_failure(ctx, result, __LINE__, kCopy);
     return result;
   }
-  yfw_convert_ifname_to_internal_name(internal_name.data());
-
   imc_handle handle = 0;
   if (const cerrno result = find_interface(ctx, ifname, internal_name.data(), bound, handle);
       result != YMAP_OK) {
@@ -184,20 +181,15 @@ cerrno write_node_name(yfw_map_ctx* ctx, const char* caller, nodeid_t id, NodeNa
       result != YMAP_OK) {
     return result;
   }
-  const cerrno result = yfw_strncpy_s(caller, node.data(), node.size(), text.data(), node.size());
-  if (result != YMAP_OK) {
-    report_copy_failure(ctx, result, __LINE__, kCopy);
-  }
-  return result;
+  return copy_reported(ctx, caller, node, text.data(), node.size(), __LINE__);
 }
 
 }  // namespace
 
 cerrno get_node_info(yfw_map_ctx* ctx, NodeName& node, const char* ifname) {
   NativeName name{};
-  if (const cerrno result = yfw_strncpy_s(__func__, name.data(), name.size(), ifname, name.size());
+  if (const cerrno result = copy_reported(ctx, __func__, name, ifname, name.size(), __LINE__);
       result != YMAP_OK) {
-    report_copy_failure(ctx, result, __LINE__, kCopy);
     return result;
   }
   NativeName internal_name{};

@@ -35,9 +35,10 @@ void report_copy_failure(yfw_map_ctx* ctx, cerrno error, int line, const char* k
 
 namespace {
 
-// Passes a bounded copy's result on, reported.
-cerrno reported(yfw_map_ctx* ctx, cerrno result, int line, const char* kind) {
-  report_copy_failure(ctx, result, line, kind);
+cerrno append_reported(yfw_map_ctx* ctx, const char* caller, NativeName& name, const char* text,
+                       int line) {
+  const cerrno result = yfw_strncat_s(caller, name.data(), name.size(), text, name.size());
+  report_copy_failure(ctx, result, line, kAppend);
   return result;
 }
 
@@ -49,21 +50,13 @@ cerrno native_interface_name(yfw_map_ctx* ctx, const char* caller, NativeName& n
   if (state == nullptr) {
     return YMAP_OK;
   }
-  if (const cerrno result =
-          yfw_strncpy_s(caller, name.data(), name.size(), state->current_ifname, name.size());
-      result != YMAP_OK) {
-    return reported(ctx, result, __LINE__, kCopy);
-  }
+  cerrno result = copy_reported(ctx, caller, name, state->current_ifname, name.size(), __LINE__);
   const char* index = state->current_subif_index;
-  if (std::strtol(index, nullptr, 10) <= 0) {
-    return YMAP_OK;
+  if (result != YMAP_OK || std::strtol(index, nullptr, 10) <= 0) {
+    return result;
   }
-  if (const cerrno result = yfw_strncat_s(caller, name.data(), name.size(), ".", name.size());
-      result != YMAP_OK) {
-    return reported(ctx, result, __LINE__, kAppend);
-  }
-  const cerrno result = yfw_strncat_s(caller, name.data(), name.size(), index, name.size());
-  return result == YMAP_OK ? result : reported(ctx, result, __LINE__, kAppend);
+  result = append_reported(ctx, caller, name, ".", __LINE__);
+  return result != YMAP_OK ? result : append_reported(ctx, caller, name, index, __LINE__);
 }
 
 char* yfw_convert_ifname_to_internal_name(char* name) {
@@ -75,15 +68,15 @@ char* yfw_convert_ifname_to_internal_name(char* name) {
   return nullptr;
 }
 
-void convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, const char* source) {
-  const cerrno result = yfw_strncpy_s("convert_to_internal_ifname", destination.data(),
-                                      destination.size(), source, destination.size() - 1);
-  if (result != YMAP_OK) {
-    report_copy_failure(ctx, result, __LINE__, kCopy);
-    return;
+cerrno convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, const char* source,
+                                  const char* caller) {
+  const cerrno result =
+      copy_reported(ctx, caller, destination, source, destination.size() - 1, __LINE__);
+  if (result == YMAP_OK) {
+    destination.back() = '\0';
+    yfw_convert_ifname_to_internal_name(destination.data());
   }
-  destination.back() = '\0';
-  yfw_convert_ifname_to_internal_name(destination.data());
+  return result;
 }
 
 namespace {
@@ -161,7 +154,7 @@ bool same_address(std::uint32_t first, std::uint32_t second) {
   return ipv4_compare_prefix(first, 32, second, 32) == 0;
 }
 
-// The first secondary that a test accepts, within the scan's bounds; the end when there is none.
+// The first secondary that a test accepts, within the scan's bounds, or null.
 template <typename Test>
 AddressEntry* find_secondary(AddressDb& db, Test accepts) {
   for (AddressEntry& entry : db.secondaries) {
@@ -172,7 +165,7 @@ AddressEntry* find_secondary(AddressDb& db, Test accepts) {
       return &entry;
     }
   }
-  return db.secondaries.end();
+  return nullptr;
 }
 
 std::uint32_t address_word(const std::uint8_t (&bytes)[IPARM_ADDRESS_SIZE]) {
@@ -208,7 +201,7 @@ void set_delete_flag_for_ip_in_localdb(yfw_map_ctx* ctx, std::uint32_t address,
   }
   AddressEntry* entry = find_secondary(
       *db, [address](const AddressEntry& each) { return same_address(each.address, address); });
-  if (entry != db->secondaries.end()) {
+  if (entry != nullptr) {
     entry->deleted = 1;
   }
 }
@@ -225,9 +218,8 @@ std::uint32_t get_secondary_addr_index_to_promote(yfw_map_ctx* ctx) {
   }
   const AddressEntry* entry =
       find_secondary(*db, [](const AddressEntry& each) { return each.deleted != 1; });
-  return entry == db->secondaries.end()
-             ? kNoSecondary
-             : static_cast<std::uint32_t>(entry - db->secondaries.begin());
+  return entry == nullptr ? kNoSecondary
+                          : static_cast<std::uint32_t>(entry - db->secondaries.data());
 }
 
 }  // namespace ymap

@@ -10,6 +10,7 @@
 
 #include "im/address_manager.h"
 #include "yfw/context.h"
+#include "yfw/text.h"
 #include "ymap_frame.h"
 
 namespace ymap {
@@ -26,6 +27,15 @@ inline constexpr const char* kAppend = "STRNCAT_S";
 //   line   source line of the call
 //   kind   kCopy or kAppend
 void report_copy_failure(yfw_map_ctx* ctx, cerrno error, int line, const char* kind);
+
+// Copies a text into a buffer. Returns the copy's result, after reporting a failure with the line.
+template <std::size_t kSize>
+cerrno copy_reported(yfw_map_ctx* ctx, const char* caller, std::array<char, kSize>& destination,
+                     const char* source, std::size_t count, int line) {
+  const cerrno result = yfw_strncpy_s(caller, destination.data(), kSize, source, count);
+  report_copy_failure(ctx, result, line, kCopy);
+  return result;
+}
 
 // --- interface names -----------------------------------------------------------------------------
 
@@ -50,7 +60,12 @@ char* yfw_convert_ifname_to_internal_name(char* name);
 
 // Copies at most 64 characters of a name and converts them to the internal form. A failed copy is
 // reported, and leaves in the destination what the copy left.
-void convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, const char* source);
+//
+//   caller  name of the function that asks, for the framework's diagnostics
+//
+// Returns the copy's result.
+cerrno convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, const char* source,
+                                  const char* caller = "convert_to_internal_ifname");
 
 // --- netmasks ------------------------------------------------------------------------------------
 
@@ -81,8 +96,8 @@ AddressText address_text(std::uint32_t address);
 
 inline constexpr std::size_t kMaxSecondaries = 255;
 
-// An address word that ends a scan of the secondaries. It is what the interface's table has always
-// been ended with, deliberately kept.
+// An address word at which a scan of the secondaries stops, deliberately kept although nothing here
+// writes it.
 inline constexpr std::uint32_t kScanEnd = 48;
 
 inline constexpr std::uint32_t kNoSecondary = 0xffffffff;

@@ -17,6 +17,10 @@ struct Entering {
   [[nodiscard]] bool is_family(const Node& node) const {
     return yfw_map_do_these_match(node.tag, entry.model.rows[entry.row].tag) != 0;
   }
+  // The entry's key belongs to the augmented model, whose walker has seen to it.
+  [[nodiscard]] bool is_entry_key(const Node& node) const {
+    return entry.entry_key != nullptr && yfw_map_do_these_match(node.tag, entry.entry_key) != 0;
+  }
   cerrno walk_family(const Node& node, const Node* parent) const {
     return walk(entry.model, entry.row, call.ctx, &node, call.out, parent);
   }
@@ -64,6 +68,17 @@ cerrno enter_node(const Entering& entering, const Node& node, const Node* parent
   return result;
 }
 
+// The entry that the framework is in when it hands over the family's node itself, or null. A delete
+// that the node merely inherits from it is not the node's own.
+const Node* enclosing_entry(const yfw_map_ctx* ctx) {
+  const Node* entry = nullptr;
+  if (ctx->request_state != nullptr && ctx->request_state->visited_entries != nullptr &&
+      yfw_map_util_itree_stack_peak(ctx->request_state->visited_entries, &entry) != YMAP_OK) {
+    return nullptr;
+  }
+  return entry;
+}
+
 // An augmented node that is deleted takes the family's native configuration along: the family's
 // container hook is shown the delete. Children of other families, and keys, are not the hook's.
 void delete_family(const Entering& entering) {
@@ -88,6 +103,9 @@ cerrno enter_augmented_node(const Entering& entering, const Children& children) 
       return YMAP_ERR_NO_SUBTREE;
     }
     emit(call.ctx, entering.site(entering.sites.processing), kProcessing, child.tag);
+    if (entering.is_entry_key(child)) {
+      continue;
+    }
     const cerrno result = enter_node(entering, child, call.in);
     if (result != YMAP_OK) {
       return result;
@@ -111,7 +129,7 @@ cerrno enter_augment(const Call& call, const AugmentEntry& entry, AugmentEntrySi
   }
   return yfw_map_do_these_match(call.in->tag, entry.entry_tag) != 0
              ? enter_augmented_node(entering, children)
-             : enter_node(entering, *call.in, nullptr);
+             : enter_node(entering, *call.in, enclosing_entry(call.ctx));
 }
 
 }  // namespace ymap

@@ -15,6 +15,7 @@ struct AugmentEntry {
   const Model& model;
   RowIndex row;                          // walker of the family's node
   const char* entry_tag;                 // tag of the augmented node
+  const char* entry_key;                 // its key when it is a list entry, else null
   yfw_map_leaf_callback parse_augments;  // takes nodes of other modules
 };
 

@@ -7,7 +7,17 @@ cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call
   if (call.in == nullptr || call.out == nullptr) [[unlikely]] {
     return reject_arguments(call.ctx, Site{call.name, sites.line, &sites.invalid_arguments});
   }
+  if (sites.kind == FrameKind::kContainer && call.child_count == 0) {
+    emit(call.ctx, Site{call.name, sites.line, &sites.no_subtrees}, kNoSubtrees);
+  }
   const cerrno result = body(call);
+  if (sites.kind != FrameKind::kGenerated) {
+    if (call.wrote) {
+      emit(call.ctx, Site{call.name, sites.line, &sites.mapping_done}, kMappingDone);
+    } else {
+      emit(call.ctx, Site{call.name, sites.line, &sites.no_mapping_done}, kNoMappingDone);
+    }
+  }
   emit(call.ctx, Site{call.name, sites.line, &sites.end}, kEnd);
   return result;
 }

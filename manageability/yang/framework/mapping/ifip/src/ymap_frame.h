@@ -1,15 +1,18 @@
 // The frame that every callback runs in: the start and end lines, the argument checks, and the
 // writing of a line to the two trace channels.
 //
-// A callback is declared and defined at once, and its body is only its own work:
+// A callback written by hand is declared and defined at once, and its body is only its own work:
 //
 //   YMAP_LEAF(ymap_ox_..._leaf_lvla_ipv4_config_mtu) {
 //     return ...;  // `call` holds the context, the node, the output tree and the callback's name
 //   }
+//
+// A container's is YMAP_CONTAINER, a list entry's YMAP_LIST_ENTRY.
 #ifndef YMAP_FRAME_H_
 #define YMAP_FRAME_H_
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
@@ -61,6 +64,9 @@ inline constexpr Message kTagMissing = YMAP_ERROR_TEXT("Tag name is not availabl
 inline constexpr Message kUnsupportedTag =
     YMAP_ERROR_TEXT("Unsupported tag is specified in the request.");
 inline constexpr Message kProcessing = YMAP_TRACE_TEXT("Processing tag '%s'");
+inline constexpr Message kNoSubtrees = YMAP_TRACE_TEXT("No subtrees");
+inline constexpr Message kMappingDone = YMAP_TRACE_TEXT("Mapping done for this node");
+inline constexpr Message kNoMappingDone = YMAP_TRACE_TEXT("No mapping done for this node");
 
 // What a site word holds before the logging service has seen it.
 inline constexpr std::uint32_t kFreshSiteWord = 0xffffffff;
@@ -126,15 +132,27 @@ struct Call {
   yfw_map_ctx* ctx;
   const Node* in;
   Node* out;
-  std::uint32_t child_count;  // 0 in the leaf form
-  const char* name;           // the callback's own
+  std::uint32_t child_count;   // 0 in the leaf form
+  const char* name;            // the callback's own
+  mutable bool wrote = false;  // set by the writing of an output path
+};
+
+// How much a callback's frame says.
+enum class FrameKind : std::uint8_t {
+  kGenerated,  // start and end
+  kByHand,     // whether something was mapped, too
+  kContainer   // and that a container came without children
 };
 
 // The lines that the frame itself writes.
 struct FrameSites {
   int line;
+  FrameKind kind;
   std::uint32_t start = kFreshSiteWord;
   std::uint32_t invalid_arguments = kFreshSiteWord;
+  std::uint32_t no_subtrees = kFreshSiteWord;
+  std::uint32_t mapping_done = kFreshSiteWord;
+  std::uint32_t no_mapping_done = kFreshSiteWord;
   std::uint32_t end = kFreshSiteWord;
 };
 
@@ -151,24 +169,33 @@ cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call
 }  // namespace ymap
 
 // Declares and opens a callback of the leaf form.
-#define YMAP_LEAF(name)                                                                            \
+#define YMAP_LEAF_FORM(name, frame_kind)                                                           \
   static cerrno name##_body(const ymap::Call& call);                                               \
   YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
-    static constinit ymap::FrameSites sites{__LINE__};                                             \
+    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};                \
     assert(NULL != ctx);                                                                           \
     return ymap::run_framed(ymap::Call{ctx, in, out, 0, #name}, sites, name##_body);               \
   }                                                                                                \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
 
 // Declares and opens a callback of the container form.
-#define YMAP_CONTAINER(name)                                                                   \
+#define YMAP_CONTAINER_FORM(name, frame_kind)                                                  \
   static cerrno name##_body(const ymap::Call& call);                                           \
   YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,                       \
                           std::uint32_t child_count, nidl_yfw_datatree* out) {                 \
-    static constinit ymap::FrameSites sites{__LINE__};                                         \
+    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};            \
     assert(NULL != ctx);                                                                       \
     return ymap::run_framed(ymap::Call{ctx, in, out, child_count, #name}, sites, name##_body); \
   }                                                                                            \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
+
+// The callbacks written by hand.
+#define YMAP_LEAF(name) YMAP_LEAF_FORM(name, kByHand)
+#define YMAP_LIST_ENTRY(name) YMAP_CONTAINER_FORM(name, kByHand)
+#define YMAP_CONTAINER(name) YMAP_CONTAINER_FORM(name, kContainer)
+
+// The generated ones.
+#define YMAP_GENERATED_LEAF(name) YMAP_LEAF_FORM(name, kGenerated)
+#define YMAP_GENERATED_CONTAINER(name) YMAP_CONTAINER_FORM(name, kGenerated)
 
 #endif  // YMAP_FRAME_H_

@@ -5,9 +5,10 @@
 #include "ymap_frame.h"
 #include "ymap_walker.h"
 
-#define YMAP_MODEL openconfig_if_ip
-#define YMAP_SYMBOL(rest) ymap_ox_ocifip_openconfigifip_##rest
-#define YMAP_ROWS "ymap_ocifip_openconfig_if_ip.def"
+// clang-format off
+#include "ymap_ocifip_openconfig_if_ip.inc"
 #include "ymap_model_declarations.inc"
+#include "ymap_model_end.inc"
+// clang-format on
 
 #endif  // YMAP_OCIFIP_OPENCONFIG_IF_IP_H_

@@ -3,5 +3,7 @@
 #include "ymap_ocifip_openconfig_if_ip.h"
 #include "ymap_request.h"
 
-#define YMAP_DUCK_LEAF ymap::refuse_leaf
+// clang-format off
+#include "ymap_ocifip_openconfig_if_ip.inc"
 #include "ymap_model_leaves.inc"
+// clang-format on

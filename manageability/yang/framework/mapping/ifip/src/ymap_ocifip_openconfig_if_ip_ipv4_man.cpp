@@ -106,7 +106,7 @@ YMAP_CONTAINER(ymap_ox_ocifip_openconfigifip_cont_lvla_ipv4) {
     return YMAP_OK;
   }
   const cerrno result = add(call, {.path = kNetwork});
-  // A list-wide delete keeps the database: its entries come without keys.
+  // The entry of a list-wide delete makes a database of its own.
   if (result != YMAP_OK || is_list_wide(call.ctx)) {
     return result;
   }
@@ -244,7 +244,7 @@ cerrno write_entry(const Call& call, AddressDb& db, const NativeName& name) {
 
 }  // namespace
 
-YMAP_CONTAINER(ymap_ox_ocifip_openconfigifip_list_lvla_ipv4_addresses_address) {
+YMAP_LIST_ENTRY(ymap_ox_ocifip_openconfigifip_list_lvla_ipv4_addresses_address) {
   if (is_read(call.ctx)) {
     return YMAP_OK;
   }
@@ -285,14 +285,15 @@ cerrno write_first_of_replace(const Call& call, const AddressDb& db) {
 }
 
 cerrno write_secondary(const Call& call, const AddressDb& db) {
-  cerrno result =
-      add(call, {.path = kSecondaryAddress, .value = call.in->value, .source = call.in});
-  if (result != YMAP_OK || db.prefix_text == nullptr) {
-    return result;
-  }
   AddressText netmask{};
-  result = netmask_of_text(db.prefix_text, netmask);
-  return result != YMAP_OK
+  if (db.prefix_text != nullptr) {
+    if (const cerrno result = netmask_of_text(db.prefix_text, netmask); result != YMAP_OK) {
+      return result;
+    }
+  }
+  const cerrno result =
+      add(call, {.path = kSecondaryAddress, .value = call.in->value, .source = call.in});
+  return result != YMAP_OK || db.prefix_text == nullptr
              ? result
              : add(call, {.path = kSecondaryNetmask, .value = netmask.data(), .source = call.in});
 }
@@ -331,6 +332,9 @@ cerrno delete_primary(const Call& call, const AddressDb& db) {
 cerrno promote(const Call& call, const AddressEntry& chosen) {
   const AddressText address = address_text(chosen.address);
   AddressText netmask{};
+  if (const cerrno result = netmask_of_length(chosen.prefix_length, netmask); result != YMAP_OK) {
+    return result;
+  }
   OperationOverride operation(*call.in, NIDL_YFW_EDIT_DELETE);
   cerrno result = add(call, {.path = kSecondary, .source = call.in, .new_entry = true});
   if (result == YMAP_OK) {
@@ -344,19 +348,27 @@ cerrno promote(const Call& call, const AddressEntry& chosen) {
     result = add(call, {.path = kPrimaryAddress, .value = address.data(), .source = call.in});
   }
   if (result == YMAP_OK) {
-    result = netmask_of_length(chosen.prefix_length, netmask);
-  }
-  if (result == YMAP_OK) {
     result = add(call, {.path = kPrimaryNetmask, .value = netmask.data(), .source = call.in});
   }
-  operation.set(NIDL_YFW_EDIT_DELETE);
   return result;
+}
+
+// The last entry of the request may itself be written, as a secondary. Its netmask is still to come
+// and must not reach the secondary that promotion took out, so it is named once more.
+cerrno name_written_secondary(const Call& call, const AddressDb& db) {
+  return db.prefix_text == nullptr || db.matches_primary != 0
+             ? YMAP_OK
+             : add(call, {.path = kSecondaryAddress, .value = call.in->value, .source = call.in});
 }
 
 cerrno replace_gone_primary(const Call& call, const AddressDb& db) {
   const NewListEntries new_entries(call.ctx);
   const std::uint32_t index = get_secondary_addr_index_to_promote(call.ctx);
-  return index == kNoSecondary ? delete_primary(call, db) : promote(call, db.secondaries[index]);
+  if (index == kNoSecondary) {
+    return delete_primary(call, db);
+  }
+  const cerrno result = promote(call, db.secondaries[index]);
+  return result == YMAP_OK ? name_written_secondary(call, db) : result;
 }
 
 }  // namespace

@@ -7,9 +7,10 @@
 #include "ymap_frame.h"
 #include "ymap_walker.h"
 
-#define YMAP_MODEL openconfig_interfaces
-#define YMAP_SYMBOL(rest) ymap_ox_ocifip_openconfiginterfaces_##rest
-#define YMAP_ROWS "ymap_ocifip_openconfig_interfaces.def"
+// clang-format off
+#include "ymap_ocifip_openconfig_interfaces.inc"
 #include "ymap_model_declarations.inc"
+#include "ymap_model_end.inc"
+// clang-format on
 
 #endif  // YMAP_OCIFIP_OPENCONFIG_INTERFACES_H_

@@ -3,6 +3,7 @@
 #include "ymap_namespaces.h"
 #include "ymap_ocifip_openconfig_interfaces.h"
 
-#define YMAP_MODEL_NAMESPACE kNamespaceInterfaces
-#define YMAP_MODEL_DIRECTION Direction::kToNative
+// clang-format off
+#include "ymap_ocifip_openconfig_interfaces.inc"
 #include "ymap_model_walkers.inc"
+// clang-format on

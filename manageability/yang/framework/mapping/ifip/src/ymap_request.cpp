@@ -40,9 +40,11 @@ bool is_list_wide(const yfw_map_ctx* ctx) {
 }
 
 cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write) {
-  return yfw_map_datatree_add_path_flagged(call.ctx, call.out, write.path, module_namespace,
-                                           write.value, write.source, nullptr,
-                                           write.new_entry ? 1 : 0, YFW_MAP_PATH_CURRENT);
+  const cerrno result = yfw_map_datatree_add_path_flagged(
+      call.ctx, call.out, write.path, module_namespace, write.value, write.source, nullptr,
+      write.new_entry ? 1 : 0, YFW_MAP_PATH_CURRENT);
+  call.wrote = call.wrote || result == YMAP_OK;
+  return result;
 }
 
 cerrno add_edit_leaf(const Call& call, const char* module_namespace, const char* path,

@@ -5,7 +5,6 @@
 #define YMAP_REQUEST_H_
 
 #include <cstdint>
-#include <string_view>
 
 #include "yfw/context.h"
 #include "ymap_frame.h"
@@ -43,7 +42,7 @@ struct Children {
 // --- kind of the request -------------------------------------------------------------------------
 
 // Code of the whole request (enum yfw_map_request_op); without a request state, a configuration
-// read, which writes nothing.
+// read, which changes nothing.
 [[nodiscard]] std::uint32_t request_op(const yfw_map_ctx* ctx);
 [[nodiscard]] bool is_read(const yfw_map_ctx* ctx);
 [[nodiscard]] inline bool is_edit(const yfw_map_ctx* ctx) { return !is_read(ctx); }

@@ -26,7 +26,7 @@ struct Visit {
 
   [[nodiscard]] const Row& row() const { return model.rows[index]; }
   [[nodiscard]] bool to_native() const { return model.direction == Direction::kToNative; }
-  [[nodiscard]] bool is_native_edit() const { return to_native() && is_edit(ctx); }
+  [[nodiscard]] bool is_openconfig_edit() const { return to_native() && is_edit(ctx); }
 
   [[nodiscard]] Site site(WalkerSite which) const {
     return {row().name, row().line, &model.words[model.first_site[index] + which]};
@@ -157,7 +157,7 @@ cerrno walk_children(const Visit& visit, const Children& children) {
 cerrno walk_container(const Visit& visit, const Children& children, const Node* parent) {
   // A client that deletes a container does not describe its content. Content that merely lies below
   // a deleted node inherits the delete and passes.
-  if (children.count != 0 && visit.is_native_edit() && is_delete(*visit.in) &&
+  if (children.count != 0 && visit.is_openconfig_edit() && is_delete(*visit.in) &&
       (parent == nullptr || !is_delete(*parent))) {
     visit.line(kSiteDeleteWithSubtree, kDeleteWithSubtree);
     return visit.refuse(*visit.in, YMAP_ERR_INVALID_ARGS);
@@ -323,7 +323,7 @@ cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const
                      Node* out) {
   const Visit visit{model, index, ctx, in, out};
   visit.line(kSiteStart, kStart);
-  if (in == nullptr) {
+  if (in == nullptr || out == nullptr) {
     return reject_arguments(ctx, visit.site(kSiteInvalidArguments));
   }
   if (in->kind == NIDL_YFW_KIND_XPATH_ERROR && has_flag(*in, NIDL_YFW_FLAG_XPATH_ERROR)) {
@@ -346,7 +346,7 @@ cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
   if (yfw_map_is_request_add(ctx, in, out) == 0) {
     return YMAP_OK;
   }
-  if (hook.announces_augments) {
+  if (hook.announces_refusal) {
     emit(ctx, Site{hook.name, hook.line, &hook.words[kHookProcessing]}, kProcessing, in->tag);
   }
   record_refused_tag(ctx, in->tag, kAllocationName);
@@ -373,13 +373,14 @@ cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, cons
   const Row& row = model.rows[index];
   const AugmentHook hook{row.augments_name, row.line,
                          &model.words[model.first_site[index] + kSiteAugmentHook],
-                         row.announces_augments};
+                         row.announces_refusal};
   return model.direction == Direction::kToNative ? refuse_augment(hook, ctx, in, out)
                                                  : ignore_augment(hook, ctx, in, out);
 }
 
-cerrno refuse_deletion(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out) {
-  if (child_count != 0 || is_read(ctx) || !is_delete(*in)) {
+cerrno refuse_childless_edit(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count,
+                             Node* out) {
+  if (child_count != 0 || is_read(ctx)) {
     return YMAP_OK;
   }
   return refuse_leaf(Call{ctx, in, out, child_count, __func__});

@@ -29,11 +29,20 @@ struct Row {
   const char* name = nullptr;           // the callback's own name, for its lines
   const char* augments_name = nullptr;  // containers, lists: name of the augment hook
   int line = 0;
-  bool announces_augments = false;            // the augment hook announces the child it is given
+  bool announces_refusal = false;             // the augment hook announces a child that it refuses
   yfw_map_container_callback hook = nullptr;  // containers, lists: null is the model's fallback
   yfw_map_leaf_callback leaf = nullptr;       // leaves: null is the model's duck_map_leaf
   const char* list_path = nullptr;            // lists: as yfw_map_update_current_list_node takes it
   std::array<const char*, kMaxKeys> keys{};   // lists
+};
+
+// The lines that an augment hook can write.
+enum AugmentHookSite : std::uint8_t {
+  kHookStart,
+  kHookInvalidArguments,
+  kHookEnd,
+  kHookProcessing,
+  kHookSiteCount
 };
 
 // The lines that a walker or a leaf's dispatch can write; each site has a word of its own.
@@ -53,7 +62,7 @@ enum WalkerSite : std::uint8_t {
   kSiteKeyDelete,
   kSiteKeyCount,
   kSiteAugmentHook,  // the first of its augment hook's
-  kWalkerSiteCount = kSiteAugmentHook + 4
+  kWalkerSiteCount = kSiteAugmentHook + kHookSiteCount
 };
 
 // A model's table and its fallbacks.
@@ -94,8 +103,17 @@ struct Index {
   std::array<RowIndex, kRows> parents{};
   std::array<RowIndex, kRows> first_site{};
   std::array<RowIndex, slot_count()> slots{};
-  RowIndex site_count = 0;
+  std::uint16_t site_count = 0;
 };
+
+// Not constant: calling it ends a compilation.
+void table_is_wrong(const char* reason);
+
+consteval bool same_text(const char* first, const char* second) {
+  for (; *first != '\0' && *first == *second; ++first, ++second) {
+  }
+  return *first == *second;
+}
 
 template <std::size_t kRows>
 consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
@@ -108,6 +126,9 @@ consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
     index.parents[i] = parent;
     index.first_site[i] = index.site_count;
     if (row.kind == RowKind::kClose) {
+      if (parent == kNoRow || !same_text(row.name, rows[parent].name)) {
+        table_is_wrong("an end row does not name the row that it closes");
+      }
       parent = index.parents[parent];
       continue;
     }
@@ -122,6 +143,9 @@ consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
       index.site_count += kWalkerSiteCount;
       parent = i;
     }
+  }
+  if (parent != kNoRow) {
+    table_is_wrong("a container or list is not closed");
   }
   return index;
 }
@@ -151,16 +175,8 @@ cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const
 struct AugmentHook {
   const char* name;
   int line;
-  std::uint32_t* words;             // of the four lines that it can write, in their order below
-  bool announces_augments = false;  // names the child that it refuses
-};
-
-enum AugmentHookSite : std::uint8_t {
-  kHookStart,
-  kHookInvalidArguments,
-  kHookEnd,
-  kHookProcessing,
-  kHookSiteCount
+  std::uint32_t* words;            // a word for each AugmentHookSite
+  bool announces_refusal = false;  // names a child that it refuses
 };
 
 // The hook of the OpenConfig direction: refuses the child when it is to be added, passes it over
@@ -171,9 +187,10 @@ cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
 cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
                       Node* out);
 
-// The hook of a container or list whose mapping is not written yet: accepts it, but for a delete of
-// all that is below, which would otherwise pass without effect.
-cerrno refuse_deletion(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out);
+// The hook of a container or list of which no leaf is mapped: accepts it, but refuses an edit that
+// ends at it, such as a delete of all that is below, which would otherwise pass without effect.
+cerrno refuse_childless_edit(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count,
+                             Node* out);
 
 }  // namespace ymap
 
