@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_IO_MODELS_H_
 #define OCIFIP_HOST_IO_MODELS_H_
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,13 +30,18 @@ class Models {
   [[nodiscard]] std::string_view namespace_of(std::string_view module) const;
 
   // The top-level node of a module, or the data child of a node (choices and cases are seen
-  // through). An empty namespace means the parent's, or any module at the top. Null when unknown.
+  // through), in constant time. An empty namespace means the parent's, or any module at the top
+  // when only one has the name. Null when unknown.
   [[nodiscard]] const lysc_node* child(const lysc_node* parent, std::string_view tag,
                                        std::string_view module_namespace) const;
 
-  // The data children of a node in schema order, augments included; the top-level nodes of every
-  // module for null.
+  // The data children of a node in schema order with keys first, augments included; the top-level
+  // nodes of every module for null.
   [[nodiscard]] std::vector<const lysc_node*> children(const lysc_node* parent) const;
+
+  // Place of a node among its parent's data children: keys first, as their key statement has them,
+  // then the others in schema order.
+  [[nodiscard]] static std::size_t position(const lysc_node* node);
 
   // Key names of a list in the order of its key statement; empty for a keyless list or another
   // node.

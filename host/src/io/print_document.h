@@ -11,10 +11,11 @@
 
 namespace ocifip {
 
-// The text of a document, ending in a line feed. Operations other than kWrite become metadata
-// (JSON) or nc:operation attributes (XML); kNone is shown by `tree` alone. An entry without its
-// keys is left out of JSON and XML, and a sentence that names it is added to notes. Values that a
-// type would not accept are printed as they are. `format` is not kCalls.
+// The text of a document, ending in a line feed; an empty document is "{}" in JSON, and empty text
+// in XML and as a tree. Operations other than kWrite become metadata (JSON) or nc:operation
+// attributes (XML); kNone is shown by `tree` alone. An entry without its keys is left out of JSON
+// and XML, and a sentence that names it is added to notes. Values that a type would not accept are
+// printed as they are. `format` is not kCalls.
 std::string print_document(const Models& models, const Document& document, Format format,
                            std::vector<std::string>& notes);
 

@@ -12,6 +12,12 @@ namespace ocifip {
 
 // Reads a document. Nodes that no model knows and values that a type would not accept are kept as
 // they came; only malformed text and structure that cannot be represented are errors.
+//
+// A node's kind is what the text makes of it: JSON objects are containers, or list entries in an
+// array; scalars are leaves, or values of a leaf-list in an array. XML, which has elements alone,
+// leaves it to the schema, unless the content (text or elements) says otherwise. null, [null] and,
+// when it is deleted or removed, an XML element without text are a leaf without a value; a leaf of
+// type empty has the value "" then.
 // Throws InputError ("NAME:LINE: reason").
 Document read_document(const Models& models, const Source& source);
 

@@ -1,0 +1,96 @@
+#include "device/device_directory.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "device/native_addresses.h"
+#include "yfw/interfaces_mapping.h"
+
+namespace ocifip {
+namespace {
+
+const DeviceDirectory* active_directory = nullptr;
+
+// Any number but 0; the interface manager's services look at nothing else.
+constexpr imc_connid kSiblingConnection = 1;
+
+}  // namespace
+
+std::string internal_name(std::string_view name) {
+  std::string internal(name);
+  std::replace(internal.begin(), internal.end(), '/', '_');
+  return internal;
+}
+
+DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
+  if (device_.node) {
+    enter_node(*device_.node);
+  }
+  std::unordered_map<std::string, DeviceAddresses> configured;
+  for (auto& [name, addresses] : native_addresses(device_.native)) {
+    names_.push_back(name);
+    configured.emplace(name, std::move(addresses));
+  }
+  for (const DeviceInterface& interface : device_.interfaces) {
+    const auto native = configured.find(interface.name);
+    if (native == configured.end()) {
+      names_.push_back(interface.name);
+    }
+    enter_interface(interface, native == configured.end() ? nullptr : &native->second);
+  }
+}
+
+std::uint32_t DeviceDirectory::enter_node(const std::string& name) {
+  const auto known = std::find(nodes_.begin(), nodes_.end(), name);
+  if (known == nodes_.end()) {
+    nodes_.push_back(name);
+    return static_cast<std::uint32_t>(nodes_.size());
+  }
+  return static_cast<std::uint32_t>(known - nodes_.begin()) + 1;
+}
+
+void DeviceDirectory::enter_interface(const DeviceInterface& interface,
+                                      const DeviceAddresses* configured) {
+  InterfaceRecord& record = interfaces_.emplace_back();
+  record.name = interface.name;
+  record.node = interface.node ? enter_node(*interface.node) : own_node();
+  if (interface.ipv4) {
+    record.ipv4 = *interface.ipv4;
+  } else if (configured != nullptr) {
+    record.ipv4 = *configured;
+  }
+  record.ipv6 = interface.ipv6.value_or(DeviceAddresses());
+  handles_.emplace(internal_name(record.name), static_cast<std::uint32_t>(interfaces_.size()));
+}
+
+std::uint32_t DeviceDirectory::handle_of(const std::string& internal_name) const {
+  const auto found = handles_.find(internal_name);
+  return found == handles_.end() ? 0 : found->second;
+}
+
+const InterfaceRecord* DeviceDirectory::interface(std::uint32_t handle) const {
+  return handle == 0 || handle > interfaces_.size() ? nullptr : &interfaces_[handle - 1];
+}
+
+// The device's own node is the first that was entered.
+std::uint32_t DeviceDirectory::own_node() const { return device_.node ? 1 : 0; }
+
+const std::string* DeviceDirectory::node_name(std::uint32_t node) const {
+  return node == 0 || node > nodes_.size() ? nullptr : &nodes_[node - 1];
+}
+
+const DeviceDirectory* DeviceDirectory::active() { return active_directory; }
+
+ActiveDevice::ActiveDevice(const DeviceDirectory& directory) {
+  active_directory = &directory;
+  yfw_ocifmgr_im_conn = directory.device().interface_manager_absent ? 0 : kSiblingConnection;
+}
+
+ActiveDevice::~ActiveDevice() {
+  active_directory = nullptr;
+  yfw_ocifmgr_im_conn = 0;
+}
+
+}  // namespace ocifip
+
+imc_connid yfw_ocifmgr_im_conn = 0;  // of C linkage, as its header declares it

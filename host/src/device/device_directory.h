@@ -1,0 +1,70 @@
+// What the device's services look up: its interfaces by name, and its nodes.
+#ifndef OCIFIP_HOST_DEVICE_DEVICE_DIRECTORY_H_
+#define OCIFIP_HOST_DEVICE_DEVICE_DIRECTORY_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "io/device_file.h"
+
+namespace ocifip {
+
+// The name under which the interface manager and the database know an interface.
+std::string internal_name(std::string_view name);
+
+// An interface as the interface manager knows it.
+struct InterfaceRecord {
+  std::string name;
+  std::uint32_t node = 0;  // 0 when it is on none
+  DeviceAddresses ipv4;    // the device file's, or those of the native configuration
+  DeviceAddresses ipv6;
+};
+
+class DeviceDirectory {
+ public:
+  explicit DeviceDirectory(Device device);
+
+  [[nodiscard]] const Device& device() const { return device_; }
+  // Handles count from 1; 0 is no interface.
+  [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;
+  [[nodiscard]] const InterfaceRecord* interface(std::uint32_t handle) const;
+  // Node identifiers count from 1; 0 is no node.
+  [[nodiscard]] std::uint32_t own_node() const;
+  [[nodiscard]] const std::string* node_name(std::uint32_t node) const;
+
+  // Native names of the interfaces that the interface manager knows or that are configured, each
+  // once.
+  [[nodiscard]] const std::vector<std::string>& interface_names() const { return names_; }
+
+  // The directory that the services answer from, or null outside of requests.
+  static const DeviceDirectory* active();
+
+ private:
+  friend class ActiveDevice;
+
+  std::uint32_t enter_node(const std::string& name);
+  void enter_interface(const DeviceInterface& interface, const DeviceAddresses* configured);
+
+  Device device_;
+  std::vector<std::string> nodes_;
+  std::vector<InterfaceRecord> interfaces_;
+  std::vector<std::string> names_;
+  std::unordered_map<std::string, std::uint32_t> handles_;
+};
+
+// Lets the services answer from a directory for as long as it lives. One at a time.
+class ActiveDevice {
+ public:
+  explicit ActiveDevice(const DeviceDirectory& directory);
+  ~ActiveDevice();
+  ActiveDevice(const ActiveDevice&) = delete;
+  ActiveDevice& operator=(const ActiveDevice&) = delete;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_DEVICE_DEVICE_DIRECTORY_H_

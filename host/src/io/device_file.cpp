@@ -1,0 +1,236 @@
+#include "io/device_file.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "io/address_text.h"
+#include "io/device_json.h"
+#include "io/read_json.h"
+#include "io/text.h"
+
+namespace ocifip {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kLongestName = 200;  // of an interface, in bytes
+
+// A value of the device file with the place that messages name it by.
+class Field {
+ public:
+  Field(const std::string& file, std::string place, const Json& value)
+      : file_(file), place_(std::move(place)), value_(value) {}
+
+  [[noreturn]] void fail(const std::string& reason) const {
+    throw input_error(place_.empty() ? file_ : file_ + ": " + place_, 0, reason);
+  }
+
+  // Checks that it is an object with no other members than these.
+  const Field& object(std::initializer_list<std::string_view> members) const {
+    if (!value_.is_object()) fail("not an object");
+    for (const auto& [name, value] : value_.items()) {
+      if (std::find(members.begin(), members.end(), name) == members.end()) {
+        member_field(name, value).fail("unknown field");
+      }
+    }
+    return *this;
+  }
+
+  // Calls a function with a member, if there is one.
+  template <typename Function>
+  void with(std::string_view name, Function function) const {
+    const auto found = value_.find(name);
+    if (found != value_.end()) function(member_field(name, *found));
+  }
+
+  [[nodiscard]] Field required(std::string_view name) const {
+    const auto found = value_.find(name);
+    if (found == value_.end()) fail("no " + in_quotes(name));
+    return member_field(name, *found);
+  }
+
+  // Calls a function with each element, or with each member and its name.
+  template <typename Function>
+  void each_element(Function function) const {
+    if (!value_.is_array()) fail("not an array");
+    for (std::size_t at = 0; at < value_.size(); ++at) {
+      function(Field(file_, place_ + '[' + std::to_string(at) + ']', value_[at]));
+    }
+  }
+  template <typename Function>
+  void each_member(Function function) const {
+    if (!value_.is_object()) fail("not an object");
+    for (const auto& [name, value] : value_.items()) {
+      function(name, Field(file_, place_ + '[' + in_quotes(name) + ']', value));
+    }
+  }
+
+  [[nodiscard]] bool has(std::string_view name) const { return value_.contains(name); }
+  [[nodiscard]] bool is_null() const { return value_.is_null(); }
+
+  [[nodiscard]] const std::string& text() const {
+    if (!value_.is_string()) fail("not a string");
+    const auto& text = value_.get_ref<const std::string&>();
+    if (text.find('\0') != std::string::npos) fail("a NUL character in a string");
+    return text;
+  }
+
+  [[nodiscard]] const std::string& name() const {
+    const auto& name = text();
+    if (name.empty()) fail("the name is empty");
+    return name;
+  }
+
+  [[nodiscard]] std::uint32_t number() const {
+    const bool is_number = value_.is_number_unsigned() && value_.get<std::uint64_t>() <= UINT32_MAX;
+    if (!is_number) fail("not a number from 0 to " + std::to_string(UINT32_MAX));
+    return value_.get<std::uint32_t>();
+  }
+
+  [[nodiscard]] std::string json_object() const {
+    if (!value_.is_object()) fail("not an object");
+    return value_.dump();
+  }
+
+ private:
+  [[nodiscard]] Field member_field(std::string_view name, const Json& value) const {
+    return {file_, place_.empty() ? std::string(name) : place_ + '.' + std::string(name), value};
+  }
+
+  const std::string& file_;
+  std::string place_;
+  const Json& value_;
+};
+
+DeviceAddress address_of(const Field& field, AddressFamily family) {
+  DeviceAddress address;
+  std::string reason;
+  if (!read_address(family, field.text(), address, reason)) field.fail(reason);
+  return address;
+}
+
+DeviceAddresses addresses_of(const Field& field, AddressFamily family) {
+  field.object({"primary", "secondaries"});
+  DeviceAddresses addresses;
+  field.with("primary",
+             [&](const Field& primary) { addresses.primary = address_of(primary, family); });
+  field.with("secondaries", [&](const Field& secondaries) {
+    secondaries.each_element([&](const Field& secondary) {
+      addresses.secondaries.push_back(address_of(secondary, family));
+    });
+  });
+  return addresses;
+}
+
+DeviceInterface interface_of(const Field& field) {
+  field.object({"name", "node", "ipv4", "ipv6"});
+  const auto name = field.required("name");
+  DeviceInterface interface;
+  interface.name = name.name();
+  if (interface.name.size() > kLongestName) {
+    name.fail("longer than " + std::to_string(kLongestName) + " characters");
+  }
+  field.with("node", [&](const Field& node) { interface.node = node.name(); });
+  field.with("ipv4",
+             [&](const Field& ipv4) { interface.ipv4 = addresses_of(ipv4, AddressFamily::kIpv4); });
+  field.with("ipv6",
+             [&](const Field& ipv6) { interface.ipv6 = addresses_of(ipv6, AddressFamily::kIpv6); });
+  return interface;
+}
+
+std::vector<DeviceInterface> interfaces_of(const Field& field) {
+  std::vector<DeviceInterface> interfaces;
+  std::set<std::string> names;
+  field.each_element([&](const Field& element) {
+    auto interface = interface_of(element);
+    if (!names.insert(interface.name).second) {
+      element.required("name").fail("a second interface " + in_quotes(interface.name));
+    }
+    interfaces.push_back(std::move(interface));
+  });
+  return interfaces;
+}
+
+DatabaseItem item_of(const Field& field) {
+  DatabaseItem item;
+  if (field.object({"type", "text", "record", "fields"}).has("record")) {
+    field.object({"type", "record", "fields"});
+    item.record = field.required("record").name();
+    item.fields = field.required("fields").json_object();
+    field.with("type", [&](const Field& type) { item.type = type.number(); });
+  } else {
+    field.object({"type", "text"});
+    item.type = field.required("type").number();
+    item.text = field.required("text").text();
+  }
+  return item;
+}
+
+std::map<std::string, DatabaseItem> database_of(const Field& field) {
+  std::map<std::string, DatabaseItem> items;
+  field.each_member([&](const std::string& path, const Field& item) {
+    if (!path.starts_with('/')) item.fail("the path does not begin with \"/\"");
+    items.emplace(path, item_of(item));
+  });
+  return items;
+}
+
+bool is_absent(const Field& faults, std::string_view service) {
+  bool absent = false;
+  faults.with(service, [&absent](const Field& fault) {
+    if (fault.text() != "absent") fault.fail(in_quotes(fault.text()) + " is not \"absent\"");
+    absent = true;
+  });
+  return absent;
+}
+
+}  // namespace
+
+Device read_device(const Models& models, const std::string& name, const std::string& text) {
+  check_text(name, text);
+  const DeviceJson json(name, text);
+  const Field top(name, "", json.fields);
+  top.object({"node", "interfaces", "native", "sysdb", "faults"});
+
+  Device device;
+  top.with("node", [&](const Field& node) {
+    if (!node.is_null()) device.node = node.name();
+  });
+  top.with("interfaces", [&](const Field& list) { device.interfaces = interfaces_of(list); });
+  device.native.name = name + ": native";
+  top.with("native", [&](const Field& native) {
+    native.object({});
+    device.native = read_json(models, device.native.name, json.native);
+  });
+  top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
+  top.with("faults", [&](const Field& faults) {
+    faults.object({"sysdb", "interface-manager", "node"});
+    device.sysdb_absent = is_absent(faults, "sysdb");
+    device.interface_manager_absent = is_absent(faults, "interface-manager");
+    device.node_absent = is_absent(faults, "node");
+  });
+  return device;
+}
+
+Device example_device() {
+  const auto address = [](std::uint8_t subnet, std::uint8_t host) {
+    DeviceAddress result;
+    result.bytes = {10, 0, subnet, host};
+    result.prefix_length = 24;
+    return result;
+  };
+  Device device;
+  device.node = "node0_1";
+  for (const auto* name : {"Eth1", "Eth1.20", "Eth2", "Eth2.100", "Eth3"}) {
+    device.interfaces.push_back({name, std::nullopt, std::nullopt, std::nullopt});
+  }
+  // Enough on one interface to try merging with, and promotion of a secondary address.
+  device.interfaces.back().ipv4 = DeviceAddresses{address(0, 1), {address(1, 1), address(2, 1)}};
+  device.native.name = "the example device";
+  return device;
+}
+
+}  // namespace ocifip

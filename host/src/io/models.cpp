@@ -1,0 +1,257 @@
+#include "io/models.h"
+
+#include <libyang/libyang.h>
+
+#include <algorithm>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <set>
+#include <system_error>
+#include <unordered_map>
+
+#include "io/quiet_libyang.h"
+#include "ocifip/host.h"
+
+namespace ocifip {
+namespace {
+
+constexpr std::uint16_t kDataNodes =
+    LYS_CONTAINER | LYS_LIST | LYS_LEAF | LYS_LEAFLIST | LYS_ANYXML | LYS_ANYDATA;
+
+struct QualifiedName {
+  std::string_view tag;
+  std::string_view module_namespace;
+  bool operator==(const QualifiedName&) const = default;
+};
+
+struct QualifiedNameHash {
+  std::size_t operator()(const QualifiedName& name) const {
+    const std::hash<std::string_view> hash;
+    return hash(name.tag) * 31 + hash(name.module_namespace);
+  }
+};
+
+// What is looked up about a schema node; libyang's private pointer leads to it.
+struct Index {
+  std::size_t position = 0;
+  std::vector<const lysc_node*> children;
+  std::unordered_map<QualifiedName, const lysc_node*, QualifiedNameHash> by_name;
+};
+
+Index& index_of(const lysc_node* node) { return *static_cast<Index*>(node->priv); }
+
+bool is_flagged(const lysc_node* node, int flag) { return (node->flags & flag) != 0; }
+
+// Whether a YANG text is a submodule, which is loaded through its module alone.
+bool is_submodule(const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  std::size_t at = 0;
+  while (true) {
+    at = text.find_first_not_of(" \t\r\n", at);
+    if (at == std::string::npos) return false;
+    if (text.compare(at, 2, "//") == 0) {
+      at = text.find('\n', at);
+    } else if (text.compare(at, 2, "/*") == 0) {
+      at = text.find("*/", at + 2);
+      if (at != std::string::npos) at += 2;
+    } else {
+      return text.compare(at, 9, "submodule") == 0;
+    }
+  }
+}
+
+LoadError load_error(const std::string& folder, const std::string& reason) {
+  return LoadError("cannot load the models in " + folder + ": " + reason);
+}
+
+// The names of the modules in a folder; files of several revisions ("name@date.yang") count once.
+std::set<std::string> modules_in(const std::string& folder) {
+  std::error_code error;
+  std::set<std::string> names;
+  std::filesystem::directory_iterator file(folder, error);
+  for (; !error && file != std::filesystem::directory_iterator(); file.increment(error)) {
+    const auto& path = file->path();
+    if (path.extension() != ".yang" || is_submodule(path)) continue;
+    const auto stem = path.stem().string();
+    names.insert(stem.substr(0, stem.find('@')));
+  }
+  if (error) throw load_error(folder, error.message());
+  if (names.empty()) throw load_error(folder, "no modules there");
+  return names;
+}
+
+// The first error is the cause; those that follow tell what failed because of it.
+std::string first_reason(const ly_ctx* context) {
+  for (const auto* item = ly_err_first(context); item != nullptr; item = item->next) {
+    if (item->level != LY_LLERR || item->msg == nullptr) continue;
+    const std::string place = item->path == nullptr ? "" : item->path;
+    return item->msg + (place.empty() ? place : " (" + place + ')');
+  }
+  return "unknown reason";
+}
+
+}  // namespace
+
+struct Models::Impl {
+  explicit Impl(const std::string& folder);
+
+  void load(const std::string& folder);
+  void index_modules();
+  void index_tree();
+  const Index& index(const lysc_node* parent) const { return parent ? index_of(parent) : top; }
+
+  std::unique_ptr<ly_ctx, decltype(&ly_ctx_destroy)> context{nullptr, &ly_ctx_destroy};
+  std::set<const lys_module*> built_in;
+  std::unordered_map<std::string_view, std::string_view> names;  // by namespace
+  std::unordered_map<std::string_view, std::string_view> namespaces;
+  Index top;
+  std::deque<Index> indexes;
+
+ private:
+  void add_child(Index& parent, const lysc_node* node, std::vector<const lysc_node*>& unvisited);
+};
+
+Models::Impl::Impl(const std::string& folder) {
+  load(folder);
+  index_modules();
+  index_tree();
+}
+
+void Models::Impl::load(const std::string& folder) {
+  const QuietLibyang quiet;
+  const auto modules = modules_in(folder);
+  ly_ctx* created = nullptr;
+  constexpr auto kOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD;
+  if (ly_ctx_new(folder.c_str(), kOptions, &created) != LY_SUCCESS) {
+    throw load_error(folder, "libyang refuses the folder");
+  }
+  context.reset(created);
+
+  std::uint32_t at = 0;
+  while (const auto* module = ly_ctx_get_module_iter(created, &at)) built_in.insert(module);
+
+  const char* every_feature[] = {"*", nullptr};
+  for (const auto& module : modules) {
+    if (ly_ctx_load_module(created, module.c_str(), nullptr, every_feature) == nullptr) {
+      throw load_error(folder, module + ": " + first_reason(created));
+    }
+  }
+}
+
+void Models::Impl::index_modules() {
+  std::uint32_t at = 0;
+  while (const auto* module = ly_ctx_get_module_iter(context.get(), &at)) {
+    names.emplace(module->ns, module->name);
+    namespaces.emplace(module->name, module->ns);
+  }
+}
+
+void Models::Impl::add_child(Index& parent, const lysc_node* node,
+                             std::vector<const lysc_node*>& unvisited) {
+  if ((node->nodetype & kDataNodes) == 0) return;
+  Index& own = indexes.emplace_back();
+  own.position = parent.children.size();
+  // The context is this object's own, and libyang leaves the pointer to its user.
+  const_cast<lysc_node*>(node)->priv = &own;
+  parent.children.push_back(node);
+  parent.by_name.emplace(QualifiedName{node->name, node->module->ns}, node);
+  unvisited.push_back(node);
+}
+
+void Models::Impl::index_tree() {
+  std::vector<const lysc_node*> unvisited;
+  std::uint32_t at = 0;
+  while (const auto* module = ly_ctx_get_module_iter(context.get(), &at)) {
+    if (module->compiled == nullptr || built_in.contains(module)) continue;
+    const lysc_node* node = nullptr;
+    while ((node = lys_getnext(node, nullptr, module->compiled, 0)) != nullptr) {
+      add_child(top, node, unvisited);
+    }
+  }
+  while (!unvisited.empty()) {
+    const auto* parent = unvisited.back();
+    unvisited.pop_back();
+    Index& index = index_of(parent);
+    // libyang has moved the keys of a list to its front, in the order of the key statement.
+    const lysc_node* node = nullptr;
+    while ((node = lys_getnext(node, parent, nullptr, 0)) != nullptr) {
+      add_child(index, node, unvisited);
+    }
+  }
+}
+
+Models::Models(const std::string& folder) : impl_(std::make_unique<Impl>(folder)) {}
+Models::~Models() = default;
+
+const ly_ctx* Models::context() const { return impl_->context.get(); }
+
+std::string_view Models::module_of(std::string_view module_namespace) const {
+  const auto found = impl_->names.find(module_namespace);
+  return found == impl_->names.end() ? std::string_view() : found->second;
+}
+
+std::string_view Models::namespace_of(std::string_view module) const {
+  const auto found = impl_->namespaces.find(module);
+  return found == impl_->namespaces.end() ? std::string_view() : found->second;
+}
+
+const lysc_node* Models::child(const lysc_node* parent, std::string_view tag,
+                               std::string_view module_namespace) const {
+  const Index& index = impl_->index(parent);
+  if (parent == nullptr && module_namespace.empty()) {
+    const auto has_tag = [tag](const lysc_node* node) { return tag == node->name; };
+    const auto end = index.children.end();
+    const auto found = std::find_if(index.children.begin(), end, has_tag);
+    const bool unique = found != end && std::none_of(found + 1, end, has_tag);
+    return unique ? *found : nullptr;
+  }
+  if (module_namespace.empty()) module_namespace = parent->module->ns;
+  const auto found = index.by_name.find({tag, module_namespace});
+  return found == index.by_name.end() ? nullptr : found->second;
+}
+
+std::vector<const lysc_node*> Models::children(const lysc_node* parent) const {
+  return impl_->index(parent).children;
+}
+
+std::size_t Models::position(const lysc_node* node) { return index_of(node).position; }
+
+std::vector<std::string> Models::keys(const lysc_node* list) {
+  std::vector<std::string> names;
+  if (list->nodetype != LYS_LIST) return names;
+  for (const auto* node = lysc_node_child(list); node != nullptr && is_key(node);
+       node = node->next) {
+    names.emplace_back(node->name);
+  }
+  return names;
+}
+
+NodeKind Models::kind(const lysc_node* node) {
+  switch (node->nodetype) {
+    case LYS_LIST:
+      return NodeKind::kList;
+    case LYS_LEAF:
+      return NodeKind::kLeaf;
+    case LYS_LEAFLIST:
+      return NodeKind::kLeafList;
+    default:
+      return NodeKind::kContainer;
+  }
+}
+
+std::string_view Models::tag(const lysc_node* node) { return node->name; }
+std::string_view Models::module(const lysc_node* node) { return node->module->name; }
+std::string_view Models::module_namespace(const lysc_node* node) { return node->module->ns; }
+bool Models::is_key(const lysc_node* node) { return is_flagged(node, LYS_KEY); }
+bool Models::is_state(const lysc_node* node) { return is_flagged(node, LYS_CONFIG_R); }
+
+bool Models::is_empty_leaf(const lysc_node* node) {
+  return node->nodetype == LYS_LEAF &&
+         reinterpret_cast<const lysc_node_leaf*>(node)->type->basetype == LY_TYPE_EMPTY;
+}
+
+}  // namespace ocifip

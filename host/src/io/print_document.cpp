@@ -1,0 +1,122 @@
+#include "io/print_document.h"
+
+#include <algorithm>
+
+#include "io/print_parts.h"
+#include "io/text.h"
+
+namespace ocifip {
+namespace {
+
+// XPath has no escapes, so that the value decides which quotes are around it.
+void append_predicate(std::string& out, std::string_view name, std::string_view value) {
+  const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
+  out += '[';
+  out += name;
+  out += '=';
+  out += quote;
+  out += value;
+  out += quote;
+  out += ']';
+}
+
+bool lacks_key(const DocumentNode& entry) {
+  if (entry.kind != NodeKind::kList || entry.schema == nullptr) return false;
+  const auto keys = Models::keys(entry.schema);
+  return std::any_of(keys.begin(), keys.end(),
+                     [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
+}
+
+}  // namespace
+
+std::string print_document(const Models& /*models*/, const Document& document, Format format,
+                           std::vector<std::string>& notes) {
+  switch (format) {
+    case Format::kJson:
+      return print_json(document, notes);
+    case Format::kXml:
+      return print_xml(document, notes);
+    default:
+      return print_tree(document);
+  }
+}
+
+std::string instance_path(const std::vector<const DocumentNode*>& nodes) {
+  std::string path;
+  for (const auto* node : nodes) {
+    path += '/';
+    path += node->tag;
+    if (node->kind == NodeKind::kLeafList && node->value) {
+      append_predicate(path, ".", *node->value);
+    }
+    if (node->kind != NodeKind::kList || node->schema == nullptr) continue;
+    for (const auto& key : Models::keys(node->schema)) {
+      const auto* value = key_value(*node, key);
+      if (value != nullptr) append_predicate(path, key, *value);
+    }
+  }
+  return path;
+}
+
+std::string_view operation_name(Operation operation) {
+  switch (operation) {
+    case Operation::kReplace:
+      return "replace";
+    case Operation::kDelete:
+      return "delete";
+    case Operation::kRemove:
+      return "remove";
+    case Operation::kNone:
+      return "none";
+    default:
+      return "write";
+  }
+}
+
+std::string_view shown_operation(const DocumentNode& node) {
+  const bool is_key = node.schema != nullptr && Models::is_key(node.schema);
+  if (is_key || !node.operation || *node.operation == Operation::kWrite ||
+      *node.operation == Operation::kNone) {
+    return {};
+  }
+  return operation_name(*node.operation);
+}
+
+const std::string* key_value(const DocumentNode& entry, std::string_view key) {
+  const auto found =
+      std::find_if(entry.children.begin(), entry.children.end(), [&](const DocumentNode& child) {
+        return child.tag == key && child.module_namespace == entry.module_namespace && child.value;
+      });
+  return found == entry.children.end() ? nullptr : &*found->value;
+}
+
+std::vector<const DocumentNode*> shown_nodes(const std::vector<DocumentNode>& siblings,
+                                             NodePath& path, std::vector<std::string>& notes) {
+  std::vector<const DocumentNode*> shown;
+  for (const auto& node : siblings) {
+    if (!lacks_key(node)) {
+      shown.push_back(&node);
+      continue;
+    }
+    path.push_back(&node);
+    notes.push_back("An entry without its keys is left out: " + instance_path(path));
+    path.pop_back();
+  }
+  return shown;
+}
+
+std::string_view module_name(const DocumentNode& node) {
+  return node.module.empty() ? node.module_namespace : node.module;
+}
+
+void indent(std::string& out, std::size_t depth) { out.append(2 * depth, ' '); }
+
+void append_value(std::string& out, std::string_view value) {
+  if (utf8_length(value) == value.size()) {
+    append_quoted(out, value);
+  } else {
+    append_quoted(out, valid_utf8(value));
+  }
+}
+
+}  // namespace ocifip

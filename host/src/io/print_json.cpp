@@ -1,0 +1,233 @@
+#include <algorithm>
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "io/json_value.h"
+#include "io/models.h"
+#include "io/netconf.h"
+#include "io/print_parts.h"
+
+namespace ocifip {
+namespace {
+
+using Nodes = std::vector<const DocumentNode*>;
+using Range = std::span<const DocumentNode* const>;
+
+// Whether a node is an object in JSON, which holds its own metadata.
+bool is_object(const DocumentNode* node) {
+  return node->kind == NodeKind::kContainer || node->kind == NodeKind::kList;
+}
+
+bool is_in_array(const DocumentNode* node) {
+  return node->kind == NodeKind::kList || node->kind == NodeKind::kLeafList;
+}
+
+bool has_same_name(const DocumentNode* left, const DocumentNode* right) {
+  return left->tag == right->tag && left->module_namespace == right->module_namespace;
+}
+
+// Whether it is certain, from their order in the schema, that nodes of one name stand together.
+bool is_grouped(const Nodes& nodes) {
+  std::size_t last = 0;
+  std::size_t unknown = 0;
+  for (const auto* node : nodes) {
+    if (node->schema == nullptr) {
+      ++unknown;
+      continue;
+    }
+    const auto position = Models::position(node->schema);
+    if (position < last) return false;
+    last = position;
+  }
+  return unknown <= 1;
+}
+
+// Brings nodes of one name together, where the first of them stands.
+void group(Nodes& nodes) {
+  std::unordered_map<std::string, std::size_t> places;
+  std::vector<std::pair<std::size_t, const DocumentNode*>> placed;
+  for (const auto* node : nodes) {
+    const auto name = node->tag + ':' + node->module_namespace;
+    placed.emplace_back(places.emplace(name, places.size()).first->second, node);
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::transform(placed.begin(), placed.end(), nodes.begin(),
+                 [](const auto& row) { return row.second; });
+}
+
+class JsonPrinter {
+ public:
+  explicit JsonPrinter(std::vector<std::string>& notes) : notes_(notes) {}
+
+  std::string print(const Document& document) {
+    append_object(document.roots, {});
+    out_ += '\n';
+    return std::move(out_);
+  }
+
+ private:
+  void append_object(const std::vector<DocumentNode>& children, std::string_view operation);
+  void append_members(Range nodes);
+  void append_array(Range elements);
+  void append_array_metadata(Range elements);
+  void append_node(const DocumentNode& node, std::string_view without_value);
+  void append_operation(const DocumentNode& node);
+  void append_name(const DocumentNode& node, std::string_view before);
+
+  void open(char bracket);
+  void close(char bracket);
+  void separate();
+
+  std::vector<std::string>& notes_;
+  std::string out_;
+  NodePath path_;
+  std::size_t depth_ = 0;
+  bool is_first_ = true;  // nothing stands yet in the innermost object or array
+};
+
+// Appends an object with an operation as its own metadata, or "".
+void JsonPrinter::append_object(const std::vector<DocumentNode>& children,
+                                std::string_view operation) {
+  open('{');
+  if (!operation.empty()) {
+    separate();
+    out_ += "\"@\": ";
+    append_operation(*path_.back());
+  }
+  auto nodes = shown_nodes(children, path_, notes_);
+  if (!is_grouped(nodes)) group(nodes);
+  for (auto first = nodes.begin(); first != nodes.end();) {
+    const auto last = std::find_if_not(
+        first, nodes.end(), [first](const auto* node) { return has_same_name(*first, node); });
+    append_members({first, last});
+    first = last;
+  }
+  close('}');
+}
+
+// Appends nodes of one name: as one array, or else as a member each.
+void JsonPrinter::append_members(Range nodes) {
+  if (std::any_of(nodes.begin(), nodes.end(), is_in_array)) {
+    append_array(nodes);
+    return;
+  }
+  for (const auto* node : nodes) {
+    separate();
+    append_name(*node, "");
+    append_node(*node, "[null]");
+    if (is_object(node) || shown_operation(*node).empty()) continue;
+    separate();
+    append_name(*node, "@");
+    append_operation(*node);
+  }
+}
+
+void JsonPrinter::append_array(Range elements) {
+  separate();
+  append_name(*elements.front(), "");
+  open('[');
+  for (const auto* element : elements) {
+    separate();
+    append_node(*element, "null");
+  }
+  close(']');
+
+  const bool has_metadata = std::any_of(elements.begin(), elements.end(), [](const auto* element) {
+    return !is_object(element) && !shown_operation(*element).empty();
+  });
+  if (has_metadata) append_array_metadata(elements);
+}
+
+void JsonPrinter::append_array_metadata(Range elements) {
+  separate();
+  append_name(*elements.front(), "@");
+  open('[');
+  for (const auto* element : elements) {
+    separate();
+    if (is_object(element) || shown_operation(*element).empty()) {
+      out_ += "null";
+    } else {
+      append_operation(*element);
+    }
+  }
+  close(']');
+}
+
+void JsonPrinter::append_node(const DocumentNode& node, std::string_view without_value) {
+  if (is_object(&node)) {
+    path_.push_back(&node);
+    append_object(node.children, shown_operation(node));
+    path_.pop_back();
+  } else if (!node.value) {
+    out_ += without_value;
+  } else {
+    switch (json_form(node)) {
+      case JsonForm::kString:
+        append_value(out_, *node.value);
+        break;
+      case JsonForm::kBare:
+        out_ += *node.value;
+        break;
+      case JsonForm::kEmpty:
+        out_ += "[null]";
+        break;
+    }
+  }
+}
+
+void JsonPrinter::append_operation(const DocumentNode& node) {
+  open('{');
+  separate();
+  append_value(out_, kOperationAnnotation);
+  out_ += ": ";
+  append_value(out_, shown_operation(node));
+  close('}');
+}
+
+// Appends the name of the member that a node is, with its module where that is not its parent's.
+void JsonPrinter::append_name(const DocumentNode& node, std::string_view before) {
+  std::string name(before);
+  const auto module = module_name(node);
+  const bool is_inherited = path_.empty() ? module.empty() : module == module_name(*path_.back());
+  if (!is_inherited) {
+    name += module;
+    name += ':';
+  }
+  name += node.tag;
+  append_value(out_, name);
+  out_ += ": ";
+}
+
+void JsonPrinter::open(char bracket) {
+  out_ += bracket;
+  ++depth_;
+  is_first_ = true;
+}
+
+void JsonPrinter::close(char bracket) {
+  --depth_;
+  if (!is_first_) {
+    out_ += '\n';
+    indent(out_, depth_);
+  }
+  out_ += bracket;
+  is_first_ = false;
+}
+
+void JsonPrinter::separate() {
+  out_ += is_first_ ? "\n" : ",\n";
+  indent(out_, depth_);
+  is_first_ = false;
+}
+
+}  // namespace
+
+std::string print_json(const Document& document, std::vector<std::string>& notes) {
+  return JsonPrinter(notes).print(document);
+}
+
+}  // namespace ocifip

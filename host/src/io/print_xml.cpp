@@ -1,0 +1,118 @@
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "io/netconf.h"
+#include "io/print_document.h"
+#include "io/print_parts.h"
+#include "io/text.h"
+
+namespace ocifip {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+// What stands for a character. A carriage return as such would be read as a line feed.
+constexpr std::array<std::pair<char, std::string_view>, 5> kEscapes{
+    {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\r', "&#13;"}}};
+
+bool is_control(char c) {
+  return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+bool has_operation(const DocumentNode& node) {
+  return !shown_operation(node).empty() ||
+         std::any_of(node.children.begin(), node.children.end(), has_operation);
+}
+
+class XmlPrinter {
+ public:
+  explicit XmlPrinter(std::vector<std::string>& notes) : notes_(notes) {}
+
+  std::string print(const Document& document) {
+    append_nodes(shown_nodes(document.roots, path_, notes_));
+    return std::move(out_);
+  }
+
+ private:
+  void append_nodes(const std::vector<const DocumentNode*>& nodes);
+  void append_node(const DocumentNode& node);
+  void append_attribute(std::string_view name, std::string_view value);
+  void append_text(std::string_view text);
+
+  std::vector<std::string>& notes_;
+  std::string out_;
+  NodePath path_;
+};
+
+void XmlPrinter::append_nodes(const std::vector<const DocumentNode*>& nodes) {
+  for (const auto* node : nodes) {
+    path_.push_back(node);
+    append_node(*node);
+    path_.pop_back();
+  }
+}
+
+void XmlPrinter::append_node(const DocumentNode& node) {
+  const auto depth = path_.size() - 1;
+  indent(out_, depth);
+  out_ += '<' + node.tag;
+  const std::string_view outer =
+      depth == 0 ? std::string_view() : path_[depth - 1]->module_namespace;
+  if (node.module_namespace != outer) append_attribute("xmlns", node.module_namespace);
+  if (depth == 0 && has_operation(node)) append_attribute("xmlns:nc", kNetconfNamespace);
+  const auto operation = shown_operation(node);
+  if (!operation.empty()) append_attribute("nc:operation", operation);
+
+  const auto children = shown_nodes(node.children, path_, notes_);
+  if (!children.empty()) {
+    out_ += ">\n";
+    append_nodes(children);
+    indent(out_, depth);
+    out_ += "</" + node.tag + ">\n";
+  } else if (node.value && !node.value->empty()) {
+    out_ += '>';
+    append_text(*node.value);
+    out_ += "</" + node.tag + ">\n";
+  } else {
+    out_ += "/>\n";
+  }
+}
+
+void XmlPrinter::append_attribute(std::string_view name, std::string_view value) {
+  out_ += ' ';
+  out_ += name;
+  out_ += "=\"";
+  append_text(value);
+  out_ += '"';
+}
+
+void XmlPrinter::append_text(std::string_view text) {
+  const auto valid = utf8_length(text) == text.size() ? std::string() : valid_utf8(text);
+  if (!valid.empty()) text = valid;
+  bool is_replaced = false;
+  for (const char c : text) {
+    const auto* const escape = std::find_if(kEscapes.begin(), kEscapes.end(),
+                                            [c](const auto& row) { return row.first == c; });
+    if (escape != kEscapes.end()) {
+      out_ += escape->second;
+    } else if (is_control(c)) {
+      out_ += kReplacement;
+      is_replaced = true;
+    } else {
+      out_ += c;
+    }
+  }
+  if (is_replaced) {
+    notes_.push_back("Control characters, which XML cannot hold, are replaced: " +
+                     instance_path(path_));
+  }
+}
+
+}  // namespace
+
+std::string print_xml(const Document& document, std::vector<std::string>& notes) {
+  return XmlPrinter(notes).print(document);
+}
+
+}  // namespace ocifip

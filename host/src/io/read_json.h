@@ -1,0 +1,18 @@
+// Reading JSON documents (RFC 7951, with the metadata of RFC 7952).
+#ifndef OCIFIP_HOST_IO_READ_JSON_H_
+#define OCIFIP_HOST_IO_READ_JSON_H_
+
+#include <string>
+#include <string_view>
+
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+// Reads a text that has been checked (check_text). Throws InputError.
+Document read_json(const Models& models, const std::string& name, std::string_view text);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_READ_JSON_H_

@@ -1,0 +1,145 @@
+#include "io/text.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace ocifip {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::size_t kLongestQuote = 80;
+
+// Lead bytes of UTF-8, with how many bytes follow and the range of the first of these, which keeps
+// out overlong forms, surrogates and what is above U+10FFFF.
+struct Lead {
+  std::uint8_t first;
+  std::uint8_t last;
+  std::uint8_t following;
+  std::uint8_t low;
+  std::uint8_t high;
+};
+
+constexpr Lead kLeads[] = {
+    {0x00, 0x7F, 0, 0x00, 0x00}, {0xC2, 0xDF, 1, 0x80, 0xBF}, {0xE0, 0xE0, 2, 0xA0, 0xBF},
+    {0xE1, 0xEC, 2, 0x80, 0xBF}, {0xED, 0xED, 2, 0x80, 0x9F}, {0xEE, 0xEF, 2, 0x80, 0xBF},
+    {0xF0, 0xF0, 3, 0x90, 0xBF}, {0xF1, 0xF3, 3, 0x80, 0xBF}, {0xF4, 0xF4, 3, 0x80, 0x8F},
+};
+
+bool is_within(char byte, std::uint8_t low, std::uint8_t high) {
+  const auto value = static_cast<std::uint8_t>(byte);
+  return low <= value && value <= high;
+}
+
+// Size of the character that a text begins with; 0 when it begins with none.
+std::size_t character_size(std::string_view text) {
+  for (const auto& lead : kLeads) {
+    if (!is_within(text[0], lead.first, lead.last)) continue;
+    const std::size_t size = std::size_t{1} + lead.following;
+    if (size == 1) return 1;
+    if (text.size() < size || !is_within(text[1], lead.low, lead.high)) return 0;
+    const auto continues = [](char byte) { return is_within(byte, 0x80, 0xBF); };
+    return std::all_of(text.begin() + 2, text.begin() + static_cast<std::ptrdiff_t>(size),
+                       continues)
+               ? size
+               : 0;
+  }
+  return 0;
+}
+
+void append_escape(std::string& out, char c) {
+  constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
+  constexpr std::string_view kLetters = "\"\\bfnrt";
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const auto escape = kEscaped.find(c);
+  if (escape != std::string_view::npos) {
+    out += '\\';
+    out += kLetters[escape];
+  } else {
+    const auto code = static_cast<std::uint8_t>(c);
+    out += "\\u00";
+    out += kDigits[code >> 4U];
+    out += kDigits[code & 0xFU];
+  }
+}
+
+constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+}  // namespace
+
+InputError input_error(const std::string& name, int line, const std::string& reason) {
+  const auto place = line > 0 ? ":" + std::to_string(line) : std::string();
+  return InputError(name + place + ": " + reason);
+}
+
+int line_at(std::string_view text, std::size_t at) {
+  const auto before = text.substr(0, at);
+  return 1 + static_cast<int>(std::count(before.begin(), before.end(), '\n'));
+}
+
+void check_text(const std::string& name, std::string_view text) {
+  const auto fail = [&](std::size_t at, const std::string& reason) {
+    throw input_error(name, line_at(text, at), reason);
+  };
+  if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) fail(0, "the text is empty");
+  if (const auto at = text.find('\0'); at != std::string_view::npos) fail(at, "a NUL byte");
+  if (const auto at = utf8_length(text); at < text.size()) fail(at, "not UTF-8 text");
+}
+
+std::size_t utf8_length(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const auto size = character_size(text.substr(at));
+    if (size == 0) break;
+    at += size;
+  }
+  return at;
+}
+
+std::string valid_utf8(std::string_view text) {
+  std::string out;
+  while (true) {
+    const auto valid = utf8_length(text);
+    out += text.substr(0, valid);
+    if (valid == text.size()) return out;
+    out += kReplacement;
+    text.remove_prefix(valid + 1);
+  }
+}
+
+void append_quoted(std::string& out, std::string_view text) {
+  const auto is_special = [](char c) {
+    return is_within(c, 0x00, 0x1F) || c == '"' || c == '\\' || c == '\x7F';
+  };
+  out += '"';
+  while (!text.empty()) {
+    const auto special = std::find_if(text.begin(), text.end(), is_special);
+    const auto plain = static_cast<std::size_t>(special - text.begin());
+    out += text.substr(0, plain);
+    if (special == text.end()) break;
+    append_escape(out, *special);
+    text.remove_prefix(plain + 1);
+  }
+  out += '"';
+}
+
+std::string in_quotes(std::string_view text) {
+  const auto valid = valid_utf8(text);
+  std::string out;
+  if (valid.size() <= kLongestQuote) {
+    append_quoted(out, valid);
+    return out;
+  }
+  const auto start = std::string_view(valid).substr(0, kLongestQuote);
+  append_quoted(out, start.substr(0, utf8_length(start)));
+  return out + "...";
+}
+
+bool is_identifier(std::string_view text) {
+  const auto begins = [](char c) { return is_letter(c) || c == '_'; };
+  const auto continues = [&](char c) {
+    return begins(c) || is_within(c, '0', '9') || c == '-' || c == '.';
+  };
+  return !text.empty() && begins(text[0]) && std::all_of(text.begin(), text.end(), continues);
+}
+
+}  // namespace ocifip

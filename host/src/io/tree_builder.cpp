@@ -1,0 +1,148 @@
+#include "io/tree_builder.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+#include "io/text.h"
+
+namespace ocifip {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, Operation>, 5> kOperations{{
+    {"merge", Operation::kWrite},
+    {"create", Operation::kWrite},
+    {"replace", Operation::kReplace},
+    {"delete", Operation::kDelete},
+    {"remove", Operation::kRemove},
+}};
+
+void set_schema(DocumentNode& node, const lysc_node* schema) {
+  node.schema = schema;
+  node.module = Models::module(schema);
+  node.module_namespace = Models::module_namespace(schema);
+}
+
+std::size_t order(const DocumentNode& node) {
+  return node.schema == nullptr ? std::numeric_limits<std::size_t>::max()
+                                : Models::position(node.schema);
+}
+
+bool is_before(const DocumentNode& left, const DocumentNode& right) {
+  return order(left) < order(right);
+}
+
+}  // namespace
+
+TreeBuilder::TreeBuilder(const Models& models, std::string name)
+    : models_(models), name_(std::move(name)) {}
+
+void TreeBuilder::fail(int line, const std::string& reason) const {
+  throw input_error(name_, line, reason);
+}
+
+DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
+  const DocumentNode* parent = open_.empty() ? nullptr : &open_.back().node;
+  const auto* parent_schema = parent ? parent->schema : nullptr;
+  const bool is_known_place = parent == nullptr || parent_schema != nullptr;
+
+  // The namespace of an unknown module, which stands for its name, may have colons itself.
+  const auto colon = member.rfind(':');
+  DocumentNode node;
+  node.tag = colon == std::string_view::npos ? member : member.substr(colon + 1);
+  node.line = line;
+  const lysc_node* schema = nullptr;
+  if (colon != std::string_view::npos) {
+    const auto module = member.substr(0, colon);
+    const auto module_namespace = models_.namespace_of(module);
+    const bool is_known = !module_namespace.empty();
+    node.module = is_known ? module : std::string_view();
+    node.module_namespace = is_known ? module_namespace : module;
+    if (is_known && is_known_place) {
+      schema = models_.child(parent_schema, node.tag, module_namespace);
+    }
+  } else {
+    if (parent != nullptr) {
+      node.module = parent->module;
+      node.module_namespace = parent->module_namespace;
+    }
+    if (is_known_place) schema = models_.child(parent_schema, node.tag, node.module_namespace);
+  }
+  if (schema != nullptr) {
+    set_schema(node, schema);
+  } else if (colon == 0 || !is_identifier(node.tag)) {
+    fail(line, in_quotes(member) + " is not the name of a node");
+  }
+  return node;
+}
+
+DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::string_view tag,
+                                   int line) const {
+  const auto* parent_schema = open_.empty() ? nullptr : open_.back().node.schema;
+  const bool is_known_place = open_.empty() || parent_schema != nullptr;
+
+  DocumentNode node;
+  node.tag = tag;
+  node.line = line;
+  // Without a namespace an element is nobody's, whatever its name.
+  const lysc_node* schema = nullptr;
+  if (is_known_place && !module_namespace.empty()) {
+    schema = models_.child(parent_schema, tag, module_namespace);
+  }
+  if (schema != nullptr) {
+    set_schema(node, schema);
+    return node;
+  }
+  if (!is_identifier(tag)) fail(line, in_quotes(tag) + " is not the name of a node");
+  node.module = models_.module_of(module_namespace);
+  node.module_namespace = module_namespace;
+  return node;
+}
+
+void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int line) const {
+  if (node.operation) fail(line, "two operations for one node");
+  const auto* const found = std::find_if(kOperations.begin(), kOperations.end(),
+                                         [&](const auto& row) { return row.first == operation; });
+  if (found == kOperations.end()) fail(line, "unknown operation " + in_quotes(operation));
+  node.operation = found->second;
+}
+
+void TreeBuilder::check_depth(int line) const {
+  if (open_.size() < kDeepestNode) return;
+  fail(line, "nodes are nested deeper than " + std::to_string(kDeepestNode) + " levels");
+}
+
+void TreeBuilder::open(DocumentNode node) {
+  check_depth(node.line);
+  open_.push_back({std::move(node), pending_.size()});
+}
+
+void TreeBuilder::close() {
+  auto [node, first_child] = std::move(open_.back());
+  open_.pop_back();
+  const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_child);
+  node.children.assign(std::make_move_iterator(first), std::make_move_iterator(pending_.end()));
+  pending_.erase(first, pending_.end());
+  arrange(node.children);
+  pending_.push_back(std::move(node));
+}
+
+void TreeBuilder::add(DocumentNode node) {
+  check_depth(node.line);
+  pending_.push_back(std::move(node));
+}
+
+std::span<DocumentNode> TreeBuilder::children() {
+  return std::span(pending_).subspan(open_.empty() ? 0 : open_.back().first_child);
+}
+
+Document TreeBuilder::finish() { return {std::move(name_), std::move(pending_)}; }
+
+void arrange(std::vector<DocumentNode>& children) {
+  if (std::is_sorted(children.begin(), children.end(), is_before)) return;
+  std::stable_sort(children.begin(), children.end(), is_before);
+}
+
+}  // namespace ocifip

@@ -1,0 +1,70 @@
+// Puts a document together from its parts as a reader comes across them.
+#ifndef OCIFIP_HOST_IO_TREE_BUILDER_H_
+#define OCIFIP_HOST_IO_TREE_BUILDER_H_
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+// How deep nodes may be nested. It bounds everything that descends into a document.
+constexpr std::size_t kDeepestNode = 256;
+
+class TreeBuilder {
+ public:
+  // `name` is the source's, for messages. The models must outlive the builder.
+  TreeBuilder(const Models& models, std::string name);
+
+  [[noreturn]] void fail(int line, const std::string& reason) const;
+
+  // A node below the innermost open one, named as in JSON ("tag" or "module:tag") or as in XML.
+  // Throws InputError when the name cannot be a node's.
+  [[nodiscard]] DocumentNode json_node(std::string_view member, int line) const;
+  [[nodiscard]] DocumentNode xml_node(std::string_view module_namespace, std::string_view tag,
+                                      int line) const;
+
+  // Gives a node the operation with a name of RFC 6241. Throws InputError.
+  void annotate(DocumentNode& node, std::string_view operation, int line) const;
+
+  // Opens a node: what follows, up to the matching close, is below it.
+  void open(DocumentNode node);
+  void close();
+  void add(DocumentNode node);  // a node without children
+
+  [[nodiscard]] bool at_top() const { return open_.empty(); }
+  [[nodiscard]] DocumentNode& current() { return open_.back().node; }
+
+  // The nodes below the innermost open one so far, or the top-level nodes, in the source's order.
+  [[nodiscard]] std::span<DocumentNode> children();
+
+  // The document, when every node is closed.
+  [[nodiscard]] Document finish();
+
+ private:
+  struct Open {
+    DocumentNode node;
+    std::size_t first_child;  // place in pending_
+  };
+
+  void check_depth(int line) const;
+
+  const Models& models_;
+  std::string name_;
+  std::vector<Open> open_;
+  // Closed nodes whose parents are open: a parent takes its own off the end when it is closed, so
+  // that no list of children is larger than it has to be.
+  std::vector<DocumentNode> pending_;
+};
+
+// Puts the children of a node into schema order: keys first, unknown nodes last.
+void arrange(std::vector<DocumentNode>& children);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_TREE_BUILDER_H_

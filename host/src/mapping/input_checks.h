@@ -1,0 +1,15 @@
+// What the host itself asks of a document before the mapping sees it.
+#ifndef OCIFIP_HOST_MAPPING_INPUT_CHECKS_H_
+#define OCIFIP_HOST_MAPPING_INPUT_CHECKS_H_
+
+#include "io/document.h"
+
+namespace ocifip {
+
+// Throws InputError for a top-level node that no mapping takes, and for names of interfaces and
+// indexes of subinterfaces that the mapping contract has no room for.
+void check_input(const Document& document);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_MAPPING_INPUT_CHECKS_H_

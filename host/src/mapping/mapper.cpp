@@ -1,0 +1,195 @@
+#include "mapping/mapper.h"
+
+#include <utility>
+
+#include "io/print_document.h"
+#include "io/read_document.h"
+#include "mapping/input_checks.h"
+#include "result_codes.h"
+#include "tree/output_document.h"
+#include "yfw/interfaces_mapping.h"
+
+namespace ocifip {
+namespace {
+
+constexpr std::string_view kUnlisted = "1";  // of a key whose type is not told apart
+
+Operation operation_of(DefaultOperation operation) {
+  switch (operation) {
+    case DefaultOperation::kReplace:
+      return Operation::kReplace;
+    case DefaultOperation::kNone:
+      return Operation::kNone;
+    default:
+      return Operation::kWrite;
+  }
+}
+
+std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
+  if (operation == DefaultOperation::kReplace || input.replaces()) {
+    return YFW_MAP_REQUEST_REPLACE;
+  }
+  return operation == DefaultOperation::kCreate ? std::uint32_t{YFW_MAP_REQUEST_CREATE}
+                                                : std::uint32_t{YFW_MAP_REQUEST_MERGE};
+}
+
+// Maps each top-level node until one fails.
+cerrno map_input(Request& request) {
+  cerrno result = kOk;
+  for (const InputNode& root : request.input().roots()) {
+    result =
+        ymap_ox_ocif_openconfiginterfaces_lvla_interfaces(request.context(), &root, request.out());
+    if (result != kOk) {
+      break;
+    }
+  }
+  return result;
+}
+
+// --- probes --------------------------------------------------------------------------------------
+
+std::string_view probe_key(QueryExpansion::SchemaPath path, std::string_view key) {
+  if (key == "name") {
+    return "probe";
+  }
+  if (key == "index") {
+    return "0";
+  }
+  bool is_ipv6 = false;
+  for (const lysc_node* node : path) {
+    is_ipv6 = is_ipv6 || Models::tag(node) == "ipv6";
+  }
+  if (key == "ip") {
+    return is_ipv6 ? "2001:db8::1" : "192.0.2.1";
+  }
+  return kUnlisted;
+}
+
+// The nodes of a schema path, with keys for its lists; the leaf at its end has no value.
+DocumentNode probe_node(const Models& models, QueryExpansion::SchemaPath path,
+                        std::size_t depth = 0) {
+  DocumentNode node = node_of(path[depth]);
+  if (depth + 1 == path.size()) {
+    return node;
+  }
+  for (const std::string& key : Models::keys(node.schema)) {
+    DocumentNode leaf = node_of(models.child(node.schema, key, {}));
+    leaf.value = probe_key(path, key);
+    if (leaf.schema != path[depth + 1]) {
+      node.children.push_back(std::move(leaf));
+    }
+  }
+  node.children.push_back(probe_node(models, path, depth + 1));
+  return node;
+}
+
+}  // namespace
+
+Mapper::Mapper(const Models& models, const DeviceDirectory& device, const AugmentEntries& entries,
+               bool trace)
+    : models_(models),
+      device_(device),
+      trace_(trace),
+      paths_(models),
+      framework_{models, paths_, entries} {}
+
+Outcome Mapper::edit(const EditRequest& request, Format format) {
+  const ActiveDevice active(device_);
+  const Document document = read_edit(request);
+  check_input(document);
+  const Operation operation = operation_of(request.operation);
+  const InputTree input(document, operation);
+  Request run(framework_, input,
+              {.request_op = request_op(request.operation, input),
+               .operation = operation,
+               .record_calls = format == Format::kCalls,
+               .trace = trace_});
+  return finish(run, map_input(run), format, "the request maps to nothing on the device");
+}
+
+Outcome Mapper::query(const QueryRequest& request, Format format) {
+  const ActiveDevice active(device_);
+  std::vector<std::string> notes;
+  const Document document = read_query(request, notes);
+  const InputTree input(document, Operation::kWrite);
+  Request run(
+      framework_, input,
+      {.request_op = request.content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
+                                                      : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG},
+       .record_calls = format == Format::kCalls,
+       .trace = trace_});
+  for (const std::string& note : notes) {
+    run.note(note);
+  }
+  return finish(run, map_input(run), format, "the request asks the device for nothing");
+}
+
+Document Mapper::read_edit(const EditRequest& request) const {
+  Document document;
+  if (request.document) {
+    document = read_document(models_, *request.document);
+  }
+  for (const std::string& path : request.deletes) {
+    Document deletion = read_path(models_, path);
+    path_target(deletion).operation = Operation::kDelete;
+    check_input(deletion);
+    merge_document(document, std::move(deletion));
+  }
+  return document;
+}
+
+// Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
+// the container around it.
+Document Mapper::read_query(const QueryRequest& request, std::vector<std::string>& notes) {
+  QueryExpansion expansion(models_, request.content, device_.interface_names(),
+                           [this](QueryExpansion::SchemaPath path) { return is_refused(path); });
+  std::vector<Document> parts;
+  if (request.document) {
+    parts.push_back(read_document(models_, *request.document));
+  }
+  for (const std::string& path : request.paths) {
+    parts.push_back(read_path(models_, path));
+  }
+  Document document;
+  for (Document& part : parts) {
+    check_input(part);
+    expansion.expand(part, notes);
+    merge_document(document, std::move(part));
+  }
+  return document;
+}
+
+// Asks the mapping itself, by a read of the leaf alone.
+bool Mapper::is_refused(QueryExpansion::SchemaPath path) {
+  const auto [known, is_new] = refused_.try_emplace(path.back(), false);
+  if (is_new) {
+    Document document;
+    document.roots.push_back(probe_node(models_, path));
+    const InputTree input(document, Operation::kWrite);
+    Request probe(framework_, input, {.request_op = YFW_MAP_REQUEST_READ_STATE});
+    known->second = map_input(probe) == kUnsupported;
+  }
+  return known->second;
+}
+
+Outcome Mapper::finish(Request& request, cerrno result, Format format, const char* nothing) const {
+  Outcome outcome;
+  outcome.notes = request.notes();
+  if (request.recorder() != nullptr) {
+    outcome.text = request.recorder()->text();
+  }
+  if (result != kOk) {
+    outcome.refusal = request.refusal(result);
+    return outcome;
+  }
+  if (request.output().is_empty()) {
+    outcome.notes.emplace_back(nothing);
+  }
+  if (format != Format::kCalls) {
+    outcome.text =
+        print_document(models_, to_document(request.output(), "output"), format, outcome.notes);
+  }
+  return outcome;
+}
+
+}  // namespace ocifip

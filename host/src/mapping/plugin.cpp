@@ -1,0 +1,66 @@
+#include "mapping/plugin.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "ocifip/host.h"
+#include "yfw/text.h"
+
+namespace ocifip {
+namespace {
+
+#define OCIFIP_SUBINTERFACE_ENTRY(level) \
+  "ymap_ox_ocifip_openconfigifip_augment_" level "_subinterface"
+#define OCIFIP_ROUTED_VLAN_ENTRY(level) \
+  "ymap_ox_ocifip_openconfigifip_augment_" level "_routed_vlan"
+
+// The plug-in's undefined symbols are this library's. They are found when it is global, which it
+// may not be in a process that loaded it by itself.
+void make_host_global() {
+  Dl_info host{};
+  if (dladdr(reinterpret_cast<void*>(&yfw_strdup), &host) != 0 && host.dli_fname != nullptr) {
+    // The handle is kept: the host outlives every plug-in.
+    dlopen(host.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);
+  }
+}
+
+// A plain file name is one in the current folder, not one that the loader searches for.
+std::string path_of(const std::string& file) {
+  return std::filesystem::exists(file) ? std::filesystem::absolute(file).string() : file;
+}
+
+[[noreturn]] void fail(const std::string& file, const std::string& reason) {
+  throw LoadError("cannot load the plug-in " + file + ": " + reason);
+}
+
+std::string loader_error() {
+  const char* error = dlerror();
+  return error == nullptr ? "unknown reason" : error;
+}
+
+}  // namespace
+
+void Plugin::Close::operator()(void* library) const { dlclose(library); }
+
+Plugin::Plugin(const std::string& file) {
+  make_host_global();
+  library_.reset(dlopen(path_of(file).c_str(), RTLD_NOW | RTLD_LOCAL));
+  if (library_ == nullptr) {
+    fail(file, loader_error());
+  }
+  entries_.subinterface_ipv4 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvla"));
+  entries_.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
+  entries_.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
+  entries_.routed_vlan_ipv6 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvlb"));
+}
+
+yfw_map_leaf_callback Plugin::find(const std::string& file, const char* symbol) const {
+  void* found = dlsym(library_.get(), symbol);
+  if (found == nullptr) {
+    fail(file, std::string("it does not export ") + symbol);
+  }
+  return reinterpret_cast<yfw_map_leaf_callback>(found);
+}
+
+}  // namespace ocifip

@@ -1,0 +1,34 @@
+// The mapping plug-in as a library.
+#ifndef OCIFIP_HOST_MAPPING_PLUGIN_H_
+#define OCIFIP_HOST_MAPPING_PLUGIN_H_
+
+#include <memory>
+#include <string>
+
+#include "mapping/augment_entries.h"
+
+namespace ocifip {
+
+class Plugin {
+ public:
+  // Loads the library and finds its entry callbacks. Throws LoadError.
+  explicit Plugin(const std::string& file);
+  Plugin(const Plugin&) = delete;
+  Plugin& operator=(const Plugin&) = delete;
+
+  [[nodiscard]] const AugmentEntries& entries() const { return entries_; }
+
+ private:
+  struct Close {
+    void operator()(void* library) const;
+  };
+
+  [[nodiscard]] yfw_map_leaf_callback find(const std::string& file, const char* symbol) const;
+
+  std::unique_ptr<void, Close> library_;
+  AugmentEntries entries_;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_MAPPING_PLUGIN_H_

@@ -1,0 +1,77 @@
+#include "request/input_tree.h"
+
+#include <algorithm>
+
+#include "io/models.h"
+
+namespace ocifip {
+namespace {
+
+bool is_deleting(Operation operation) {
+  return operation == Operation::kDelete || operation == Operation::kRemove;
+}
+
+bool is_key(const DocumentNode& node) {
+  return node.schema != nullptr && Models::is_key(node.schema);
+}
+
+Operation operation_of(const DocumentNode& node, Operation inherited) {
+  if (node.operation) {
+    return *node.operation;
+  }
+  return is_key(node) && is_deleting(inherited) ? Operation::kWrite : inherited;
+}
+
+bool is_entry_without_keys(const DocumentNode& node) {
+  return node.kind == NodeKind::kList &&
+         std::none_of(node.children.begin(), node.children.end(), is_key);
+}
+
+}  // namespace
+
+InputTree::InputTree(const Document& document, Operation request_operation) {
+  roots_ = build(document.roots, request_operation);
+}
+
+std::span<InputNode> InputTree::build(const std::vector<DocumentNode>& nodes, Operation inherited) {
+  const auto built = arena_.make_array<InputNode>(nodes.size());
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    fill(built[i], nodes[i], inherited);
+  }
+  return built;
+}
+
+// Recursion is as deep as the document, whose depth its reader bounds.
+void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inherited) {
+  const Operation operation = operation_of(from, inherited);
+  node.tag = from.tag.c_str();
+  node.module_namespace = from.module_namespace.c_str();
+  node.kind = static_cast<std::uint8_t>(from.kind);
+  node.edit_operation = static_cast<std::uint8_t>(operation);
+  replaces_ = replaces_ || from.operation == Operation::kReplace;
+  if (from.value) {
+    node.value = from.value->c_str();
+    node.flags |= NIDL_YFW_FLAG_HAS_VALUE;
+  }
+  if (!from.children.empty()) {
+    const auto children = build(from.children, operation);
+    node.children = children.data();
+    node.child_count = static_cast<std::uint32_t>(children.size());
+    node.flags |= NIDL_YFW_FLAG_HAS_SUBTREE;
+  }
+  if (is_deleting(operation) && is_entry_without_keys(from)) {
+    whole_list_deletes_.insert(&node);
+  }
+}
+
+bool InputTree::deletes_whole_list(const InputNode& node) const {
+  if (whole_list_deletes_.empty()) {
+    return false;
+  }
+  const auto children = children_of(node);
+  return whole_list_deletes_.contains(&node) ||
+         std::any_of(children.begin(), children.end(),
+                     [&](const InputNode& child) { return deletes_whole_list(child); });
+}
+
+}  // namespace ocifip

@@ -1,0 +1,40 @@
+// A client's document as the mapping is handed it.
+#ifndef OCIFIP_HOST_REQUEST_INPUT_TREE_H_
+#define OCIFIP_HOST_REQUEST_INPUT_TREE_H_
+
+#include <span>
+#include <unordered_set>
+
+#include "io/document.h"
+#include "request/hierarchy.h"
+#include "tree/arena.h"
+
+namespace ocifip {
+
+// Nodes with their operations, the children of each one after another. Texts are the document's,
+// which must live as long.
+class InputTree {
+ public:
+  // The operation of a node is its own, else its parent's, else the request's. A key leaf is never
+  // deleted but by its own annotation.
+  InputTree(const Document& document, Operation request_operation);
+
+  [[nodiscard]] std::span<InputNode> roots() const { return roots_; }
+  // Whether a node's annotation asks for a replacement.
+  [[nodiscard]] bool replaces() const { return replaces_; }
+  // Whether a list is deleted as a whole, by an entry without keys, at or below a node.
+  [[nodiscard]] bool deletes_whole_list(const InputNode& node) const;
+
+ private:
+  std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited);
+  void fill(InputNode& node, const DocumentNode& from, Operation inherited);
+
+  Arena arena_;
+  std::span<InputNode> roots_;
+  std::unordered_set<const InputNode*> whole_list_deletes_;
+  bool replaces_ = false;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_REQUEST_INPUT_TREE_H_

@@ -1,0 +1,212 @@
+#include "request/placement.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "result_codes.h"
+#include "tree/operations.h"
+
+namespace ocifip {
+namespace {
+
+constexpr std::string_view kActive = "act";
+constexpr std::string_view kInterfaceName = "interface-name";
+
+// What follows a prefix in a path that begins with its steps.
+std::optional<std::string_view> rest_below(std::string_view prefix, std::string_view path) {
+  if (!path.starts_with(prefix)) {
+    return std::nullopt;
+  }
+  path.remove_prefix(prefix.size());
+  return path.empty() || path.front() == '/' ? std::optional(path) : std::nullopt;
+}
+
+bool is_proper_prefix(const Place& place, std::string_view path) {
+  const auto rest = rest_below(place.path, path);
+  return place.parent != nullptr && rest && !rest->empty();
+}
+
+// A node or its nearest ancestor that is accepted, or null.
+template <class Accepted>
+OutputNode* nearest(OutputNode* node, const Accepted& accepted) {
+  while (node != nullptr && !accepted(*node->place)) {
+    node = node->parent;
+  }
+  return node;
+}
+
+// Keys of a list taken from an entry that is being walked and has the same tag and key names.
+std::optional<std::vector<std::string_view>> same_keys(const InputNode& entry, const Place& list) {
+  if (entry.tag == nullptr || entry.tag != list.tag) {
+    return std::nullopt;
+  }
+  std::vector<std::string_view> values;
+  for (const Place* key : list.keys) {
+    const InputNode* leaf = find_child(entry, key->tag);
+    if (leaf == nullptr || leaf->value == nullptr) {
+      return std::nullopt;
+    }
+    values.emplace_back(leaf->value);
+  }
+  return values;
+}
+
+std::optional<std::vector<std::string_view>> keys_of_walked_entry(const Hierarchy& hierarchy,
+                                                                  const Place& list) {
+  const auto entries = hierarchy.entries();
+  for (auto entry = entries.rbegin(); !list.keys.empty() && entry != entries.rend(); ++entry) {
+    if (auto values = same_keys(**entry, list)) {
+      return values;
+    }
+  }
+  return std::nullopt;
+}
+
+// The key that a native interface name gives to an OpenConfig list: what stands before the first
+// dot names the interface, what follows it is the subinterface's index.
+std::optional<std::string_view> key_from_native_name(const Hierarchy& hierarchy, PlaceRole role) {
+  const bool is_open_config =
+      role == PlaceRole::kOpenConfigInterface || role == PlaceRole::kOpenConfigSubinterface;
+  const InputNode* entry =
+      is_open_config ? hierarchy.innermost_entry_with(kInterfaceName) : nullptr;
+  if (entry == nullptr) {
+    return std::nullopt;
+  }
+  const std::string_view name = find_child(*entry, kInterfaceName)->value;
+  const std::size_t dot = name.find('.');
+  if (role == PlaceRole::kOpenConfigInterface) {
+    return name.substr(0, dot);
+  }
+  return dot == std::string_view::npos ? "0" : name.substr(dot + 1);
+}
+
+std::vector<std::string_view> native_interface_keys(const Place& list, std::string_view name) {
+  std::vector<std::string_view> values;
+  for (const Place* key : list.keys) {
+    values.push_back(key->tag == kInterfaceName ? name : kActive);
+  }
+  return values;
+}
+
+}  // namespace
+
+cerrno Placement::write(const PathWrite& write, OutputNode** created) {
+  const std::optional<Start> start = find_start(write);
+  if (!start) {
+    return split_path(write.path).empty() ? kPathMalformed : kPathUnwritable;
+  }
+  OutputNode* node = start->node;
+  for (std::size_t i = 0; i < start->steps.size(); ++i) {
+    const Place* step = start->steps[i];
+    node = i + 1 < start->steps.size() ? through(node, step) : arrive(node, step, write);
+  }
+  if (write.value != nullptr) {
+    tree_.set_value(node, write.value);
+  }
+  apply_operation(node, write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE}
+                                                : write.source->edit_operation);
+  *created = node;
+  return kOk;
+}
+
+std::optional<Start> Placement::start_at(OutputNode* base, std::string_view path,
+                                         std::string_view module_namespace) {
+  const std::string_view rest = rest_below(base->place->path, path).value_or(path);
+  if (rest.empty()) {
+    return base == tree_.root() ? std::nullopt : std::optional(Start{base, {}});
+  }
+  const Steps steps = paths_.resolve(base->place, rest, module_namespace);
+  return steps.empty() ? std::nullopt : std::optional(Start{base, steps});
+}
+
+std::optional<Start> Placement::find_start(const PathWrite& write) {
+  const std::string& prefix = request_.trim_prefix();
+  OutputNode* node = nullptr;
+  if (!prefix.empty() && rest_below(prefix, write.path)) {
+    node = under_trim_prefix(write);
+  } else {
+    node = under_current_entry(write);
+  }
+  return start_at(node == nullptr ? write.base : node, write.path, write.module_namespace);
+}
+
+// With a trim prefix: the slot's entry, or its nearest ancestor, that stands where the prefix ends.
+OutputNode* Placement::under_trim_prefix(const PathWrite& write) const {
+  if ((write.flags & YFW_MAP_PATH_CURRENT) == 0) {
+    return nullptr;
+  }
+  return nearest(OutputTree::node_of(request_.state().current_list_node),
+                 [&](const Place& place) { return place.path == request_.trim_prefix(); });
+}
+
+// Without one: the slot's entry, or its nearest ancestor, that the path leads on from.
+OutputNode* Placement::under_current_entry(const PathWrite& write) const {
+  if ((write.flags & YFW_MAP_PATH_CURRENT) == 0) {
+    return nullptr;
+  }
+  return nearest(OutputTree::node_of(request_.state().current_list_node),
+                 [&](const Place& place) { return is_proper_prefix(place, write.path); });
+}
+
+OutputNode* Placement::arrive(OutputNode* parent, const Place* step, const PathWrite& write) {
+  if (step->is_list()) {
+    return write.create ? new_entry(parent, step) : through(parent, step);
+  }
+  if (step->is_key && parent->place->is_list() && write.value != nullptr) {
+    return tree_.child(tree_.name_entry(parent, step, write.value), step);
+  }
+  if (step->kind == NodeKind::kLeafList) {
+    return tree_.leaf_list_node(parent, step, write.value);
+  }
+  return tree_.child(parent, step);
+}
+
+// The request may permit that an entry which still waits for its keys is taken for the new one.
+OutputNode* Placement::new_entry(OutputNode* parent, const Place* list) {
+  if (list->role == PlaceRole::kNativeInterface) {
+    return through(parent, list);
+  }
+  OutputNode* current = OutputTree::current_entry(parent, list);
+  const bool reuse = request_.state().list_entry_reuse != 0 && current != nullptr &&
+                     !OutputTree::has_any_key(current);
+  return reuse ? current : tree_.add_entry(parent, list);
+}
+
+OutputNode* Placement::through(OutputNode* parent, const Place* step) {
+  return step->is_list() ? entry_on_the_way(parent, step, true) : tree_.child(parent, step);
+}
+
+OutputNode* Placement::existing(OutputNode* parent, const Place* step) {
+  if (parent == nullptr) {
+    return nullptr;
+  }
+  return step->is_list() ? entry_on_the_way(parent, step, false)
+                         : OutputTree::find_child(parent, step);
+}
+
+OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, bool make) {
+  if (list->role == PlaceRole::kNativeInterface) {
+    const std::string name = request_.native_interface_name();
+    if (!name.empty()) {
+      return named_entry(parent, list, native_interface_keys(*list, name), make);
+    }
+  }
+  if (const auto values = keys_of_walked_entry(request_.hierarchy(), *list)) {
+    return named_entry(parent, list, *values, make);
+  }
+  if (OutputNode* current = OutputTree::current_entry(parent, list)) {
+    return current;
+  }
+  if (const auto value = key_from_native_name(request_.hierarchy(), list->role)) {
+    return named_entry(parent, list, {&*value, 1}, make);
+  }
+  return make ? tree_.add_entry(parent, list) : nullptr;
+}
+
+OutputNode* Placement::named_entry(OutputNode* parent, const Place* list, KeyValues values,
+                                   bool make) {
+  return make ? tree_.entry(parent, list, values) : OutputTree::find_entry(parent, list, values);
+}
+
+}  // namespace ocifip

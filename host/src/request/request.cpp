@@ -1,0 +1,148 @@
+#include "request/request.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "io/print_document.h"
+#include "result_codes.h"
+#include "yfw/mapping.h"
+#include "yfw/text.h"
+
+namespace ocifip {
+namespace {
+
+constexpr const char* kAllocationName = "YFW HOST";
+
+// What instance_path looks at: the node, and of an entry its keys.
+DocumentNode path_step(const InputNode& node, const lysc_node* schema) {
+  DocumentNode step;
+  step.tag = node.tag == nullptr ? "" : node.tag;
+  step.kind = static_cast<NodeKind>(node.kind);
+  step.schema = schema;
+  for (const std::string& key :
+       schema == nullptr ? std::vector<std::string>() : Models::keys(schema)) {
+    const InputNode* leaf = find_child(node, key);
+    if (leaf != nullptr && leaf->value != nullptr) {
+      DocumentNode& child = step.children.emplace_back();
+      child.tag = key;
+      child.kind = NodeKind::kLeaf;
+      child.value = leaf->value;
+    }
+  }
+  return step;
+}
+
+const lysc_node* schema_of(const Models& models, const lysc_node* parent, const InputNode& node) {
+  return node.tag == nullptr || node.module_namespace == nullptr
+             ? nullptr
+             : models.child(parent, node.tag, node.module_namespace);
+}
+
+}  // namespace
+
+std::string instance_path(const Models& models, std::span<const InputNode* const> nodes) {
+  std::vector<DocumentNode> steps;
+  const lysc_node* schema = nullptr;
+  for (const InputNode* node : nodes) {
+    // Below a node that no model knows, none is known.
+    schema = steps.empty() || schema != nullptr ? schema_of(models, schema, *node) : nullptr;
+    steps.push_back(path_step(*node, schema));
+  }
+  std::vector<const DocumentNode*> pointers(steps.size());
+  std::transform(steps.begin(), steps.end(), pointers.begin(),
+                 [](const DocumentNode& step) { return &step; });
+  return instance_path(pointers);
+}
+
+Request::Request(const Framework& framework, const InputTree& input,
+                 const RequestSettings& settings)
+    : framework_(framework),
+      input_(input),
+      output_(arena_, framework.paths.root()),
+      hierarchy_(state_) {
+  if (settings.record_calls) {
+    recorder_.emplace(framework.models);
+  }
+  state_.request.request_op = settings.request_op;
+  state_.list_edit_op = static_cast<std::uint8_t>(settings.operation);
+  state_.visited_entries = &visited_entries_;
+  context_.head.error_channel = this;
+  context_.head.trace_buffer_on = settings.trace ? 1 : 0;
+  context_.head.request_state = &state_;
+  context_.owner = this;
+}
+
+Request::~Request() {
+  ombos_named_free(state_.unsupported_tag);
+  ombos_named_free(state_.error_message);
+  std::free(state_.address_db);
+  std::free(state_.vrrp_vip_db);
+}
+
+Request& Request::of(yfw_map_ctx* ctx) { return *reinterpret_cast<Context*>(ctx)->owner; }
+
+bool Request::is_edit() const {
+  const std::uint32_t op = state_.request.request_op;
+  return op != YFW_MAP_REQUEST_READ_CONFIG && op != YFW_MAP_REQUEST_READ_STATE;
+}
+
+// Subinterface 0, or one whose index is no number, is the interface itself; another index follows
+// the interface's name as it arrived.
+std::string Request::native_interface_name() const {
+  std::string name = state_.current_ifname;
+  if (!name.empty() && std::strtol(state_.current_subif_index, nullptr, 10) > 0) {
+    name.append(".").append(state_.current_subif_index);
+  }
+  return name;
+}
+
+void Request::note(const std::string& remark) {
+  if (std::find(notes_.begin(), notes_.end(), remark) == notes_.end()) {
+    notes_.push_back(remark);
+  }
+}
+
+void Request::mark_error_path() {
+  const auto nodes = hierarchy_.nodes();
+  failing_nodes_.emplace(nodes.begin(), nodes.end());
+}
+
+cerrno Request::refuse(cerrno code, const char* tag, const char* message) {
+  mark_error_path();
+  ombos_named_free(std::exchange(state_.unsupported_tag, yfw_strdup(tag, kAllocationName)));
+  ombos_named_free(std::exchange(state_.error_message, yfw_strdup(message, kAllocationName)));
+  return code;
+}
+
+Refusal Request::refusal(cerrno code) const {
+  Refusal refusal;
+  refusal.code = code;
+  refusal.tag = state_.unsupported_tag == nullptr ? "" : state_.unsupported_tag;
+  refusal.path = refused_path(refusal.tag);
+  refusal.message = refusal_message(code);
+  return refusal;
+}
+
+// A mapping that does not mark the failing path fails in the nodes that it entered last.
+std::string Request::refused_path(std::string_view tag) const {
+  const auto pushed = hierarchy_.last_pushed();
+  std::vector<const InputNode*> nodes =
+      failing_nodes_.value_or(std::vector<const InputNode*>(pushed.begin(), pushed.end()));
+  if (!nodes.empty() && !tag.empty()) {
+    if (const InputNode* refused = find_child(*nodes.back(), tag)) {
+      nodes.push_back(refused);
+    }
+  }
+  return instance_path(framework_.models, nodes);
+}
+
+std::string Request::refusal_message(cerrno code) const {
+  std::string message = error_line_.empty() ? cerr_strerror(code) : error_line_;
+  if (state_.error_message != nullptr) {
+    message = state_.error_message;
+  }
+  message.erase(message.find_last_not_of(" \n") + 1);
+  return message;
+}
+
+}  // namespace ocifip

@@ -1,0 +1,119 @@
+// One request: everything that lives from its first callback to its last.
+#ifndef OCIFIP_HOST_REQUEST_REQUEST_H_
+#define OCIFIP_HOST_REQUEST_REQUEST_H_
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "io/models.h"
+#include "mapping/augment_entries.h"
+#include "ocifip/host.h"
+#include "request/hierarchy.h"
+#include "request/input_tree.h"
+#include "request/recorder.h"
+#include "services/stack.h"
+#include "tree/arena.h"
+#include "tree/output_tree.h"
+#include "tree/path_cache.h"
+#include "yfw/context.h"
+
+namespace ocifip {
+
+// What the requests of a host have in common.
+struct Framework {
+  const Models& models;
+  PathCache& paths;
+  const AugmentEntries& entries;
+};
+
+struct RequestSettings {
+  std::uint32_t request_op = YFW_MAP_REQUEST_MERGE;
+  Operation operation = Operation::kWrite;  // of nodes that inherit none
+  bool record_calls = false;
+  bool trace = false;
+};
+
+class Request {
+ public:
+  // The input lives as long as the request.
+  Request(const Framework& framework, const InputTree& input, const RequestSettings& settings);
+  ~Request();
+  Request(const Request&) = delete;
+  Request& operator=(const Request&) = delete;
+
+  // The request that a context belongs to.
+  static Request& of(yfw_map_ctx* ctx);
+
+  yfw_map_ctx* context() { return &context_.head; }
+  [[nodiscard]] yfw_map_request_state& state() { return state_; }
+  [[nodiscard]] bool is_edit() const;
+  [[nodiscard]] const InputTree& input() const { return input_; }
+  [[nodiscard]] const AugmentEntries& entries() const { return framework_.entries; }
+  [[nodiscard]] PathCache& paths() { return framework_.paths; }
+  [[nodiscard]] OutputTree& output() { return output_; }
+  [[nodiscard]] nidl_yfw_datatree* out() { return &output_.root()->head; }
+  [[nodiscard]] Hierarchy& hierarchy() { return hierarchy_; }
+  // Null when calls are not recorded.
+  [[nodiscard]] Recorder* recorder() { return recorder_ ? &*recorder_ : nullptr; }
+  // Entries in the output list, the innermost last.
+  [[nodiscard]] std::vector<const InputNode*>& output_list() { return output_list_; }
+
+  // Prefix of paths that a base node stands for; empty when none is set.
+  [[nodiscard]] const std::string& trim_prefix() const { return trim_prefix_; }
+  void set_trim_prefix(std::string prefix) { trim_prefix_ = std::move(prefix); }
+
+  // Native name of the subinterface being mapped; empty when no interface is.
+  [[nodiscard]] std::string native_interface_name() const;
+
+  // A remark for the user; the same one is kept once.
+  void note(const std::string& remark);
+  [[nodiscard]] const std::vector<std::string>& notes() const { return notes_; }
+
+  // A line that the mapping wrote to its error channel.
+  void add_error_line(std::string line) { error_line_ = std::move(line); }
+  // The mapping has gone on since its last error line.
+  void forget_error_line() { error_line_.clear(); }
+
+  // Marks the path of the nodes being walked as the one that fails.
+  void mark_error_path();
+  // Records a refusal on behalf of a mapping that is part of the host; returns the code.
+  cerrno refuse(cerrno code, const char* tag, const char* message);
+  // Why the mapping's result was not 0.
+  [[nodiscard]] Refusal refusal(cerrno code) const;
+
+ private:
+  struct Context {
+    yfw_map_ctx head;  // first: the contract's pointer is a pointer to this
+    Request* owner;
+  };
+
+  [[nodiscard]] std::string refused_path(std::string_view tag) const;
+  [[nodiscard]] std::string refusal_message(cerrno code) const;
+
+  Framework framework_;
+  const InputTree& input_;
+  yfw_map_request_state state_{};
+  Context context_{};
+  yfw_itree_stack visited_entries_;
+  Arena arena_;
+  OutputTree output_;
+  Hierarchy hierarchy_;
+  std::optional<Recorder> recorder_;
+  std::vector<const InputNode*> output_list_;
+  std::string trim_prefix_;
+  std::vector<std::string> notes_;
+  std::string error_line_;
+  std::optional<std::vector<const InputNode*>> failing_nodes_;
+};
+
+// Instance path of a node given the nodes from the top down to it.
+std::string instance_path(const Models& models, std::span<const InputNode* const> nodes);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_REQUEST_REQUEST_H_

@@ -1,0 +1,40 @@
+// Results that the host's services return, beside those that the contract headers name, and the
+// words for every result that a mapping may return.
+#ifndef OCIFIP_HOST_RESULT_CODES_H_
+#define OCIFIP_HOST_RESULT_CODES_H_
+
+#include <string>
+#include <string_view>
+
+#include "yfw/cerrno.h"
+
+namespace ocifip {
+
+inline constexpr cerrno kOk = 0;
+
+// Failures of the services.
+inline constexpr cerrno kNotFound = 2;
+inline constexpr cerrno kNoMemory = 12;
+inline constexpr cerrno kInvalidArgument = 22;
+inline constexpr cerrno kUndecodable = 70;
+inline constexpr cerrno kUnavailable = 0x40800200;     // a service that the device lacks
+inline constexpr cerrno kUnbalanced = 0x40800400;      // a pop without its push
+inline constexpr cerrno kPathMalformed = 0x40800600;   // a path that has no steps
+inline constexpr cerrno kPathUnwritable = 0x40800800;  // a path that leads through a leaf
+inline constexpr cerrno kRecordUnreadable = 0x40800a00;
+
+// Results of mappings, as far as the host returns or tells them apart itself.
+inline constexpr cerrno kInvalidArguments = 0xaaf2a000;
+inline constexpr cerrno kUnsupported = 0xaaf2ee00;
+inline constexpr cerrno kListKey = 0xaaf2f000;
+inline constexpr cerrno kKeyDelete = 0xaaf2f200;
+
+// One word for a result, as "unsupported"; "error" for a result without a word of its own.
+std::string_view result_name(cerrno code);
+
+// A result as users read it: "0xaaf2ee00".
+std::string hexadecimal(cerrno code);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_RESULT_CODES_H_

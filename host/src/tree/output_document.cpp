@@ -1,0 +1,66 @@
+#include "tree/output_document.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace ocifip {
+namespace {
+
+std::vector<const ChildSlot*> slots_in_order(const OutputNode& node) {
+  std::vector<const ChildSlot*> slots;
+  for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
+    slots.push_back(slot);
+  }
+  std::stable_sort(slots.begin(), slots.end(), [](const ChildSlot* first, const ChildSlot* second) {
+    return first->place->order < second->place->order;
+  });
+  return slots;
+}
+
+std::vector<DocumentNode> children_of(const OutputNode& node);
+
+DocumentNode to_document(const OutputNode& node) {
+  const Place& place = *node.place;
+  DocumentNode document;
+  document.tag = place.tag;
+  document.module = place.module;
+  document.module_namespace = place.module_namespace;
+  document.kind = place.kind;
+  document.schema = place.schema;
+  if (node.head.value != nullptr) {
+    document.value = node.head.value;
+  }
+  if (node.head.edit_operation != NIDL_YFW_EDIT_WRITE && !place.is_key) {
+    document.operation = static_cast<Operation>(node.head.edit_operation);
+  }
+  document.children = children_of(node);
+  return document;
+}
+
+// Recursion is as deep as the longest path that was written.
+std::vector<DocumentNode> children_of(const OutputNode& node) {
+  const auto slots = slots_in_order(node);
+  std::size_t count = 0;
+  for (const ChildSlot* slot : slots) {
+    count += slot->count;
+  }
+  std::vector<DocumentNode> children;
+  children.reserve(count);
+  for (const ChildSlot* slot : slots) {
+    for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
+      if (child->joined == nullptr) {
+        children.push_back(to_document(*child));
+      }
+    }
+  }
+  return children;
+}
+
+}  // namespace
+
+Document to_document(const OutputTree& tree, std::string name) {
+  return {std::move(name), children_of(*tree.root())};
+}
+
+}  // namespace ocifip

@@ -1,0 +1,341 @@
+#include "tree/output_tree.h"
+
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include "tree/operations.h"
+
+namespace ocifip {
+namespace {
+
+// A list of at most this many entries is searched one by one.
+constexpr std::size_t kShortList = 8;
+
+std::uint8_t contract_kind(const Place& place) { return static_cast<std::uint8_t>(place.kind); }
+
+bool is_complete(const OutputNode* entry) {
+  const auto& keys = entry->place->keys;
+  return !keys.empty() && std::all_of(keys.begin(), keys.end(), [&](const Place* key) {
+    return OutputTree::key_value(entry, key).data() != nullptr;
+  });
+}
+
+std::vector<std::string_view> key_values(const OutputNode* entry) {
+  std::vector<std::string_view> values;
+  for (const Place* key : entry->place->keys) {
+    values.push_back(OutputTree::key_value(entry, key));
+  }
+  return values;
+}
+
+std::size_t ordinal_of(const Place* list, const Place* key) {
+  return static_cast<std::size_t>(std::find(list->keys.begin(), list->keys.end(), key) -
+                                  list->keys.begin());
+}
+
+// Hash of the keys that are given; one without data may have any value.
+std::size_t hash_keys(KeyValues values) {
+  std::size_t hash = 0;
+  for (const std::string_view value : values) {
+    hash *= 0x9e3779b97f4a7c15u;
+    if (value.data() != nullptr) {
+      hash += std::hash<std::string_view>()(value) | 1u;
+    }
+  }
+  return hash ^ (hash >> 32);
+}
+
+bool matches(const OutputNode* entry, KeyValues wanted) {
+  const auto& keys = entry->place->keys;
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    if (wanted[i].data() == nullptr) {
+      continue;
+    }
+    const std::string_view value = OutputTree::key_value(entry, keys[i]);
+    if (value.data() == nullptr || value != wanted[i]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+OutputTree::OutputTree(Arena& arena, const Place* root)
+    : arena_(arena), root_(arena.make<OutputNode>()) {
+  root_->place = root;
+  root_->head.tag = "";
+  root_->head.module_namespace = "";
+  root_->head.kind = NIDL_YFW_KIND_CONTAINER;
+}
+
+OutputNode* OutputTree::resolved(OutputNode* node) {
+  while (node != nullptr && node->joined != nullptr) {
+    node = node->joined;
+  }
+  return node;
+}
+
+const OutputNode* OutputTree::resolved(const OutputNode* node) {
+  return resolved(const_cast<OutputNode*>(node));
+}
+
+OutputNode* OutputTree::node_of(nidl_yfw_datatree* head) {
+  return resolved(reinterpret_cast<OutputNode*>(head));
+}
+
+ChildSlot* OutputTree::find_slot(const OutputNode* parent, const Place* place) {
+  ChildSlot* slot = parent == nullptr ? nullptr : parent->slots;
+  while (slot != nullptr && slot->place != place) {
+    slot = slot->next;
+  }
+  return slot;
+}
+
+ChildSlot* OutputTree::slot(OutputNode* parent, const Place* place) {
+  ChildSlot** link = &parent->slots;
+  while (*link != nullptr && (*link)->place != place) {
+    link = &(*link)->next;
+  }
+  if (*link == nullptr) {
+    *link = arena_.make<ChildSlot>();
+    (*link)->place = place;
+  }
+  return *link;
+}
+
+OutputNode* OutputTree::append(ChildSlot* slot, OutputNode* parent) {
+  OutputNode* node = arena_.make<OutputNode>();
+  node->place = slot->place;
+  node->parent = parent;
+  node->head.tag = slot->place->tag.c_str();
+  node->head.module_namespace = slot->place->module_namespace.c_str();
+  node->head.kind = contract_kind(*slot->place);
+  (slot->last == nullptr ? slot->first : slot->last->next) = node;
+  slot->last = node;
+  ++slot->count;
+  return node;
+}
+
+OutputNode* OutputTree::find_child(const OutputNode* parent, const Place* place) {
+  const ChildSlot* slot = find_slot(parent, place);
+  return slot == nullptr ? nullptr : slot->first;
+}
+
+OutputNode* OutputTree::child(OutputNode* parent, const Place* place) {
+  ChildSlot* children = slot(parent, place);
+  return children->first != nullptr ? children->first : append(children, parent);
+}
+
+OutputNode* OutputTree::leaf_list_node(OutputNode* parent, const Place* place, const char* value) {
+  ChildSlot* nodes = slot(parent, place);
+  for (OutputNode* node = nodes->first; node != nullptr; node = node->next) {
+    const bool same = value == nullptr || node->head.value == nullptr
+                          ? value == node->head.value
+                          : std::string_view(value) == node->head.value;
+    if (same) {
+      return node;
+    }
+  }
+  return append(nodes, parent);
+}
+
+void OutputTree::set_value(OutputNode* node, std::string_view value) {
+  if (node->head.value == nullptr || node->head.value != value) {
+    node->head.value = arena_.copy(value);
+  }
+  node->head.flags |= NIDL_YFW_FLAG_HAS_VALUE;
+}
+
+// --- lists ---------------------------------------------------------------------------------------
+
+OutputNode* OutputTree::current_entry(const OutputNode* parent, const Place* list) {
+  const ChildSlot* entries = find_slot(parent, list);
+  return entries == nullptr ? nullptr : resolved(entries->current);
+}
+
+void OutputTree::make_current(OutputNode* entry) {
+  find_slot(entry->parent, entry->place)->current = entry;
+}
+
+OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted) {
+  if (slot == nullptr) {
+    return nullptr;
+  }
+  const auto is_wanted = [&](const OutputNode* entry) {
+    return entry->joined == nullptr && matches(entry, wanted);
+  };
+  if (slot->index != nullptr) {
+    return slot->index->find(hash_keys(wanted), is_wanted);
+  }
+  OutputNode* entry = slot->first;
+  while (entry != nullptr && !is_wanted(entry)) {
+    entry = entry->next;
+  }
+  return entry;
+}
+
+OutputNode* OutputTree::find_entry(const OutputNode* parent, const Place* list, KeyValues values) {
+  return find(find_slot(parent, list), values);
+}
+
+OutputNode* OutputTree::find_entry_by_key(const OutputNode* parent, const Place* list,
+                                          const Place* key, std::string_view value) {
+  const std::size_t ordinal = ordinal_of(list, key);
+  if (ordinal == list->keys.size()) {
+    return nullptr;
+  }
+  std::vector<std::string_view> wanted(list->keys.size());
+  wanted[ordinal] = value;
+  return find(find_slot(parent, list), wanted);
+}
+
+OutputNode* OutputTree::entry(OutputNode* parent, const Place* list, KeyValues values) {
+  OutputNode* entry = find_entry(parent, list, values);
+  if (entry == nullptr) {
+    entry = add_entry(parent, list);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      give_key(entry, list->keys[i], values[i]);
+    }
+    index_keys(find_slot(parent, list), entry);
+  }
+  make_current(entry);
+  return entry;
+}
+
+OutputNode* OutputTree::add_entry(OutputNode* parent, const Place* list) {
+  ChildSlot* entries = slot(parent, list);
+  OutputNode* entry = append(entries, parent);
+  entries->current = entry;
+  if (entries->index == nullptr && entries->count > kShortList && !list->keys.empty()) {
+    index_all(entries);
+  }
+  return entry;
+}
+
+std::string_view OutputTree::key_value(const OutputNode* entry, const Place* key) {
+  const OutputNode* leaf = find_child(entry, key);
+  return leaf == nullptr || leaf->head.value == nullptr ? std::string_view() : leaf->head.value;
+}
+
+bool OutputTree::has_any_key(const OutputNode* entry) {
+  const auto& keys = entry->place->keys;
+  return std::any_of(keys.begin(), keys.end(),
+                     [&](const Place* key) { return key_value(entry, key).data() != nullptr; });
+}
+
+void OutputTree::give_key(OutputNode* entry, const Place* key, std::string_view value) {
+  OutputNode* leaf = child(entry, key);
+  leaf->head.flags |= NIDL_YFW_FLAG_KEY;
+  set_value(leaf, value);
+}
+
+OutputNode* OutputTree::name_entry(OutputNode* entry, const Place* key, std::string_view value) {
+  const std::string_view known = key_value(entry, key);
+  if (known.data() == nullptr) {
+    give_key(entry, key, value);
+    entry = complete_entry(entry);
+  } else if (known != value) {
+    entry = sibling_with(entry, key, value);
+  }
+  make_current(entry);
+  return entry;
+}
+
+// An entry that has just taken a key: an older one with the same keys takes it in.
+OutputNode* OutputTree::complete_entry(OutputNode* entry) {
+  ChildSlot* entries = find_slot(entry->parent, entry->place);
+  if (is_complete(entry)) {
+    OutputNode* older = find(entries, key_values(entry));
+    if (older != nullptr && older != entry) {
+      absorb(older, entry);
+      return older;
+    }
+  }
+  index_keys(entries, entry);
+  return entry;
+}
+
+// The sibling that differs in one key. A new one takes over the keys before that one; those after
+// it are still to be written.
+OutputNode* OutputTree::sibling_with(const OutputNode* entry, const Place* key,
+                                     std::string_view value) {
+  const Place* list = entry->place;
+  const std::size_t ordinal = ordinal_of(list, key);
+  std::vector<std::string_view> values = key_values(entry);
+  values[ordinal] = value;
+  if (is_complete(entry)) {
+    if (OutputNode* sibling = find_entry(entry->parent, list, values)) {
+      return sibling;
+    }
+  }
+  OutputNode* sibling = add_entry(entry->parent, list);
+  for (std::size_t i = 0; i <= ordinal; ++i) {
+    if (values[i].data() != nullptr) {
+      give_key(sibling, list->keys[i], values[i]);
+    }
+  }
+  return complete_entry(sibling);
+}
+
+void OutputTree::index_all(ChildSlot* slot) {
+  slot->index = arena_.make<KeyIndex>();
+  for (OutputNode* entry = slot->first; entry != nullptr; entry = entry->next) {
+    if (entry->joined == nullptr) {
+      index_keys(slot, entry);
+    }
+  }
+}
+
+// Enters an entry under all its keys, and under each one of several that no other entry has.
+void OutputTree::index_keys(ChildSlot* slot, OutputNode* entry) {
+  if (slot->index == nullptr) {
+    return;
+  }
+  const std::vector<std::string_view> values = key_values(entry);
+  if (is_complete(entry)) {
+    slot->index->insert(arena_, hash_keys(values), entry);
+  }
+  for (std::size_t i = 0; values.size() > 1 && i < values.size(); ++i) {
+    std::vector<std::string_view> single(values.size());
+    single[i] = values[i];
+    if (values[i].data() != nullptr && find(slot, single) == nullptr) {
+      slot->index->insert(arena_, hash_keys(single), entry);
+    }
+  }
+}
+
+// --- joining -------------------------------------------------------------------------------------
+
+// Takes an entry's content over into an older one. Its nodes stay where they are, since a mapping
+// may hold them, and lead to the older one's.
+void OutputTree::absorb(OutputNode* target, OutputNode* source) {
+  source->joined = target;
+  if (source->head.value != nullptr) {
+    set_value(target, source->head.value);
+  }
+  target->head.edit_operation =
+      combined_operation(target->head.edit_operation, source->head.edit_operation);
+  for (ChildSlot* slot = source->slots; slot != nullptr; slot = slot->next) {
+    for (OutputNode* child = slot->first; child != nullptr; child = child->next) {
+      if (child->joined == nullptr) {
+        absorb(counterpart(target, child), child);
+      }
+    }
+  }
+}
+
+OutputNode* OutputTree::counterpart(OutputNode* target, const OutputNode* child) {
+  switch (child->place->kind) {
+    case NodeKind::kLeafList:
+      return leaf_list_node(target, child->place, child->head.value);
+    case NodeKind::kList:
+      return is_complete(child) ? entry(target, child->place, key_values(child))
+                                : add_entry(target, child->place);
+    default:
+      return this->child(target, child->place);
+  }
+}
+
+}  // namespace ocifip

@@ -1,0 +1,105 @@
+// The tree that a mapping writes. Nodes keep their addresses until the tree goes.
+#ifndef OCIFIP_HOST_TREE_OUTPUT_TREE_H_
+#define OCIFIP_HOST_TREE_OUTPUT_TREE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "tree/arena.h"
+#include "tree/key_index.h"
+#include "tree/path_cache.h"
+#include "yfw/datatree.h"
+
+namespace ocifip {
+
+struct OutputNode;
+
+// The children of a node that stand in one place: one container or leaf, or the entries of a list.
+struct ChildSlot {
+  const Place* place = nullptr;
+  ChildSlot* next = nullptr;
+  OutputNode* first = nullptr;
+  OutputNode* last = nullptr;
+  OutputNode* current = nullptr;  // of a list: the entry last found, created or stitched
+  std::size_t count = 0;
+  KeyIndex* index = nullptr;  // of a list that has grown long
+};
+
+struct OutputNode {
+  nidl_yfw_datatree head{};  // first: the contract's pointers to nodes are pointers to this
+  const Place* place = nullptr;
+  OutputNode* parent = nullptr;
+  OutputNode* next = nullptr;    // in the same slot
+  OutputNode* joined = nullptr;  // the older entry that this one turned out to be, or null
+  ChildSlot* slots = nullptr;    // in order of first use
+};
+
+// Values of a list's keys, in the order of its key statement.
+using KeyValues = std::span<const std::string_view>;
+
+class OutputTree {
+ public:
+  OutputTree(Arena& arena, const Place* root);
+  OutputTree(const OutputTree&) = delete;
+  OutputTree& operator=(const OutputTree&) = delete;
+
+  [[nodiscard]] OutputNode* root() const { return root_; }
+  [[nodiscard]] bool is_empty() const { return root_->slots == nullptr; }
+
+  // The node behind a contract pointer, which may have become part of an older entry.
+  static OutputNode* node_of(nidl_yfw_datatree* head);
+  static const OutputNode* resolved(const OutputNode* node);
+  static OutputNode* resolved(OutputNode* node);
+
+  // A container or leaf, or null; null, too, for a null parent.
+  static OutputNode* find_child(const OutputNode* parent, const Place* place);
+  // A container or leaf, found or made.
+  OutputNode* child(OutputNode* parent, const Place* place);
+  // The node of a leaf-list with a value, found or made.
+  OutputNode* leaf_list_node(OutputNode* parent, const Place* place, const char* value);
+
+  void set_value(OutputNode* node, std::string_view value);
+
+  // The current entry of a list, or null.
+  static OutputNode* current_entry(const OutputNode* parent, const Place* list);
+  static void make_current(OutputNode* entry);
+  // The entry with all its keys given, or null.
+  static OutputNode* find_entry(const OutputNode* parent, const Place* list, KeyValues values);
+  // The first entry with one key's value, or null.
+  static OutputNode* find_entry_by_key(const OutputNode* parent, const Place* list,
+                                       const Place* key, std::string_view value);
+  // The entry with all its keys given, found or made; it becomes current.
+  OutputNode* entry(OutputNode* parent, const Place* list, KeyValues values);
+  // A new entry without keys, which becomes current.
+  OutputNode* add_entry(OutputNode* parent, const Place* list);
+
+  // Writes a key leaf of an entry. An entry without the key takes it, and is one with an older
+  // sibling that has the same keys; another value than the entry's goes to the sibling with that
+  // value, made when absent. The entry that is meant becomes current and is returned.
+  OutputNode* name_entry(OutputNode* entry, const Place* key, std::string_view value);
+  // The value of an entry's key; the view's data is null when the entry lacks it.
+  static std::string_view key_value(const OutputNode* entry, const Place* key);
+  static bool has_any_key(const OutputNode* entry);
+
+ private:
+  static ChildSlot* find_slot(const OutputNode* parent, const Place* place);
+  static OutputNode* find(const ChildSlot* slot, KeyValues wanted);
+  ChildSlot* slot(OutputNode* parent, const Place* place);
+  OutputNode* append(ChildSlot* slot, OutputNode* parent);
+  void give_key(OutputNode* entry, const Place* key, std::string_view value);
+  OutputNode* complete_entry(OutputNode* entry);
+  OutputNode* sibling_with(const OutputNode* entry, const Place* key, std::string_view value);
+  void index_all(ChildSlot* slot);
+  void index_keys(ChildSlot* slot, OutputNode* entry);
+  void absorb(OutputNode* target, OutputNode* source);
+  OutputNode* counterpart(OutputNode* target, const OutputNode* child);
+
+  Arena& arena_;
+  OutputNode* root_;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_TREE_OUTPUT_TREE_H_

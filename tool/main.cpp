@@ -1,0 +1,67 @@
+// The `ocifip` command: maps requests through the plug-in and the reference host.
+#include <exception>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "ocifip/host.h"
+#include "options.h"
+#include "streams.h"
+
+namespace ocifip::tool {
+namespace {
+
+enum Status : int { kDone = 0, kRefused = 1, kUsage = 2, kNotLoaded = 3 };
+
+std::optional<Source> read_document(const std::optional<std::string>& file,
+                                    std::optional<Encoding> encoding) {
+  if (!file) return std::nullopt;
+  return read_source(*file, encoding);
+}
+
+// Shows an outcome: the text asked for, then remarks and the refusal.
+Status show(const Outcome& outcome) {
+  write_output(outcome.text);
+  for (const auto& note : outcome.notes) complain("note: " + note);
+  if (!outcome.refusal) return kDone;
+  write_error("refused: " + outcome.refusal->text());
+  return kRefused;
+}
+
+Status run(const CommandLine& line, const EditCommand& command) {
+  const EditRequest request = {read_document(command.document, line.input), command.deletes,
+                               command.operation};
+  return show(Host(line.host).edit(request, line.format));
+}
+
+Status run(const CommandLine& line, const QueryCommand& command) {
+  const QueryRequest request = {read_document(command.document, line.input), command.paths,
+                                command.content};
+  return show(Host(line.host).query(request, line.format));
+}
+
+Status run(const CommandLine&, const Information& information) {
+  write_output(information.text);
+  return kDone;
+}
+
+Status run(int count, const char* const* arguments) {
+  try {
+    const CommandLine line = read_command_line(count, arguments);
+    return std::visit([&](const auto& command) { return run(line, command); }, line.command);
+  } catch (const LoadError& error) {
+    complain(error.what());
+    return kNotLoaded;
+  } catch (const std::exception& error) {
+    complain(error.what());
+    return kUsage;
+  }
+}
+
+}  // namespace
+}  // namespace ocifip::tool
+
+int main(int count, char** arguments) {
+  ocifip::tool::guard_standard_streams();
+  return ocifip::tool::run(count, arguments);
+}

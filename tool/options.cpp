@@ -1,0 +1,180 @@
+#include "options.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <map>
+#include <system_error>
+
+#include "layout.h"
+
+namespace ocifip::tool {
+namespace {
+
+constexpr const char* kDescription =
+    "Maps OpenConfig interface IP configuration to the native models, through the mapping\n"
+    "plug-in and a reference host.";
+
+constexpr const char* kEnding =
+    "REQUEST is a file, or - for standard input: JSON with operations as metadata\n"
+    "(\"@ip\": {\"ietf-netconf:operation\": \"delete\"}) or NETCONF XML "
+    "(nc:operation=\"delete\").\n"
+    "PATH is an instance path: /interfaces/interface[name='Eth1']/subinterfaces\n\n"
+    "Exit status: 0 done; 1 the mapping refused the request; 2 usage, or input that cannot be\n"
+    "read; 3 the plug-in or a model cannot be loaded.";
+
+constexpr const char* kEditExample =
+    "Example:\n"
+    "  ocifip edit --format calls \\\n"
+    "    --delete "
+    "\"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+
+constexpr const char* kQueryExample =
+    "An argument that begins with / and names no file is a PATH.\n\n"
+    "Example:\n"
+    "  ocifip query --content config \\\n"
+    "    \"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+
+template <typename Value>
+using Words = std::map<std::string, Value>;
+
+// An option that takes one of a set of words. `names` lists them for the help.
+template <typename Target, typename Value>
+void add_choice(CLI::App* command, const std::string& option, Target& target,
+                const Words<Value>& words, const std::string& names,
+                const std::string& description) {
+  command
+      ->add_option_function<std::string>(
+          option, [&target, words](const std::string& word) { target = words.at(word); },
+          description)
+      ->type_name(names)
+      ->check(CLI::Validator(
+          [words, names](const std::string& word) {
+            return words.contains(word) ? std::string() : "'" + word + "' is none of " + names;
+          },
+          std::string()));
+}
+
+void add_common_options(CLI::App* command, CommandLine& line) {
+  command->add_option("--device", line.host.device, "Device file (default: an example device)")
+      ->type_name("FILE");
+  add_choice(command, "--format", line.format,
+             Words<Format>{{"tree", Format::kTree},
+                           {"json", Format::kJson},
+                           {"xml", Format::kXml},
+                           {"calls", Format::kCalls}},
+             "tree|json|xml|calls",
+             "Output format (default: json); calls: what the plug-in asked of the framework");
+  command->add_flag("--trace", line.host.trace, "Trace lines on standard error");
+  command->add_option("--plugin", line.host.plugin, "Mapping plug-in to load instead of the own")
+      ->type_name("PATH");
+  command->add_option("--models", line.host.models, "Folder of YANG modules instead of the own")
+      ->type_name("DIR");
+  add_choice(command, "--input", line.input,
+             Words<Encoding>{{"json", Encoding::kJson}, {"xml", Encoding::kXml}}, "json|xml",
+             "Encoding of REQUEST (default: XML when it begins with <)");
+}
+
+CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
+  CLI::App* command = program.add_subcommand("edit", "An OpenConfig edit becomes a native edit");
+  add_choice(command, "--op", edit.operation,
+             Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
+                                     {"create", DefaultOperation::kCreate},
+                                     {"replace", DefaultOperation::kReplace},
+                                     {"none", DefaultOperation::kNone}},
+             "merge|create|replace|none",
+             "Operation of nodes that carry none themselves (default: merge)");
+  command->add_option("--delete", edit.deletes, "Delete a node; may be given several times")
+      ->type_name("PATH")
+      ->allow_extra_args(false);
+  command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
+  add_common_options(command, line);
+  command->footer(kEditExample);
+  return command;
+}
+
+CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
+                    std::vector<std::string>& arguments) {
+  CLI::App* command = program.add_subcommand("query", "An OpenConfig read becomes native queries");
+  add_choice(command, "--content", query.content,
+             Words<Content>{{"all", Content::kAll}, {"config", Content::kConfig}}, "all|config",
+             "Configuration and state, or configuration alone (default: all)");
+  command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
+  add_common_options(command, line);
+  command->footer(kQueryExample);
+  return command;
+}
+
+void check_edit(const EditCommand& edit) {
+  if (!edit.document && edit.deletes.empty()) {
+    throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
+  }
+}
+
+bool is_path(const std::string& argument) {
+  std::error_code error;
+  return argument.starts_with('/') && !std::filesystem::is_regular_file(argument, error);
+}
+
+void sort_query_arguments(QueryCommand& query, std::vector<std::string> arguments) {
+  for (auto& argument : arguments) {
+    if (is_path(argument)) {
+      query.paths.push_back(std::move(argument));
+    } else if (query.document) {
+      throw UsageError("more than one REQUEST: " + *query.document + " and " + argument);
+    } else {
+      query.document = std::move(argument);
+    }
+  }
+  if (query.document && !query.paths.empty()) {
+    throw UsageError("give paths or a REQUEST, not both: " + query.paths.front() + " and " +
+                     *query.document);
+  }
+  if (!query.document && query.paths.empty()) {
+    throw UsageError("nothing to query: give paths that begin with / or a REQUEST");
+  }
+}
+
+// What the parser stopped at: help and version are no errors.
+Information explain(const CLI::App& program, const CLI::ParseError& stop) {
+  const auto commands = program.get_subcommands();
+  const CLI::App& asked = commands.empty() ? program : *commands.front();
+  if (stop.get_exit_code() != 0) {
+    const std::string name = commands.empty() ? "ocifip" : "ocifip " + asked.get_name();
+    throw UsageError(std::string(stop.what()) + "\nTry '" + name + " --help'.");
+  }
+  const bool is_help = dynamic_cast<const CLI::CallForHelp*>(&stop) != nullptr;
+  return {is_help ? program.help() : std::string(stop.what()) + "\n"};
+}
+
+}  // namespace
+
+CommandLine read_command_line(int count, const char* const* arguments) {
+  CommandLine line;
+  EditCommand edit;
+  QueryCommand query;
+  std::vector<std::string> query_arguments;
+  CLI::App program(kDescription, "ocifip");
+  program.set_version_flag("--version", "ocifip " OCIFIP_VERSION);
+  program.footer(kEnding);
+  program.require_subcommand(1);
+  const CLI::App* edit_command = add_edit(program, line, edit);
+  add_query(program, line, query, query_arguments);
+  try {
+    program.parse(count, arguments);
+  } catch (const CLI::ParseError& stop) {
+    line.command = explain(program, stop);
+    return line;
+  }
+  if (line.host.plugin.empty()) line.host.plugin = default_plugin();
+  if (line.host.models.empty()) line.host.models = default_models();
+  if (edit_command->parsed()) {
+    check_edit(edit);
+    line.command = std::move(edit);
+  } else {
+    sort_query_arguments(query, std::move(query_arguments));
+    line.command = std::move(query);
+  }
+  return line;
+}
+
+}  // namespace ocifip::tool

@@ -1,0 +1,52 @@
+// The command line: what the user asked for.
+#ifndef OCIFIP_TOOL_OPTIONS_H_
+#define OCIFIP_TOOL_OPTIONS_H_
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "ocifip/host.h"
+
+namespace ocifip::tool {
+
+// A command line that cannot be understood; the message may have several lines.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Help or the version was asked for.
+struct Information {
+  std::string text;
+};
+
+// `ocifip edit`
+struct EditCommand {
+  std::optional<std::string> document;  // file, or "-"
+  std::vector<std::string> deletes;     // instance paths
+  DefaultOperation operation = DefaultOperation::kMerge;
+};
+
+// `ocifip query`: either a document or paths
+struct QueryCommand {
+  std::optional<std::string> document;
+  std::vector<std::string> paths;
+  Content content = Content::kAll;
+};
+
+struct CommandLine {
+  HostOptions host;
+  Format format = Format::kJson;
+  std::optional<Encoding> input;  // encoding of documents; told by their text when absent
+  std::variant<Information, EditCommand, QueryCommand> command;
+};
+
+// Reads the program's arguments. Throws UsageError.
+CommandLine read_command_line(int count, const char* const* arguments);
+
+}  // namespace ocifip::tool
+
+#endif  // OCIFIP_TOOL_OPTIONS_H_
