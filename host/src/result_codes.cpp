@@ -41,7 +41,9 @@ constexpr std::array kWords = {
     Words{SYSDB_ITEM_NOT_FOUND, "item-not-found", "the database does not hold the item"},
     Words{SYSDB_LIST_EMPTY, "list-empty", "the database list has no further item"},
     Words{SYSDB_UNAVAILABLE, "database", "the database is not available"},
-    Words{kInvalidArguments, "invalid-arguments", "the node cannot be mapped as it was given"},
+    Words{kInvalidArguments, "invalid-arguments",
+          "the node cannot be mapped as it was given; a container is deleted without what is below "
+          "it"},
     Words{0xaaf29e00, "no-subtree", "the children of a node cannot be read"},
     Words{0xaaf2f600, "no-keys", "a list entry has no keys, or names an entry that does not exist"},
     Words{kListKey, "list-key", "a list entry is not named by each of its keys"},

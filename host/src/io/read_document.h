@@ -17,8 +17,8 @@ namespace ocifip {
 // array; scalars are leaves, or values of a leaf-list in an array. XML, which has elements alone,
 // leaves it to the schema, unless the content (text or elements) says otherwise. null, [null] and,
 // when it is deleted or removed, an XML element without text are a leaf without a value; a leaf of
-// type empty has the value "" then.
-// Throws InputError ("NAME:LINE: reason").
+// type empty has the value "" then. A kind that is not the model's, such as a value where a
+// container belongs, is an error. Throws InputError ("NAME:LINE: reason").
 Document read_document(const Models& models, const Source& source);
 
 // Turns an instance path, "/interfaces/interface[name='Eth1']/subinterfaces", into a document that

@@ -25,6 +25,19 @@ void set_schema(DocumentNode& node, const lysc_node* schema) {
   node.module_namespace = Models::module_namespace(schema);
 }
 
+constexpr std::string_view kind_name(NodeKind kind) {
+  switch (kind) {
+    case NodeKind::kList:
+      return "a list";
+    case NodeKind::kLeaf:
+      return "a leaf";
+    case NodeKind::kLeafList:
+      return "a leaf-list";
+    default:
+      return "a container";
+  }
+}
+
 std::size_t order(const DocumentNode& node) {
   return node.schema == nullptr ? std::numeric_limits<std::size_t>::max()
                                 : Models::position(node.schema);
@@ -114,6 +127,15 @@ void TreeBuilder::check_depth(int line) const {
   fail(line, "nodes are nested deeper than " + std::to_string(kDeepestNode) + " levels");
 }
 
+void TreeBuilder::check_kinds(std::span<const DocumentNode> nodes) const {
+  for (const auto& node : nodes) {
+    if (node.schema == nullptr || Models::kind(node.schema) == node.kind) continue;
+    fail(node.line, in_quotes(node.tag) + " is " +
+                        std::string(kind_name(Models::kind(node.schema))) + " in the model, but " +
+                        std::string(kind_name(node.kind)) + " here");
+  }
+}
+
 void TreeBuilder::open(DocumentNode node) {
   check_depth(node.line);
   open_.push_back({std::move(node), pending_.size()});
@@ -125,6 +147,7 @@ void TreeBuilder::close() {
   const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_child);
   node.children.assign(std::make_move_iterator(first), std::make_move_iterator(pending_.end()));
   pending_.erase(first, pending_.end());
+  check_kinds(node.children);
   arrange(node.children);
   pending_.push_back(std::move(node));
 }
@@ -138,7 +161,10 @@ std::span<DocumentNode> TreeBuilder::children() {
   return std::span(pending_).subspan(open_.empty() ? 0 : open_.back().first_child);
 }
 
-Document TreeBuilder::finish() { return {std::move(name_), std::move(pending_)}; }
+Document TreeBuilder::finish() {
+  check_kinds(pending_);
+  return {std::move(name_), std::move(pending_)};
+}
 
 void arrange(std::vector<DocumentNode>& children) {
   if (std::is_sorted(children.begin(), children.end(), is_before)) return;

@@ -32,7 +32,9 @@ class TreeBuilder {
   // Gives a node the operation with a name of RFC 6241. Throws InputError.
   void annotate(DocumentNode& node, std::string_view operation, int line) const;
 
-  // Opens a node: what follows, up to the matching close, is below it.
+  // Opens a node: what follows, up to the matching close, is below it. Throws InputError when nodes
+  // are nested too deeply, and, when a node is closed, for one below it of another kind than the
+  // model's.
   void open(DocumentNode node);
   void close();
   void add(DocumentNode node);  // a node without children
@@ -43,7 +45,7 @@ class TreeBuilder {
   // The nodes below the innermost open one so far, or the top-level nodes, in the source's order.
   [[nodiscard]] std::span<DocumentNode> children();
 
-  // The document, when every node is closed.
+  // The document, when every node is closed. Throws InputError as close() does.
   [[nodiscard]] Document finish();
 
  private:
@@ -53,6 +55,7 @@ class TreeBuilder {
   };
 
   void check_depth(int line) const;
+  void check_kinds(std::span<const DocumentNode> nodes) const;
 
   const Models& models_;
   std::string name_;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "io/text.h"
 #include "ocifip/host.h"
 #include "yfw/context.h"
 
@@ -17,8 +18,7 @@ constexpr std::size_t kLongestIndex = sizeof(yfw_map_request_state::current_subi
 
 [[noreturn]] void fail(const Document& document, const DocumentNode& node,
                        const std::string& reason) {
-  const std::string line = node.line == 0 ? "" : ":" + std::to_string(node.line);
-  throw InputError(document.name + line + ": " + reason);
+  throw input_error(document.name, node.line, reason);
 }
 
 bool is(const DocumentNode& node, std::string_view tag) {
@@ -30,7 +30,7 @@ void check_key(const Document& document, const DocumentNode& entry, std::string_
   for (const DocumentNode& leaf : entry.children) {
     if (is(leaf, key) && leaf.value && leaf.value->size() > longest) {
       fail(document, leaf,
-           std::string(what) + " \"" + *leaf.value + "\" is longer than " +
+           std::string(what) + ' ' + in_quotes(*leaf.value) + " is longer than " +
                std::to_string(longest) + " characters");
     }
   }
@@ -55,7 +55,7 @@ void check_input(const Document& document) {
   for (const DocumentNode& root : document.roots) {
     if (!is(root, "interfaces")) {
       const std::string& module = root.module.empty() ? root.module_namespace : root.module;
-      fail(document, root, "no mapping for \"" + module + ":" + root.tag + "\" at the top");
+      fail(document, root, "no mapping for " + in_quotes(module + ":" + root.tag) + " at the top");
     }
     check_entries(document, root);
   }
