@@ -10,6 +10,7 @@
 #include "io/device_json.h"
 #include "io/read_json.h"
 #include "io/text.h"
+#include "records/implied_items.h"
 
 namespace ocifip {
 namespace {
@@ -24,9 +25,10 @@ class Field {
   Field(const std::string& file, std::string place, const Json& value)
       : file_(file), place_(std::move(place)), value_(value) {}
 
-  [[noreturn]] void fail(const std::string& reason) const {
-    throw input_error(place_.empty() ? file_ : file_ + ": " + place_, 0, reason);
-  }
+  // The place as messages name it.
+  [[nodiscard]] std::string place() const { return place_.empty() ? file_ : file_ + ": " + place_; }
+
+  [[noreturn]] void fail(const std::string& reason) const { throw input_error(place(), 0, reason); }
 
   // Checks that it is an object with no other members than these.
   const Field& object(std::initializer_list<std::string_view> members) const {
@@ -156,6 +158,7 @@ std::vector<DeviceInterface> interfaces_of(const Field& field) {
 
 DatabaseItem item_of(const Field& field) {
   DatabaseItem item;
+  item.place = field.place();
   if (field.object({"type", "text", "record", "fields"}).has("record")) {
     field.object({"type", "record", "fields"});
     item.record = field.required("record").name();
@@ -206,6 +209,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
     device.native = read_json(models, device.native.name, json.native);
   });
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
+  device.implied_sysdb = configured_items(device.native);
   top.with("faults", [&](const Field& faults) {
     faults.object({"sysdb", "interface-manager", "node"});
     device.sysdb_absent = is_absent(faults, "sysdb");

@@ -32,20 +32,24 @@ struct DeviceInterface {
   std::optional<DeviceAddresses> ipv6;
 };
 
-// One explicit item of the database.
+// One item of the database.
 struct DatabaseItem {
   std::uint32_t type = 0;
   std::string text;    // the item's bytes, when it is not a record
   std::string record;  // name of the record, or ""
   std::string fields;  // the record's fields as JSON text
+  std::string place;   // for messages: `device.json: sysdb["/a"]`; "" for an item that is implied
 };
 
 struct Device {
   std::optional<std::string> node;  // node identity; absent when the device has none
   std::vector<DeviceInterface> interfaces;
-  Document native;                            // native configuration
-  std::map<std::string, DatabaseItem> sysdb;  // by full path
-  bool sysdb_absent = false;                  // faults
+  Document native;  // native configuration
+  // Items of the database by full path: the explicit ones, and those that the native configuration
+  // implies, which the former hide.
+  std::map<std::string, DatabaseItem> sysdb;
+  std::map<std::string, DatabaseItem> implied_sysdb;
+  bool sysdb_absent = false;  // faults
   bool interface_manager_absent = false;
   bool node_absent = false;
 };

@@ -15,7 +15,7 @@ typedef struct bag_descriptor {
   uint32_t major_version; /* version of the record's family */
   uint32_t minor_version;
   const char *library;        /* file name of the family's native descriptor library */
-  const uint64_t *layout;     /* indirection count, and bytes of the decoded structure */
+  const uint64_t *layout;     /* number of indirections, and bytes of the decoded structure */
   const char *named_schema;   /* the schema with field names */
   const char *compact_schema; /* the same schema without them */
 } bag_descriptor;
@@ -41,10 +41,11 @@ void bag_register_abort(void);
  *
  *   buffer      the encoded record
  *   length      its bytes
- *   structure   where to write the decoded structure, of the descriptor's size
+ *   structure   where to write the decoded structure, of the descriptor's size; zeros on failure
  *   descriptor  the record's descriptor
  *
- * Returns 0, or the failure; after success the caller calls bag_free_indirections.
+ * Returns 0, or the failure. After success the caller calls bag_free_indirections; after a failure
+ * it may.
  */
 uint32_t bag_decode(const void *buffer, uint32_t length, void *structure,
                     const bag_descriptor *descriptor);
@@ -53,15 +54,16 @@ uint32_t bag_decode(const void *buffer, uint32_t length, void *structure,
 void bag_free_indirections(void *structure, const bag_descriptor *descriptor);
 
 /*
- * The name of an enumerated value.
+ * Fetches the texts that the codec keeps for types, which are found by their keys. The type
+ * fetchers that a library exports, one a type, pass their caller's argument on to this.
  *
- *   value     the value, as handed to the type fetcher that calls this
- *   type_key  the type's key
- *   count     number of keys: 1
+ *   destination  what the caller handed to the type fetcher
+ *   keys         keys of types
+ *   count        number of keys; type fetchers ask for 1
  *
- * Returns the codec's answer, which the type fetchers pass on unchanged.
+ * Returns 0, or the failure; the type fetchers return it unchanged.
  */
-uint32_t bag_fetch_string(uint64_t value, const uint32_t *type_key, uint32_t count);
+uint32_t bag_fetch_string(uint64_t destination, const uint32_t *keys, uint32_t count);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,217 @@
+#include "records/implied_items.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "inet/inet.h"
+#include "records/value_text.h"
+#include "sysdb/sysdb.h"
+
+namespace ocifip {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kInterfaceModule = "Halvane-Ombrix-ifmgr-cfg";
+constexpr const char* kArpModule = "Halvane-Ombrix-ipv4-arp-cfg";
+constexpr const char* kNeighborModule = "Halvane-Ombrix-ipv6-nd-cfg";
+
+constexpr std::string_view kDetailHead = "/oper/ipv4-io/if/";
+constexpr std::string_view kNeighborHead = "/ipc/gl/ipv6-nd/node/";
+
+// Type of an item that is there or not, and has no value.
+constexpr std::uint32_t kPresence = 1;
+
+// A node is of a module by its name, or, where no model knows it, by what its document calls it.
+bool is_node(const DocumentNode& node, std::string_view module, std::string_view tag) {
+  return node.tag == tag && (node.module.empty() ? node.module_namespace : node.module) == module;
+}
+
+const DocumentNode* find(const std::vector<DocumentNode>& nodes, std::string_view module,
+                         std::string_view tag) {
+  const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const DocumentNode& node) {
+    return is_node(node, module, tag);
+  });
+  return found == nodes.end() ? nullptr : &*found;
+}
+
+std::string leaf(const DocumentNode& node, std::string_view module, std::string_view tag) {
+  const DocumentNode* found = find(node.children, module, tag);
+  return found == nullptr || !found->value ? "" : *found->value;
+}
+
+using Visit = std::function<void(const DocumentNode&)>;
+
+// Calls a function with every node that a path of one module leads to.
+void each(const std::vector<DocumentNode>& nodes, std::string_view module,
+          std::initializer_list<std::string_view> path, const Visit& visit) {
+  const auto step = [&](const auto& self, const std::vector<DocumentNode>& level,
+                        const std::string_view* tag) -> void {
+    for (const DocumentNode& node : level) {
+      if (!is_node(node, module, *tag)) continue;
+      if (tag + 1 == path.end()) {
+        visit(node);
+      } else {
+        self(self, node.children, tag + 1);
+      }
+    }
+  };
+  step(step, nodes, path.begin());
+}
+
+DatabaseItem record_item(std::string record, const Json& fields) {
+  DatabaseItem item;
+  item.type = SYSDB_TYPE_RECORD;
+  item.record = std::move(record);
+  item.fields = fields.dump();
+  return item;
+}
+
+DatabaseItem presence_item() {
+  DatabaseItem item;
+  item.type = kPresence;
+  return item;
+}
+
+void add_proxy_arp(const DocumentNode& interface, DatabaseItems& items) {
+  const DocumentNode* arp = find(interface.children, kArpModule, "ipv4arp");
+  if (arp == nullptr || leaf(interface, kInterfaceModule, "active") != "act") return;
+  const std::string name = internal_name(leaf(interface, kInterfaceModule, "interface-name"));
+  for (const char* setting : {"proxy-arp", "local-proxy-arp"}) {
+    if (find(arp->children, kArpModule, setting) != nullptr) {
+      items.emplace("/cfg/if/act/" + name + "/ipv4/arp/" + setting, presence_item());
+    }
+  }
+}
+
+// The daemon knows interfaces by their internal names.
+void add_arp_entry(const std::string& vrf, const DocumentNode& entry, DatabaseItems& items) {
+  const std::string address = leaf(entry, kArpModule, "address");
+  const std::string interface = internal_name(leaf(entry, kArpModule, "interface"));
+  if (interface.empty() || !address_bytes(OMBRIX_AF_INET, address)) return;
+  Json fields = {{"IPAddress", address}, {"InterfaceName", interface}};
+  const std::string mac = leaf(entry, kArpModule, "mac-address");
+  if (mac_bytes(mac)) fields["HardwareAddress"] = mac;
+  items.emplace("/oper/ipv4-arp-gmp/gl/vrf/" + vrf + "/config/" + address + ',' + interface,
+                record_item("arp_gmp_config_entry", fields));
+}
+
+std::string address_text(const DeviceAddress& address) {
+  std::array<char, OMBRIX_INET_TEXT_SIZE> text{};
+  ombrix_inet_ntop(OMBRIX_AF_INET, address.bytes.data(), text.data(), text.size());
+  return text.data();
+}
+
+// What stands behind the interface's name in the path of its detail record.
+std::string detail_tail() {
+  std::array<char, 40> tail{};
+  std::snprintf(tail.data(), tail.size(), "/0x%x/1/ifdetail", rsi_c_vrf_id_dflt());
+  return tail.data();
+}
+
+std::optional<DatabaseItem> interface_detail(const InterfaceRecord* interface) {
+  if (interface == nullptr || !interface->ipv4.primary) return std::nullopt;
+  const DeviceAddress& primary = *interface->ipv4.primary;
+  Json fields = {{"PrimaryAddress", address_text(primary)},
+                 {"PrefixLength", primary.prefix_length},
+                 {"VRF_ID", rsi_c_vrf_id_dflt()},
+                 {"VRFName", "default"},
+                 {"SecondaryAddress", Json::array()}};
+  for (const DeviceAddress& secondary : interface->ipv4.secondaries) {
+    fields["SecondaryAddress"].push_back(
+        {{"Address", address_text(secondary)}, {"PrefixLength", secondary.prefix_length}});
+  }
+  return record_item("ipv4_if_detail", fields);
+}
+
+DatabaseItems interface_details(const DeviceDirectory& directory) {
+  DatabaseItems items;
+  const std::string tail = detail_tail();
+  // Handles count from 1 without gaps.
+  for (std::uint32_t handle = 1; const InterfaceRecord* interface = directory.interface(handle);
+       ++handle) {
+    if (auto detail = interface_detail(interface)) {
+      items.emplace(std::string(kDetailHead) + internal_name(interface->name) + tail,
+                    std::move(*detail));
+    }
+  }
+  return items;
+}
+
+// A neighbor's item is named by the address's bytes in hexadecimal, and has no value.
+void add_neighbor(const std::string& head, const DocumentNode& entry, DatabaseItems& items) {
+  const std::string interface = internal_name(leaf(entry, kNeighborModule, "interface-name"));
+  const auto address =
+      address_bytes(OMBRIX_AF_INET6, leaf(entry, kNeighborModule, "neighbor-address"));
+  if (interface.empty() || !address) return;
+  std::string path = head + "/neighbour-entry/" + interface + '/';
+  for (const char byte : *address) {
+    std::array<char, 3> digits{};
+    std::snprintf(digits.data(), digits.size(), "%02x", static_cast<unsigned char>(byte));
+    path += digits.data();
+  }
+  items.emplace(std::move(path), presence_item());
+}
+
+DatabaseItems neighbors(const DeviceDirectory& directory) {
+  DatabaseItems items;
+  if (directory.own_node() == 0) return items;
+  std::array<char, 16> node{};
+  std::snprintf(node.data(), node.size(), "%x", directory.own_node());
+  const std::string head = std::string(kNeighborHead) + node.data();
+  each(directory.device().native.roots, kNeighborModule, {"ipv6-neighbor", "neighbors", "neighbor"},
+       [&](const DocumentNode& entry) { add_neighbor(head, entry, items); });
+  return items;
+}
+
+}  // namespace
+
+DatabaseItems configured_items(const Document& native) {
+  DatabaseItems items;
+  each(native.roots, kInterfaceModule, {"interface-configurations", "interface-configuration"},
+       [&](const DocumentNode& interface) { add_proxy_arp(interface, items); });
+  each(native.roots, kArpModule, {"arpgmp", "vrf"}, [&](const DocumentNode& vrf) {
+    const std::string name = leaf(vrf, kArpModule, "vrf-name");
+    each(vrf.children, kArpModule, {"entries", "entry"},
+         [&](const DocumentNode& entry) { add_arp_entry(name, entry, items); });
+  });
+  return items;
+}
+
+std::optional<DatabaseItem> running_item(const DeviceDirectory& directory,
+                                         const std::string& path) {
+  const std::string tail = detail_tail();
+  if (path.starts_with(kDetailHead) && path.ends_with(tail) &&
+      path.size() > kDetailHead.size() + tail.size()) {
+    const std::size_t length = path.size() - kDetailHead.size() - tail.size();
+    const std::string name = path.substr(kDetailHead.size(), length);
+    return interface_detail(directory.interface(directory.handle_of(name)));
+  }
+  if (path.starts_with(kNeighborHead)) {
+    const DatabaseItems items = neighbors(directory);
+    const auto found = items.find(path);
+    if (found != items.end()) return found->second;
+  }
+  return std::nullopt;
+}
+
+DatabaseItems running_items(const DeviceDirectory& directory, std::string_view path) {
+  DatabaseItems items;
+  const auto overlaps = [path](std::string_view head) {
+    return head.starts_with(path) || path.starts_with(head);
+  };
+  if (overlaps(kDetailHead)) {
+    items = interface_details(directory);
+  }
+  if (overlaps(kNeighborHead)) {
+    items.merge(neighbors(directory));
+  }
+  std::erase_if(items, [path](const auto& item) { return !item.first.starts_with(path); });
+  return items;
+}
+
+}  // namespace ocifip

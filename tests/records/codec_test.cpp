@@ -1,0 +1,398 @@
+// The codec: what records are decoded into, and what values they are encoded from.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <sstream>
+#include <string>
+
+#include "native_records.h"
+#include "records/registry.h"
+#include "records_testing.h"
+
+namespace ocifip {
+namespace {
+
+// --- every type ----------------------------------------------------------------------------------
+
+struct Inner {
+  std::uint8_t small;
+  std::uint64_t wide;
+};
+
+template <typename Item>
+struct Array {
+  std::uint32_t count;
+  const Item* items;
+};
+
+struct Every {
+  std::uint32_t ipv4;
+  std::uint32_t number;
+  std::int32_t integer;
+  std::uint64_t wide;
+  std::uint8_t small;
+  std::uint32_t boolean;
+  const char* text;
+  const char* bounded;
+  std::uint32_t enumeration;
+  std::uint8_t mac[6];
+  char chars[4];
+  std::uint8_t ipv6[16];
+  std::uint8_t raw[3];
+  Array<std::uint16_t[1]> none;
+  Array<Inner> inners;
+  Array<const char*> texts;
+  const Inner* present;
+  const Inner* absent;
+  Inner pair[2];
+  Inner nested;
+  alignas(8) std::uint32_t handle;
+  Array<Array<std::uint8_t>> nested_arrays;
+};
+
+constexpr const char* kEverySchema =
+    "$7={inner}{small}C{wide}H"
+    "$9={every}{ipv4}N{number}D{integer}I{wide}H{small}C{boolean}b{text}s{bounded}3s"
+    "{enumeration}[colour]e{mac}6x%m{chars}4x%S{ipv6}16x%s{raw}3x{none}a(D){inners}a($7){texts}a(s)"
+    "{present}p($7){absent}p($7){pair}2A($7){nested}$7{handle}PD%h{nested_arrays}a(a(C))";
+
+constexpr const char* kEveryDigits =
+    "0a000001 00000002 fffffffd 0102030405060708 ff 01 00000002 6869 00000003 616263 80000000"
+    "001a2b3c4d5e 61620000 20010db8000000000000000000000001 0a0b0c 00000000"
+    "00000002 01 0000000000000011 02 0000000000000012 00000002 00000001 78 00000000"
+    "01 03 0000000000000013 00 04 0000000000000014 05 0000000000000015 06 0000000000000016"
+    "00000007 00000002 00000001 21 00000002 2223";
+
+constexpr const char* kEveryFields = R"({
+  "ipv4": "10.0.0.1", "number": 2, "integer": -3, "wide": 72623859790382856, "small": 255,
+  "boolean": true, "text": "hi", "bounded": "abc", "enumeration": 2147483648,
+  "mac": "00:1a:2b:3c:4d:5e", "chars": "ab", "ipv6": "2001:db8::1", "raw": "0a0b0c", "none": [],
+  "inners": [{"small": 1, "wide": 17}, {"wide": 18, "small": 2}], "texts": ["x", ""],
+  "present": {"small": 3, "wide": 19}, "absent": null,
+  "pair": [{"small": 4, "wide": 20}, {"small": 5, "wide": 21}],
+  "nested": {"small": 6, "wide": 22}, "handle": "Eth1", "nested_arrays": [[33], [34, 35]]})";
+
+std::string show(const Inner* inner) {
+  return inner == nullptr ? "-"
+                          : std::to_string(inner->small) + ':' + std::to_string(inner->wide) + ' ';
+}
+
+std::string hexadecimal(const void* bytes, std::size_t size) {
+  std::ostringstream text;
+  text << std::hex;
+  for (std::size_t i = 0; i < size; ++i) {
+    const auto byte = static_cast<const std::uint8_t*>(bytes)[i];
+    text << (byte < 16 ? "0" : "") << static_cast<unsigned>(byte);
+  }
+  return text.str();
+}
+
+std::string show(const Every& every) {
+  std::ostringstream text;
+  text << hexadecimal(&every.ipv4, 4) << ' ' << every.number << ' ' << every.integer << ' '
+       << every.wide << ' ' << unsigned{every.small} << ' ' << every.boolean << ' ' << every.text
+       << ' ' << every.bounded << ' ' << every.enumeration << '\n'
+       << hexadecimal(every.mac, 6) << ' ' << every.chars << ' ' << hexadecimal(every.ipv6, 16)
+       << ' ' << hexadecimal(every.raw, 3) << '\n'
+       << every.none.count << (every.none.items == nullptr ? " null\n" : " items\n");
+  for (std::uint32_t i = 0; i < every.inners.count; ++i) text << show(&every.inners.items[i]);
+  for (std::uint32_t i = 0; i < every.texts.count; ++i) text << '"' << every.texts.items[i] << '"';
+  text << '\n'
+       << show(every.present) << show(every.absent) << '\n'
+       << show(&every.pair[0]) << show(&every.pair[1]) << show(&every.nested) << every.handle;
+  for (std::uint32_t i = 0; i < every.nested_arrays.count; ++i) {
+    const auto& array = every.nested_arrays.items[i];
+    text << ' ' << hexadecimal(array.items, array.count);
+  }
+  return text.str();
+}
+
+constexpr const char* kEveryShown =
+    "0a000001 2 -3 72623859790382856 255 1 hi abc 2147483648\n"
+    "001a2b3c4d5e ab 20010db8000000000000000000000001 0a0b0c\n"
+    "0 null\n"
+    "1:17 2:18 \"x\"\"\"\n"
+    "3:19 -\n"
+    "4:20 5:21 6:22 7 21 2223";
+
+TEST(Codec, DecodesEveryType) {
+  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
+  const ExactBytes bytes(test_record(kEveryDigits));
+  Every every;
+  std::memset(static_cast<void*>(&every), 0xee, sizeof every);
+  ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &every, &descriptor), kOk);
+  EXPECT_EQ(show(every), kEveryShown);
+  bag_free_indirections(&every, &descriptor);
+  bag_free_indirections(&every, &descriptor);  // there is nothing left to free
+}
+
+TEST(Codec, DecodesByTheCompactSchemaWhenThereIsNoOther) {
+  TestDescriptor descriptor("", sizeof(Inner));
+  descriptor.compact_schema = "$1=CH";
+  const ExactBytes bytes(test_record("05 00000000000000ff"));
+  Inner inner{};
+  ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &inner, &descriptor), kOk);
+  EXPECT_EQ(show(&inner), "5:255 ");
+}
+
+TEST(Codec, EncodesEveryType) {
+  const auto digits = [](const std::string& bytes) {
+    return hexadecimal(bytes.data(), bytes.size());
+  };
+  EXPECT_EQ(digits(encoded(kEverySchema, kEveryFields)), digits(test_record(kEveryDigits)));
+}
+
+TEST(Codec, WhatIsNotGivenIsZero) {
+  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
+  const ExactBytes bytes(encoded(kEverySchema, "{}"));
+  Every every;
+  ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &every, &descriptor), kOk);
+  EXPECT_EQ(show(every),
+            "00000000 0 0 0 0 0   0\n000000000000  00000000000000000000000000000000 000000\n"
+            "0 null\n\n--\n0:0 0:0 0:0 0");
+  bag_free_indirections(&every, &descriptor);
+}
+
+// --- damaged records -----------------------------------------------------------------------------
+
+TEST(Codec, RefusesARecordThatIsCutOff) {
+  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
+  const std::string whole = test_record(kEveryDigits);
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    EXPECT_EQ(decode_and_free(whole.substr(0, length), descriptor), kRecordMalformed) << length;
+  }
+  EXPECT_EQ(decode_and_free(whole + '\0', descriptor), kRecordMalformed);
+}
+
+// Whatever a byte is changed to, decoding ends with a result and nothing is lost.
+TEST(Codec, SurvivesDamage) {
+  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
+  const std::string whole = test_record(kEveryDigits);
+  std::size_t refused = 0;
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    for (const int change : {0x01, 0x7f, 0x80, 0xff}) {
+      std::string damaged = whole;
+      damaged[at] = static_cast<char>(damaged[at] ^ change);
+      const std::uint32_t result = decode_and_free(damaged, descriptor);
+      EXPECT_TRUE(result == kOk || result == kRecordMalformed || result == kRecordMismatch)
+          << at << ' ' << change << ' ' << result;
+      refused += result == kOk ? 0 : 1;
+    }
+  }
+  EXPECT_GT(refused, whole.size());
+}
+
+struct Damage {
+  const char* schema;
+  std::uint64_t bytes;
+  const char* digits;
+  std::uint32_t result;
+};
+
+class Damaged : public testing::TestWithParam<Damage> {};
+TEST_P(Damaged, IsRefused) {
+  const Damage& damage = GetParam();
+  const TestDescriptor descriptor(damage.schema, damage.bytes);
+  std::vector<std::uint64_t> structure(damage.bytes / 8 + 1, ~std::uint64_t{0});
+  const ExactBytes bytes(test_record(damage.digits));
+  EXPECT_EQ(bag_decode(bytes.data(), bytes.length(), structure.data(), &descriptor), damage.result);
+  // What the caller frees after a failure is a structure of zeros.
+  EXPECT_EQ(hexadecimal(structure.data(), damage.bytes), std::string(2 * damage.bytes, '0'));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Damaged,
+    testing::Values(Damage{"$1=b", 4, "02", kRecordMalformed},
+                    Damage{"$1=p(C)", 8, "02 00", kRecordMalformed},
+                    Damage{"$1=s", 8, "00000002 6100", kRecordMalformed},
+                    Damage{"$1=2s", 8, "00000003 616263", kRecordMalformed},
+                    Damage{"$1=s", 8, "ffffffff 61", kRecordMalformed},
+                    Damage{"$1=a(C)", 16, "ffffffff 61", kRecordMalformed},
+                    Damage{"$1=1000A(D)$2=a($1)", 16, "ffffffff", kRecordMalformed},
+                    Damage{"$1=a(D)", 16, "00000002 00000001 000000", kRecordMalformed},
+                    Damage{"$1=C$2=p($1)s", 16, "01 05 00000001", kRecordMalformed},
+                    Damage{"$1=C", 8, "01", kRecordSchemaLayout},
+                    Damage{"$1=Q", 8, "01", kRecordSchemaMalformed},
+                    Damage{"", 8, "01", kRecordSchemaMissing}));
+
+TEST(Codec, RefusesOtherRecords) {
+  TestDescriptor descriptor("$1=C", 1);
+  const std::string record = test_record("01");
+  EXPECT_EQ(decode_and_free(record, descriptor), kOk);
+  descriptor.name = "tesu";
+  EXPECT_EQ(decode_and_free(record, descriptor), kRecordMismatch);
+  descriptor.name = "test";
+  descriptor.major_version = 2;
+  EXPECT_EQ(decode_and_free(record, descriptor), kRecordMismatch);
+  descriptor.major_version = 1;
+  descriptor.minor_version = 1;
+  EXPECT_EQ(decode_and_free(record, descriptor), kRecordMismatch);
+  descriptor.minor_version = 2;
+  EXPECT_EQ(decode_and_free("bag\x02" + record.substr(4), descriptor), kRecordMalformed);
+}
+
+TEST(Codec, RefusesMissingArguments) {
+  const TestDescriptor descriptor("$1=C", 1);
+  char structure = 'x';
+  EXPECT_EQ(bag_decode(nullptr, 1, &structure, &descriptor), kInvalidArgument);
+  EXPECT_EQ(bag_decode("", 1, nullptr, &descriptor), kInvalidArgument);
+  EXPECT_EQ(bag_decode("", 1, &structure, nullptr), kInvalidArgument);
+  EXPECT_EQ(bag_decode(nullptr, 0, &structure, &descriptor), kRecordMalformed);
+  bag_free_indirections(nullptr, &descriptor);
+  bag_free_indirections(&structure, nullptr);
+}
+
+// --- values --------------------------------------------------------------------------------------
+
+struct Value {
+  const char* type;
+  const char* json;
+  std::string expected;  // digits of the encoded value, or the message
+};
+
+std::ostream& operator<<(std::ostream& out, const Value& value) {
+  return out << value.type << ' ' << value.json;
+}
+
+class Values : public testing::TestWithParam<Value> {};
+TEST_P(Values, AreEncodedOrRefused) {
+  const std::string schema = std::string("$1={in}{a}D$2={test}{v}") + GetParam().type;
+  const std::string record =
+      encoded(schema.c_str(), std::string(R"({"v":)") + GetParam().json + '}');
+  const std::string head = test_record("");
+  EXPECT_EQ(record.starts_with(head)
+                ? hexadecimal(record.data() + head.size(), record.size() - head.size())
+                : record,
+            GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Taken, Values,
+    testing::Values(Value{"D", "4294967295", "ffffffff"}, Value{"I", "-2147483648", "80000000"},
+                    Value{"I", "4294967295", "ffffffff"},
+                    Value{"H", "18446744073709551615", "ffffffffffffffff"}, Value{"C", "0", "00"},
+                    Value{"D%h", "5", "00000005"}, Value{"D%h", "\"Eth1\"", "00000007"},
+                    Value{"6x%m", "\"00-1A-2b-3c-4d-5e\"", "001a2b3c4d5e"},
+                    Value{"6x%m", "\"001a.2b3c.4d5e\"", "001a2b3c4d5e"},
+                    Value{"4x%s", "\"0a0b0c0D\"", "0a0b0c0d"}, Value{"2x%S", "\"ab\"", "6162"},
+                    Value{"2A($1)", "[{\"a\":1}]", "0000000100000000"},
+                    Value{"a(2A(C))", "[[1],[2,3]]",
+                          "00000002"
+                          "0100"
+                          "0203"},
+                    Value{"p(a(C))", "[]", "0100000000"}, Value{"$1", "{}", "00000000"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Refused, Values,
+    testing::Values(
+        Value{"D", "4294967296", "here.v: not a number from 0 to 4294967295"},
+        Value{"D", "-1", "here.v: not a number from 0 to 4294967295"},
+        Value{"D", "\"Eth1\"", "here.v: not a number from 0 to 4294967295"},
+        Value{"C", "256", "here.v: not a number from 0 to 255"},
+        Value{"I", "-2147483649", "here.v: not a number from -2147483648 to 4294967295"},
+        Value{"H", "1.5", "here.v: not a number from 0 to 18446744073709551615"},
+        Value{"[x]e", "true", "here.v: not a number from 0 to 4294967295"},
+        Value{"b", "1", "here.v: not true or false"}, Value{"N", "1", "here.v: not a string"},
+        Value{"N", "\"10.0.0\"", "here.v: not an IPv4 address"},
+        Value{"16x%s", "\"10.0.0.1\"", "here.v: not an IPv6 address"},
+        Value{"6x%m", "\"00:1a:2b:3c:4d:5\"", "here.v: not a MAC address"},
+        Value{"6x%m", "\"00:1a-2b:3c:4d:5e\"", "here.v: not a MAC address"},
+        Value{"3x", "\"0a0b0\"", "here.v: not 6 hexadecimal digits"},
+        Value{"3x", "\"0a0b0g\"", "here.v: not 6 hexadecimal digits"},
+        Value{"2x%S", "\"abc\"", "here.v: longer than 2 bytes"},
+        Value{"2s", "\"abc\"", "here.v: longer than 2 bytes"},
+        Value{"s", R"("a\u0000")", "here.v: a NUL character in a string"},
+        Value{"D%h", "\"Eth2\"", "here.v: no such interface"},
+        Value{"$1", "[]", "here.v: not an object"}, Value{"a($1)", "{}", "here.v: not an array"},
+        Value{"a($1)", R"([{"a":1},{"b":1}])", "here.v[1].b: unknown field"},
+        Value{"2A(C)", "[1,2,3]", "here.v: more than 2 elements"},
+        Value{"2A(a(C))", "[[],[0,-1]]", "here.v[1][1]: not a number from 0 to 255"},
+        Value{"D", "1,\"w\":1", "here.w: unknown field"}));
+
+TEST(Encoding, SaysThatARecordHasNoSchema) {
+  const auto message = [](const RegisteredRecord& record, const char* fields) {
+    try {
+      return encode_record(record, nlohmann::ordered_json::parse(fields), "here", test_handles);
+    } catch (const InputError& error) {
+      return std::string(error.what());
+    }
+  };
+  EXPECT_EQ(message({"test", 1, 2, {}}, "{}"),
+            "here: the schema of the record \"test\" is empty: this build has none");
+  EXPECT_EQ(message({"test", 1, 2, Schema("$1=C")}, "{\"a\":1}"),
+            "here: the schema of the record \"test\" names no fields");
+  EXPECT_EQ(message({"test", 1, 2, Schema("$1=C")}, "{}"), test_record("00"));
+}
+
+// --- the platform's records ----------------------------------------------------------------------
+
+TEST(Records, AnInterfacesDetailIsReadThroughItsStructure) {
+  const RegisteredRecord record{"ipv4_if_detail", 4, 2, Schema(ipv4_if_detail_bag.named_schema)};
+  const auto fields = nlohmann::ordered_json::parse(R"({
+    "PrimaryAddress": "10.0.0.1", "VRFName": "default", "PrefixLength": 24, "mLACPActive": true,
+    "MulticastGroups": [{"GroupAddress": "224.0.0.5"}], "OperFlags": 1311768467463790320,
+    "SecondaryAddress": [{"Address": "10.0.1.1", "PrefixLength": 25, "RouteTag": 9}],
+    "MultiACL": {"outbound": [{"Name": "first"}, {"Name": "second"}]},
+    "HelperAddress": {"AddressArray": ["10.9.9.9"]}, "RPF": {"Mode": 3},
+    "BGP_PA": {"Output": {"Destination": true}}, "GWAddressRcvd": true})");
+  const ExactBytes bytes(encode_record(record, fields, "here", test_handles));
+  ipv4_if_detail detail;
+  ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &detail, &ipv4_if_detail_bag), kOk);
+  std::ostringstream shown;
+  const auto address = [](const std::uint32_t& word) { return hexadecimal(&word, 4); };
+  shown << address(detail.PrimaryAddress) << ' ' << detail.VRFName << ' ' << detail.PrefixLength
+        << ' ' << detail.mLACPActive << ' ' << detail.MulticastGroups.count << ' '
+        << address(detail.MulticastGroups.items[0].GroupAddress) << ' ' << std::hex
+        << detail.OperFlags << std::dec << '\n'
+        << detail.SecondaryAddress.count << ' ' << address(detail.SecondaryAddress.items[0].Address)
+        << ' ' << detail.SecondaryAddress.items[0].PrefixLength << ' '
+        << detail.SecondaryAddress.items[0].RouteTag << " \"" << detail.MultiACL.inbound[4].Name
+        << "\" " << detail.MultiACL.outbound[1].Name << ' '
+        << address(detail.HelperAddress->AddressArray.items[0]) << ' ' << detail.RPF.Mode << ' '
+        << detail.BGP_PA.Input.Destination << detail.BGP_PA.Output.Destination << ' '
+        << detail.GWAddressRcvd << detail.MTU;
+  EXPECT_EQ(shown.str(),
+            "0a000001 default 24 1 1 e0000005 123456789abcdef0\n"
+            "1 0a000101 25 9 \"\" second 0a090909 3 01 10");
+  bag_free_indirections(&detail, &ipv4_if_detail_bag);
+  EXPECT_EQ(detail.HelperAddress, nullptr);
+}
+
+// --- the registry --------------------------------------------------------------------------------
+
+TEST(Registry, TakesBatches) {
+  auto& registry = RecordRegistry::instance();
+  const TestDescriptor descriptor("$1=C", 1);
+  EXPECT_EQ(bag_register(&descriptor), kRecordBatch);
+  EXPECT_EQ(bag_register_end(), kRecordBatch);
+  EXPECT_EQ(bag_register(nullptr), kInvalidArgument);
+
+  EXPECT_EQ(bag_register_start(0, 0, 0, 0, 0, 0), kOk);
+  EXPECT_EQ(bag_register_start(0, 0, 0, 0, 0, 0), kRecordBatch);
+  EXPECT_EQ(bag_register(&descriptor), kOk);
+  bag_register_abort();
+  EXPECT_EQ(registry.find("test"), nullptr);
+
+  EXPECT_EQ(bag_register_start(0, 0, 0, 0, 0, 0), kOk);
+  EXPECT_EQ(bag_register(&descriptor), kOk);
+  EXPECT_EQ(registry.find("test"), nullptr);
+  EXPECT_EQ(bag_register_end(), kOk);
+  ASSERT_NE(registry.find("test"), nullptr);
+  EXPECT_EQ(registry.find("test")->minor_version, 2u);
+}
+
+TEST(Registry, RefusesDescriptorsThatCannotBeUsed) {
+  ASSERT_EQ(bag_register_start(0, 0, 0, 0, 0, 0), kOk);
+  TestDescriptor descriptor("$1=Q", 1);
+  EXPECT_EQ(bag_register(&descriptor), kRecordSchemaMalformed);
+  descriptor.named_schema = "$1=D";
+  EXPECT_EQ(bag_register(&descriptor), kRecordSchemaLayout);
+  descriptor.named_schema = nullptr;
+  EXPECT_EQ(bag_register(&descriptor), kOk);
+  descriptor.format = 2;
+  EXPECT_EQ(bag_register(&descriptor), kInvalidArgument);
+  bag_register_abort();
+}
+
+}  // namespace
+}  // namespace ocifip
