@@ -1,14 +1,8 @@
 #include "yfw_map_ifip_registration.h"
 
-#include <unistd.h>
-
 #include "yfw/text.h"
+#include "ymap_database.h"
 #include "ymap_namespaces.h"
-
-// Path of the database client library's file, a setting of the build.
-#ifndef OCIFIP_SYSDB_CLIENT
-#error "OCIFIP_SYSDB_CLIENT names the file of the database client library"
-#endif
 
 namespace ymap {
 
@@ -26,26 +20,8 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record) {
   record->last = nullptr;
 }
 
-bool database_available() {
-  static bool available = false;
-  if (!available) {
-    available = access(OCIFIP_SYSDB_CLIENT, R_OK) == 0;
-  }
-  return available;
-}
-
-constinit sysdb_handle* dhcp_database = nullptr;
-
 }  // namespace ymap
 
-YMAP_EXPORT void yfw_map_oc_dhcp_sysdb_unbind(void) {
-  if (ymap::dhcp_database == nullptr) {
-    return;
-  }
-  if (ymap::database_available()) {
-    _sysdb_unbind(ymap::dhcp_database);
-  }
-  ymap::dhcp_database = nullptr;
-}
+YMAP_EXPORT void yfw_map_oc_dhcp_sysdb_unbind(void) { ymap::release_database(ymap::dhcp_database); }
 
 YMAP_EXPORT void yfw_map_oc_ipv6_sysdb_unbind(void) {}

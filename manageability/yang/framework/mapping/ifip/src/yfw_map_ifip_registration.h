@@ -1,8 +1,7 @@
-// Registration records, and the library-wide database binding that the unload hook releases.
+// Registration records, and the unload hooks.
 #ifndef YFW_MAP_IFIP_REGISTRATION_H_
 #define YFW_MAP_IFIP_REGISTRATION_H_
 
-#include "sysdb/sysdb.h"
 #include "yfw/registration.h"
 #include "ymap_frame.h"
 
@@ -22,12 +21,6 @@ struct Registration {
 // Fills a record from a row. The OpenConfig side is "interfaces" of openconfig-interfaces in every
 // row. The framework's own slots are left alone.
 void fill_registration(const Registration& row, yfw_map_reg_record* record);
-
-// Whether the database client is installed: looked for until it is found, then remembered.
-bool database_available();
-
-// The binding that the DHCP read-back makes; null when there is none.
-extern sysdb_handle* dhcp_database;
 
 }  // namespace ymap
 

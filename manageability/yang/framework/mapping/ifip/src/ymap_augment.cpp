@@ -120,6 +120,36 @@ cerrno enter_augmented_node(const Entering& entering, const Children& children) 
 
 }  // namespace
 
+cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntrySites& sites) {
+  const auto line = [&](std::uint32_t& word, const Message& message, auto... arguments) {
+    emit(call.ctx, Site{call.name, sites.line, &word}, message, arguments...);
+  };
+  Children children;
+  if (!read_children(*call.in, children)) {
+    line(sites.failed_subtrees, kFailedSubtrees);
+    return YMAP_ERR_NO_SUBTREE;
+  }
+  for (const Node& child : children) {
+    if (child.tag == nullptr) {
+      line(sites.tag_missing, kTagMissing);
+      return YMAP_ERR_NO_SUBTREE;
+    }
+    line(sites.processing, kProcessing, child.tag);
+    cerrno result = YMAP_OK;
+    if (yfw_map_do_these_match(child.tag, entry.model.rows[entry.row].tag) != 0) {
+      result = walk(entry.model, entry.row, call.ctx, &child, call.out, call.in);
+    } else if (yfw_map_do_these_match(entry.model.module_namespace, child.module_namespace) != 0) {
+      line(sites.unsupported_tag, kUnsupportedIgnoring);
+    } else {
+      result = entry.parse_augments(call.ctx, &child, call.out);
+    }
+    if (result != YMAP_OK) {
+      return result;
+    }
+  }
+  return YMAP_OK;
+}
+
 cerrno enter_augment(const Call& call, const AugmentEntry& entry, AugmentEntrySites& sites) {
   const Entering entering{call, entry, sites};
   Children children;

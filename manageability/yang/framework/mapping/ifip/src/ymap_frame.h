@@ -63,6 +63,7 @@ inline constexpr Message kFailedSubtrees = YMAP_ERROR_TEXT("Failed to get subtre
 inline constexpr Message kTagMissing = YMAP_ERROR_TEXT("Tag name is not available!");
 inline constexpr Message kUnsupportedTag =
     YMAP_ERROR_TEXT("Unsupported tag is specified in the request.");
+inline constexpr Message kUnsupportedIgnoring = YMAP_TRACE_TEXT("Unsupported tag. Ignoring.");
 inline constexpr Message kProcessing = YMAP_TRACE_TEXT("Processing tag '%s'");
 inline constexpr Message kNoSubtrees = YMAP_TRACE_TEXT("No subtrees");
 inline constexpr Message kMappingDone = YMAP_TRACE_TEXT("Mapping done for this node");
@@ -141,7 +142,9 @@ struct Call {
 enum class FrameKind : std::uint8_t {
   kGenerated,  // start and end
   kByHand,     // whether something was mapped, too
-  kContainer   // and that a container came without children
+  kContainer,  // and that a container came without children
+  // The same, with the arguments checked when the body is done: it finds null ones.
+  kContainerCheckedLate
 };
 
 // The lines that the frame itself writes.
@@ -193,6 +196,7 @@ cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call
 #define YMAP_LEAF(name) YMAP_LEAF_FORM(name, kByHand)
 #define YMAP_LIST_ENTRY(name) YMAP_CONTAINER_FORM(name, kByHand)
 #define YMAP_CONTAINER(name) YMAP_CONTAINER_FORM(name, kContainer)
+#define YMAP_CONTAINER_CHECKED_LATE(name) YMAP_CONTAINER_FORM(name, kContainerCheckedLate)
 
 // The generated ones.
 #define YMAP_GENERATED_LEAF(name) YMAP_LEAF_FORM(name, kGenerated)

@@ -48,7 +48,7 @@ cerrno add_deleted(const Call& call, const char* path) {
 
 // Adds an address entry: the primary, or a new secondary.
 cerrno add_entry(const Call& call, const char* path) {
-  return add(call, {.path = path, .value = call.in->value, .source = call.in, .new_entry = true});
+  return add(call, {.path = path, .value = call.in->value, .source = call.in, .create = true});
 }
 
 // A read asks for the primary's leaf and the secondaries' alike.
@@ -171,7 +171,7 @@ cerrno delete_whole_list(const Call& call) {
   db->replace_mode = 1;
   cerrno result = add(call, {.path = kPrimary, .value = call.in->value, .source = call.in});
   if (result == YMAP_OK) {
-    result = add(call, {.path = kSecondaries, .source = call.in, .new_entry = true});
+    result = add(call, {.path = kSecondaries, .source = call.in, .create = true});
   }
   return result;
 }
@@ -207,7 +207,7 @@ cerrno delete_entry(const Call& call, AddressDb& db, const NativeName& name) {
   if (address.valid) {
     set_delete_flag_for_ip_in_localdb(call.ctx, address.word, 32);
   }
-  return add(call, {.path = kSecondary, .source = call.in, .new_entry = true});
+  return add(call, {.path = kSecondary, .source = call.in, .create = true});
 }
 
 // The first entry of a replaced list is the primary, unless the list was deleted before.
@@ -336,7 +336,7 @@ cerrno promote(const Call& call, const AddressEntry& chosen) {
     return result;
   }
   OperationOverride operation(*call.in, NIDL_YFW_EDIT_DELETE);
-  cerrno result = add(call, {.path = kSecondary, .source = call.in, .new_entry = true});
+  cerrno result = add(call, {.path = kSecondary, .source = call.in, .create = true});
   if (result == YMAP_OK) {
     result = add(call, {.path = kSecondaryAddress, .value = address.data(), .source = call.in});
   }

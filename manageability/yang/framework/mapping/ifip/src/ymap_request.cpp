@@ -41,8 +41,8 @@ bool is_list_wide(const yfw_map_ctx* ctx) {
 
 cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write) {
   const cerrno result = yfw_map_datatree_add_path_flagged(
-      call.ctx, call.out, write.path, module_namespace, write.value, write.source, nullptr,
-      write.new_entry ? 1 : 0, YFW_MAP_PATH_CURRENT);
+      call.ctx, write.base != nullptr ? write.base : call.out, write.path, module_namespace,
+      write.value, write.source, write.created, write.create ? 1 : 0, write.flags);
   call.wrote = call.wrote || result == YMAP_OK;
   return result;
 }

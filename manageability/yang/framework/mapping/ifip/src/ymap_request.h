@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "yfw/context.h"
+#include "yfw/mapping.h"
 #include "ymap_frame.h"
 
 namespace ymap {
@@ -60,12 +61,16 @@ struct Children {
 
 // --- writing -------------------------------------------------------------------------------------
 
-// One path to write under the request's current list entries.
+// One path to write. What is not said is as most writes have it: under the request's current list
+// entries, to the output tree.
 struct PathWrite {
   const char* path;
   const char* value = nullptr;
   const Node* source = nullptr;  // the node whose operation the written one takes
-  bool new_entry = false;        // the path ends at a list, of which a new entry is wanted
+  bool create = false;           // the create flag: an entry of a list is a new one
+  Node* base = nullptr;          // where the path begins; null: at the output tree's root
+  Node** created = nullptr;      // where to store the written node
+  std::uint32_t flags = YFW_MAP_PATH_CURRENT;
 };
 
 // Adds a path to the output tree in a module's namespace. Returns the framework's result.
@@ -86,6 +91,9 @@ void record_refused_tag(yfw_map_ctx* ctx, const char* tag, const char* allocatio
 
 // Records why a value is refused.
 void record_error_message(yfw_map_ctx* ctx, const char* message);
+
+// Passes over a leaf that has no mapping.
+inline cerrno ignore_leaf(const Call& /*call*/) { return YMAP_OK; }
 
 // Refuses a leaf that has no mapping: marks the error path, records the tag, 0xaaf2ee00.
 cerrno refuse_leaf(const Call& call);
@@ -112,6 +120,21 @@ class OperationOverride {
  private:
   Node& node_;
   std::uint8_t saved_;
+};
+
+// Sets the trim prefix for as long as the guard lives: the part of a path that equals it stands for
+// the base node.
+class TrimPrefix {
+ public:
+  TrimPrefix(yfw_map_ctx* ctx, const char* prefix) : ctx_(ctx) {
+    yfw_map_copy_trim_path_list_ctx(ctx, prefix);
+  }
+  ~TrimPrefix() { yfw_map_free_trim_path_list_ctx(ctx_); }
+  TrimPrefix(const TrimPrefix&) = delete;
+  TrimPrefix& operator=(const TrimPrefix&) = delete;
+
+ private:
+  yfw_map_ctx* ctx_;
 };
 
 // Keeps the framework from reusing a list's current entry while a callback adds one of its own.

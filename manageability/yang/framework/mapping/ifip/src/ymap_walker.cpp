@@ -7,7 +7,6 @@ namespace ymap {
 
 namespace {
 
-constexpr Message kUnsupportedIgnoring = YMAP_TRACE_TEXT("Unsupported tag. Ignoring.");
 constexpr Message kXpathError = YMAP_TRACE_TEXT("got xpath error node ");
 constexpr Message kNoKeys = YMAP_ERROR_TEXT("No keys specified with a list node.");
 constexpr Message kDeleteWithSubtree = YMAP_TRACE_TEXT("Delete request with subtree present");
@@ -354,9 +353,6 @@ cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
   return YMAP_ERR_UNSUPPORTED_AUGMENT;
 }
 
-namespace {
-
-// The hook of the native direction: passes every child over.
 cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out) {
   emit(ctx, Site{hook.name, hook.line, &hook.words[kHookStart]}, kStart);
   if (in == nullptr || out == nullptr) {
@@ -365,8 +361,6 @@ cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
   emit(ctx, Site{hook.name, hook.line, &hook.words[kHookEnd]}, kEnd);
   return YMAP_OK;
 }
-
-}  // namespace
 
 cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
                       Node* out) {

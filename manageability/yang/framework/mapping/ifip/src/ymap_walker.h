@@ -183,6 +183,9 @@ struct AugmentHook {
 // otherwise. It writes neither a start nor an end line.
 cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out);
 
+// The hook of the native direction: passes every child over, between the lines of its own name.
+cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out);
+
 // The augment hook of a walker.
 cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
                       Node* out);

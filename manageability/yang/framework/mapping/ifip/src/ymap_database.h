@@ -1,0 +1,94 @@
+// Reading the configuration and state database: the gate before each use of its client, and the
+// release of all that a read holds.
+#ifndef YMAP_DATABASE_H_
+#define YMAP_DATABASE_H_
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "bag/bag.h"
+#include "sysdb/sysdb.h"
+#include "ymap_frame.h"
+
+namespace ymap {
+
+// Whether the database client is installed: looked for until it is found, then remembered.
+bool database_available();
+
+// The binding that the DHCP read-back makes; null when there is none. It is the library's so that
+// the unload hook can release what a call has left.
+extern sysdb_handle* dhcp_database;
+
+// Binds a handle to the subtree below a prefix. Returns the client's result, or SYSDB_UNAVAILABLE
+// without trying when the client is not installed.
+cerrno bind_database(sysdb_handle*& handle, const char* prefix, sysdb_bind_mode mode);
+
+// Releases a handle and forgets it; null is allowed. Without a client there is nothing to release.
+void release_database(sysdb_handle*& handle);
+
+// A handle that is bound for as long as the object lives.
+class BoundDatabase {
+ public:
+  BoundDatabase(sysdb_handle*& handle, const char* prefix, sysdb_bind_mode mode)
+      : handle_(handle), result_(bind_database(handle, prefix, mode)) {}
+  ~BoundDatabase() {
+    if (result_ == YMAP_OK) {
+      release_database(handle_);
+    }
+  }
+  BoundDatabase(const BoundDatabase&) = delete;
+  BoundDatabase& operator=(const BoundDatabase&) = delete;
+
+  [[nodiscard]] cerrno result() const { return result_; }
+
+ private:
+  sysdb_handle*& handle_;
+  cerrno result_;
+};
+
+// An item's bytes.
+class DatabaseItem {
+ public:
+  DatabaseItem() = default;
+  ~DatabaseItem() { std::free(bytes_); }
+  DatabaseItem(const DatabaseItem&) = delete;
+  DatabaseItem& operator=(const DatabaseItem&) = delete;
+
+  // Reads an item by its path below the binding's prefix. Returns the client's result.
+  cerrno read(sysdb_handle* handle, const char* path) {
+    return sysdb_item_get(handle, path, &bytes_, &length_, &type_);
+  }
+
+  [[nodiscard]] const void* bytes() const { return bytes_; }
+  [[nodiscard]] std::uint32_t length() const { return length_; }
+
+ private:
+  void* bytes_ = nullptr;
+  std::uint32_t length_ = 0;
+  std::uint32_t type_ = 0;
+};
+
+// A record that has been decoded into its structure.
+template <typename Structure>
+class DecodedRecord {
+ public:
+  explicit DecodedRecord(const bag_descriptor& descriptor) : descriptor_(descriptor) {}
+  ~DecodedRecord() { bag_free_indirections(&structure_, &descriptor_); }
+  DecodedRecord(const DecodedRecord&) = delete;
+  DecodedRecord& operator=(const DecodedRecord&) = delete;
+
+  // Returns 0, or the codec's failure.
+  cerrno decode(const void* bytes, std::uint32_t length) {
+    return bag_decode(bytes, length, &structure_, &descriptor_);
+  }
+  const Structure* operator->() const { return &structure_; }
+  const Structure& operator*() const { return structure_; }
+
+ private:
+  const bag_descriptor& descriptor_;
+  Structure structure_{};
+};
+
+}  // namespace ymap
+
+#endif  // YMAP_DATABASE_H_

@@ -1,0 +1,9 @@
+// The table and the walkers of Halvane-Ombrix-ifmgr-cfg.
+
+#include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.h"
+
+// clang-format off
+#include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.inc"
+#include "ymap_model_walkers.inc"
+// clang-format on
