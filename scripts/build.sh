@@ -1,7 +1,7 @@
 # Shared by ./ocifip and ./check, which set `program` and `root` (the repository's folder) and source
 # this with bash.
 
-tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libcli11-dev nlohmann-json3-dev)
+tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev clang-14 clang-format-14 clang-tidy-14 python3)
 
 # What the tool is made from, as far as it is there.

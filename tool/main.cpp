@@ -40,6 +40,11 @@ Status run(const CommandLine& line, const QueryCommand& command) {
   return show(Host(line.host).query(request, line.format));
 }
 
+Status run(const CommandLine& line, const ReportCommand& command) {
+  const ReportRequest request = {read_source(command.data, line.input), command.content};
+  return show(Host(line.host).report(request, line.format));
+}
+
 Status run(const CommandLine&, const Information& information) {
   write_output(information.text);
   return kDone;

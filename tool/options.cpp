@@ -15,7 +15,7 @@ constexpr const char* kDescription =
     "plug-in and a reference host.";
 
 constexpr const char* kEnding =
-    "REQUEST is a file, or - for standard input: JSON with operations as metadata\n"
+    "REQUEST and DATA are files, or - for standard input: JSON with operations as metadata\n"
     "(\"@ip\": {\"ietf-netconf:operation\": \"delete\"}) or NETCONF XML "
     "(nc:operation=\"delete\").\n"
     "PATH is an instance path: /interfaces/interface[name='Eth1']/subinterfaces\n\n"
@@ -33,6 +33,11 @@ constexpr const char* kQueryExample =
     "Example:\n"
     "  ocifip query --content config \\\n"
     "    \"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+
+constexpr const char* kReportExample =
+    "DATA is native configuration, as a file or - for standard input.\n\n"
+    "Example:\n"
+    "  ocifip report --content config native.json";
 
 template <typename Value>
 using Words = std::map<std::string, Value>;
@@ -71,7 +76,13 @@ void add_common_options(CLI::App* command, CommandLine& line) {
       ->type_name("DIR");
   add_choice(command, "--input", line.input,
              Words<Encoding>{{"json", Encoding::kJson}, {"xml", Encoding::kXml}}, "json|xml",
-             "Encoding of REQUEST (default: XML when it begins with <)");
+             "Encoding of REQUEST or DATA (default: XML when it begins with <)");
+}
+
+void add_content(CLI::App* command, Content& content) {
+  add_choice(command, "--content", content,
+             Words<Content>{{"all", Content::kAll}, {"config", Content::kConfig}}, "all|config",
+             "Configuration and state, or configuration alone (default: all)");
 }
 
 CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
@@ -95,12 +106,19 @@ CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
 CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
                     std::vector<std::string>& arguments) {
   CLI::App* command = program.add_subcommand("query", "An OpenConfig read becomes native queries");
-  add_choice(command, "--content", query.content,
-             Words<Content>{{"all", Content::kAll}, {"config", Content::kConfig}}, "all|config",
-             "Configuration and state, or configuration alone (default: all)");
+  add_content(command, query.content);
   command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
   add_common_options(command, line);
   command->footer(kQueryExample);
+  return command;
+}
+
+CLI::App* add_report(CLI::App& program, CommandLine& line, ReportCommand& report) {
+  CLI::App* command = program.add_subcommand("report", "Native data becomes OpenConfig");
+  add_content(command, report.content);
+  command->add_option("DATA", report.data, "Native data to map")->type_name("")->required();
+  add_common_options(command, line);
+  command->footer(kReportExample);
   return command;
 }
 
@@ -152,6 +170,7 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   CommandLine line;
   EditCommand edit;
   QueryCommand query;
+  ReportCommand report;
   std::vector<std::string> query_arguments;
   CLI::App program(kDescription, "ocifip");
   program.set_version_flag("--version", "ocifip " OCIFIP_VERSION);
@@ -159,6 +178,7 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   program.require_subcommand(1);
   const CLI::App* edit_command = add_edit(program, line, edit);
   add_query(program, line, query, query_arguments);
+  const CLI::App* report_command = add_report(program, line, report);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
@@ -170,6 +190,8 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   if (edit_command->parsed()) {
     check_edit(edit);
     line.command = std::move(edit);
+  } else if (report_command->parsed()) {
+    line.command = std::move(report);
   } else {
     sort_query_arguments(query, std::move(query_arguments));
     line.command = std::move(query);

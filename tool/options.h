@@ -37,11 +37,17 @@ struct QueryCommand {
   Content content = Content::kAll;
 };
 
+// `ocifip report`
+struct ReportCommand {
+  std::string data;  // file, or "-"
+  Content content = Content::kAll;
+};
+
 struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
-  std::variant<Information, EditCommand, QueryCommand> command;
+  std::variant<Information, EditCommand, QueryCommand, ReportCommand> command;
 };
 
 // Reads the program's arguments. Throws UsageError.

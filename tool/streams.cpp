@@ -12,6 +12,7 @@ namespace ocifip::tool {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // The system's reason for the last failure, behind the name of what failed.
 std::string failure(std::string_view name) {
@@ -50,6 +51,7 @@ std::string read_all(const Descriptor& input, const std::string& name) {
 }
 
 Encoding encoding_of(std::string_view text) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   const auto first = text.find_first_not_of(kBlanks);
   return first != std::string_view::npos && text[first] == '<' ? Encoding::kXml : Encoding::kJson;
 }

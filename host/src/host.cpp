@@ -11,6 +11,7 @@
 #include "io/models.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
+#include "records/item_bytes.h"
 
 namespace ocifip {
 namespace {
@@ -30,6 +31,15 @@ std::string read_file(const std::string& name) {
   return text;
 }
 
+// What the host itself walks must be among the models.
+void check_models(const Models& models, const std::string& folder) {
+  for (const char* module : {"openconfig-interfaces", "Halvane-Ombrix-ifmgr-cfg"}) {
+    if (models.namespace_of(module).empty()) {
+      throw LoadError("cannot load the models in " + folder + ": no module " + module);
+    }
+  }
+}
+
 Device read_device_of(const Models& models, const HostOptions& options) {
   return options.device ? read_device(models, *options.device, read_file(*options.device))
                         : example_device();
@@ -43,9 +53,13 @@ class Host::Impl {
       : models_(options.models),
         device_(read_device_of(models_, options)),
         plugin_(options.plugin),
-        mapper_(models_, device_, plugin_.entries(), options.trace) {}
+        mapper_(models_, device_, plugin_.entries(), options.trace) {
+    check_models(models_, options.models);
+    check_items(device_);
+  }
 
   Mapper& mapper() { return mapper_; }
+  [[nodiscard]] const Plugin& plugin() const { return plugin_; }
 
  private:
   Models models_;
@@ -64,6 +78,10 @@ Outcome Host::edit(const EditRequest& request, Format format) {
 
 Outcome Host::query(const QueryRequest& request, Format format) {
   return impl_->mapper().query(request, format);
+}
+
+Outcome Host::report(const ReportRequest& request, Format format) {
+  return impl_->mapper().report(request, impl_->plugin().read_back(), format);
 }
 
 }  // namespace ocifip

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "im/interface_manager.h"
+#include "records/record_error.h"
 #include "sysdb/sysdb.h"
 #include "yfw/mapping.h"
 #include "yfw/text.h"
@@ -37,13 +38,18 @@ constexpr std::array kWords = {
     Words{kPathMalformed, "path", "the path has no steps"},
     Words{kPathUnwritable, "path", "the path leads through a leaf"},
     Words{kRecordUnreadable, "record", "the database item is a record that cannot be served"},
+    Words{kRecordSchemaMissing, "record", "the record's descriptor has no schema"},
+    Words{kRecordSchemaMalformed, "record", "the record's schema is malformed"},
+    Words{kRecordSchemaLayout, "record", "the record's schema describes another structure"},
+    Words{kRecordMismatch, "record", "the record is of another name or version"},
+    Words{kRecordMalformed, "record", "the bytes are not a record"},
+    Words{kRecordBatch, "record", "a batch of records is open already, or none is"},
     Words{IMC_INTERFACE_UNKNOWN, "interface-unknown", "the interface does not exist"},
     Words{SYSDB_ITEM_NOT_FOUND, "item-not-found", "the database does not hold the item"},
     Words{SYSDB_LIST_EMPTY, "list-empty", "the database list has no further item"},
     Words{SYSDB_UNAVAILABLE, "database", "the database is not available"},
     Words{kInvalidArguments, "invalid-arguments",
-          "the node cannot be mapped as it was given; a container is deleted without what is below "
-          "it"},
+          "a container that is deleted must have no content in the request"},
     Words{0xaaf29e00, "no-subtree", "the children of a node cannot be read"},
     Words{0xaaf2f600, "no-keys", "a list entry has no keys, or names an entry that does not exist"},
     Words{kListKey, "list-key", "a list entry is not named by each of its keys"},

@@ -56,6 +56,12 @@ struct QueryRequest {
   Content content = Content::kAll;
 };
 
+// Native data to be shown in OpenConfig terms.
+struct ReportRequest {
+  Source data;
+  Content content = Content::kAll;
+};
+
 // Why the mapping refused a request.
 struct Refusal {
   std::uint32_t code = 0;
@@ -86,6 +92,9 @@ class Host {
 
   // An OpenConfig read becomes native queries. Throws InputError.
   Outcome query(const QueryRequest& request, Format format);
+
+  // Native data becomes OpenConfig. Throws InputError.
+  Outcome report(const ReportRequest& request, Format format);
 
  private:
   class Impl;

@@ -12,7 +12,6 @@
 #include <system_error>
 #include <unordered_map>
 
-#include "io/quiet_libyang.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -20,6 +19,18 @@ namespace {
 
 constexpr std::uint16_t kDataNodes =
     LYS_CONTAINER | LYS_LIST | LYS_LEAF | LYS_LEAFLIST | LYS_ANYXML | LYS_ANYDATA;
+
+// libyang's messages are kept in the context instead of printed while one of these lives.
+class QuietLog {
+ public:
+  QuietLog() { ly_temp_log_options(&options_); }
+  ~QuietLog() { ly_temp_log_options(nullptr); }
+  QuietLog(const QuietLog&) = delete;
+  QuietLog& operator=(const QuietLog&) = delete;
+
+ private:
+  std::uint32_t options_ = LY_LOSTORE;
+};
 
 struct QualifiedName {
   std::string_view tag;
@@ -122,7 +133,7 @@ Models::Impl::Impl(const std::string& folder) {
 }
 
 void Models::Impl::load(const std::string& folder) {
-  const QuietLibyang quiet;
+  const QuietLog quiet;
   const auto modules = modules_in(folder);
   ly_ctx* created = nullptr;
   constexpr auto kOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD;

@@ -8,14 +8,15 @@
 namespace ocifip {
 namespace {
 
-// XPath has no escapes, so that the value decides which quotes are around it.
+// XPath has no escapes, so that the value decides which quotes are around it. Control characters
+// are escaped all the same: a path is shown in one line.
 void append_predicate(std::string& out, std::string_view name, std::string_view value) {
   const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
   out += '[';
   out += name;
   out += '=';
   out += quote;
-  out += value;
+  out += in_one_line(value);
   out += quote;
   out += ']';
 }
@@ -27,9 +28,19 @@ bool lacks_key(const DocumentNode& entry) {
                      [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
 }
 
+// Whether a node is there without doing anything: neither JSON nor XML has a word for that. Keys
+// say which entry is meant.
+bool is_idle(const DocumentNode& node) {
+  const bool is_key = node.schema != nullptr && Models::is_key(node.schema);
+  return node.operation == Operation::kNone && !is_key &&
+         std::all_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
+           return is_idle(child) || (child.schema != nullptr && Models::is_key(child.schema));
+         });
+}
+
 }  // namespace
 
-std::string print_document(const Models& /*models*/, const Document& document, Format format,
+std::string print_document(const Document& document, Format format,
                            std::vector<std::string>& notes) {
   switch (format) {
     case Format::kJson:
@@ -94,12 +105,14 @@ std::vector<const DocumentNode*> shown_nodes(const std::vector<DocumentNode>& si
                                              NodePath& path, std::vector<std::string>& notes) {
   std::vector<const DocumentNode*> shown;
   for (const auto& node : siblings) {
+    if (is_idle(node)) continue;
     if (!lacks_key(node)) {
       shown.push_back(&node);
       continue;
     }
     path.push_back(&node);
-    notes.push_back("An entry without its keys is left out: " + instance_path(path));
+    notes.push_back("an entry without its keys is left out (the formats tree and calls show it): " +
+                    instance_path(path));
     path.pop_back();
   }
   return shown;

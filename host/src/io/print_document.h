@@ -16,7 +16,7 @@ namespace ocifip {
 // attributes (XML); kNone is shown by `tree` alone. An entry without its keys is left out of JSON
 // and XML, and a sentence that names it is added to notes. Values that a type would not accept are
 // printed as they are. `format` is not kCalls.
-std::string print_document(const Models& models, const Document& document, Format format,
+std::string print_document(const Document& document, Format format,
                            std::vector<std::string>& notes);
 
 // Instance path of a node given the nodes from the top down to it, as

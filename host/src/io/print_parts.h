@@ -26,8 +26,9 @@ std::string_view shown_operation(const DocumentNode& node);
 // The value of an entry's key; null when the entry lacks it.
 const std::string* key_value(const DocumentNode& entry, std::string_view key);
 
-// The nodes among siblings that JSON and XML show. Left out are entries that lack a key; a note
-// says so for each. The path ends with the parent, and is as before at the end.
+// The nodes among siblings that JSON and XML show. Left out are nodes that neither do anything
+// themselves nor lead to one that does, and entries that lack a key; a note says so for each entry.
+// The path ends with the parent, and is as before at the end.
 std::vector<const DocumentNode*> shown_nodes(const std::vector<DocumentNode>& siblings,
                                              NodePath& path, std::vector<std::string>& notes);
 

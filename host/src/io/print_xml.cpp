@@ -29,10 +29,7 @@ class XmlPrinter {
  public:
   explicit XmlPrinter(std::vector<std::string>& notes) : notes_(notes) {}
 
-  std::string print(const Document& document) {
-    append_nodes(shown_nodes(document.roots, path_, notes_));
-    return std::move(out_);
-  }
+  std::string print(const Document& document);
 
  private:
   void append_nodes(const std::vector<const DocumentNode*>& nodes);
@@ -43,7 +40,22 @@ class XmlPrinter {
   std::vector<std::string>& notes_;
   std::string out_;
   NodePath path_;
+  std::size_t outer_depth_ = 0;  // of elements around the top-level nodes
 };
+
+// XML has one element at the top: several nodes stand in the one that NETCONF has for that.
+std::string XmlPrinter::print(const Document& document) {
+  const auto roots = shown_nodes(document.roots, path_, notes_);
+  outer_depth_ = roots.size() > 1 ? 1 : 0;
+  if (outer_depth_ != 0) {
+    out_ += "<config";
+    append_attribute("xmlns", kNetconfNamespace);
+    out_ += ">\n";
+  }
+  append_nodes(roots);
+  if (outer_depth_ != 0) out_ += "</config>\n";
+  return std::move(out_);
+}
 
 void XmlPrinter::append_nodes(const std::vector<const DocumentNode*>& nodes) {
   for (const auto* node : nodes) {
@@ -55,7 +67,7 @@ void XmlPrinter::append_nodes(const std::vector<const DocumentNode*>& nodes) {
 
 void XmlPrinter::append_node(const DocumentNode& node) {
   const auto depth = path_.size() - 1;
-  indent(out_, depth);
+  indent(out_, outer_depth_ + depth);
   out_ += '<' + node.tag;
   const std::string_view outer =
       depth == 0 ? std::string_view() : path_[depth - 1]->module_namespace;
@@ -68,7 +80,7 @@ void XmlPrinter::append_node(const DocumentNode& node) {
   if (!children.empty()) {
     out_ += ">\n";
     append_nodes(children);
-    indent(out_, depth);
+    indent(out_, outer_depth_ + depth);
     out_ += "</" + node.tag + ">\n";
   } else if (node.value && !node.value->empty()) {
     out_ += '>';
@@ -104,7 +116,7 @@ void XmlPrinter::append_text(std::string_view text) {
     }
   }
   if (is_replaced) {
-    notes_.push_back("Control characters, which XML cannot hold, are replaced: " +
+    notes_.push_back("control characters, which XML cannot hold, are replaced: " +
                      instance_path(path_));
   }
 }

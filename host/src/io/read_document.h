@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_IO_READ_DOCUMENT_H_
 #define OCIFIP_HOST_IO_READ_DOCUMENT_H_
 
+#include <optional>
 #include <string>
 
 #include "io/document.h"
@@ -24,15 +25,14 @@ Document read_document(const Models& models, const Source& source);
 // Turns an instance path, "/interfaces/interface[name='Eth1']/subinterfaces", into a document that
 // holds the named nodes and their keys, and nothing else. Steps may carry a module prefix
 // ("openconfig-if-ip:ipv4"); without one a step is looked up by name. A list step may have no keys
-// when it is the last. Returns the one root. Throws InputError naming the path and the place.
-Document read_path(const Models& models, const std::string& path);
-
-// The innermost node of a document that is a single chain below its root, keys set aside: the node
-// that a path names.
-DocumentNode& path_target(Document& document);
+// when it is the last. `operation`, when given, is that of the node that the path names. Throws
+// InputError naming the path and the place.
+Document read_path(const Models& models, const std::string& path,
+                   std::optional<Operation> operation = std::nullopt);
 
 // Adds a document's nodes to another's: entries with the same keys, and containers of the same
-// name, are joined; a leaf of the second replaces the first's.
+// name, are joined; a leaf of the second replaces the first's. Throws InputError for a node that
+// one of them deletes and the other does not.
 void merge_document(Document& target, Document addition);
 
 }  // namespace ocifip

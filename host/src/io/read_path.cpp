@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "io/document_nodes.h"
 #include "io/read_document.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
@@ -24,9 +25,10 @@ struct Step {
 
 class PathReader {
  public:
-  PathReader(const Models& models, const std::string& path)
+  PathReader(const Models& models, const std::string& path, std::optional<Operation> operation)
       : models_(models),
         path_(path),
+        operation_(operation),
         left_(path),
         builder_(models, path.empty() ? in_quotes(path) : path) {}
 
@@ -42,14 +44,15 @@ class PathReader {
   void skip_blanks();
 
   const lysc_node* find(const lysc_node* parent, const Step& step) const;
-  DocumentNode node_of(const lysc_node* schema) const;
   void open_step(const lysc_node* schema, const Step& step);
+  [[nodiscard]] DocumentNode* chosen_key(const lysc_node* schema);
   void add_keys(const lysc_node* schema, const Step& step);
 
   const Models& models_;
   const std::string& path_;
-  std::string_view left_;  // of the path, unread
-  std::string walked_;     // the steps so far, without predicates
+  std::optional<Operation> operation_;  // of the node that the path names
+  std::string_view left_;               // of the path, unread
+  std::string walked_;                  // the steps so far, without predicates
   TreeBuilder builder_;
 };
 
@@ -62,11 +65,26 @@ Document PathReader::read() {
     const auto step = take_step();
     schema = find(schema, step);
     walked_ = walked_ + '/' + std::string(step.tag);
+    if (DocumentNode* key = operation_ && left_.empty() ? chosen_key(schema) : nullptr) {
+      key->operation = operation_;
+      break;
+    }
     open_step(schema, step);
     ++depth;
+    if (left_.empty()) builder_.current().operation = operation_;
   } while (!left_.empty());
   for (; depth > 0; --depth) builder_.close();
   return builder_.finish();
+}
+
+// The key leaf of the entry that a path is in, when the entry was chosen by it.
+DocumentNode* PathReader::chosen_key(const lysc_node* schema) {
+  if (builder_.at_top()) return nullptr;
+  const auto keys = builder_.children();
+  const auto found = std::find_if(keys.begin(), keys.end(), [schema](const DocumentNode& key) {
+    return key.schema == schema && is_key(key);
+  });
+  return found == keys.end() ? nullptr : &*found;
 }
 
 Step PathReader::take_step() {
@@ -157,18 +175,12 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
       found = child;
     }
   }
-  if (found == nullptr) fail("no such node: " + in_quotes(step.tag) + where);
+  if (found == nullptr) {
+    const auto name = step.module.empty() ? std::string(step.tag)
+                                          : std::string(step.module) + ':' + std::string(step.tag);
+    fail("no such node: " + in_quotes(name) + where);
+  }
   return found;
-}
-
-DocumentNode PathReader::node_of(const lysc_node* schema) const {
-  DocumentNode node;
-  node.tag = Models::tag(schema);
-  node.module = Models::module(schema);
-  node.module_namespace = Models::module_namespace(schema);
-  node.kind = Models::kind(schema);
-  node.schema = schema;
-  return node;
 }
 
 void PathReader::open_step(const lysc_node* schema, const Step& step) {
@@ -218,25 +230,11 @@ void PathReader::add_keys(const lysc_node* schema, const Step& step) {
   }
 }
 
-// The child that the chain goes on with: keys that have values only choose an entry.
-DocumentNode* next_in_chain(DocumentNode& node) {
-  const auto is_chosen_by = [](const DocumentNode& child) {
-    return child.schema != nullptr && Models::is_key(child.schema) && child.value.has_value();
-  };
-  const auto found = std::find_if_not(node.children.begin(), node.children.end(), is_chosen_by);
-  return found == node.children.end() ? nullptr : &*found;
-}
-
 }  // namespace
 
-Document read_path(const Models& models, const std::string& path) {
-  return PathReader(models, path).read();
-}
-
-DocumentNode& path_target(Document& document) {
-  DocumentNode* target = &document.roots.front();
-  while (auto* next = next_in_chain(*target)) target = next;
-  return *target;
+Document read_path(const Models& models, const std::string& path,
+                   std::optional<Operation> operation) {
+  return PathReader(models, path, operation).read();
 }
 
 }  // namespace ocifip

@@ -1,188 +1,204 @@
 #include "io/read_xml.h"
 
-#include <libyang/libyang.h>
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
 
-#include <algorithm>
-#include <charconv>
+#include <exception>
 #include <memory>
+#include <new>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "io/netconf.h"
-#include "io/quiet_libyang.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
 
 namespace ocifip {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-using Context = std::unique_ptr<ly_ctx, decltype(&ly_ctx_destroy)>;
-using Elements = std::unique_ptr<lyd_node, decltype(&lyd_free_all)>;
+// The parser is fed in parts, so that it needs no more than one at a time.
+constexpr std::size_t kPartSize = 65536;
 
 bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
-std::string_view text_of(const char* text) { return text == nullptr ? "" : text; }
+std::string_view text_of(const xmlChar* text) {
+  return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
 
-// Gives each element the line that its tag begins on: libyang's trees have the text's order, but
-// no lines.
-class TagLines {
- public:
-  explicit TagLines(std::string_view text) : text_(text) {}
-
-  int next() {
-    while (!text_.empty() && !find_opening_tag()) {
-    }
-    const int line = line_;
-    pass(1);
-    return line;
-  }
-
- private:
-  // Goes to the next "<", and past what it begins when that is no opening tag.
-  bool find_opening_tag() {
-    pass(text_.find('<'));
-    if (text_.starts_with("<!--")) return pass_through("-->");
-    if (text_.starts_with("<![CDATA[")) return pass_through("]]>");
-    if (text_.starts_with("<?")) return pass_through("?>");
-    if (text_.starts_with("</")) return pass_through(">");
-    return true;
-  }
-
-  bool pass_through(std::string_view mark) {
-    pass(text_.find(mark));
-    pass(mark.size());
-    return false;
-  }
-
-  void pass(std::size_t count) {
-    const auto passed = text_.substr(0, count);
-    line_ += static_cast<int>(std::count(passed.begin(), passed.end(), '\n'));
-    text_.remove_prefix(passed.size());
-  }
-
-  std::string_view text_;
-  int line_ = 1;
+// An attribute as the parser gives it: five pointers.
+struct Attribute {
+  const xmlChar* name;
+  const xmlChar* prefix;
+  const xmlChar* module_namespace;
+  const xmlChar* value;
+  const xmlChar* value_end;
 };
 
-// libyang as a reader of XML alone: it knows no module here, and keeps every element as it came.
+// Takes libxml2's events. None of its functions may leave with an exception: what fails is kept,
+// and the parser stopped.
 class XmlReader {
  public:
-  XmlReader(const Models& models, const std::string& name, std::string_view text)
-      : name_(name), text_(text), lines_(text_), builder_(models, name) {}
+  XmlReader(const Models& models, const std::string& name)
+      : name_(name), builder_(models, name), handler_(make_handler()) {}
 
-  Document read();
+  Document read(std::string_view text);
 
  private:
-  Elements parse(ly_ctx* context);
-  void add_top(const lyd_node_opaq& element);
-  void add(const lyd_node_opaq& element);
-  void add_children(const lyd_node_opaq& element);
-  void annotate(const lyd_node_opaq& element, DocumentNode* node, int line);
-  void settle(DocumentNode& node, const lyd_node_opaq& element);
-  [[noreturn]] void fail(int line, const std::string& reason) const {
-    throw input_error(name_, line, reason);
+  struct Element {
+    bool is_wrapper = false;  // "config" or "data" around the nodes
+    bool has_children = false;
+    std::string text{};
+  };
+
+  static xmlSAXHandler make_handler();
+  template <typename Step>
+  static void take(void* reader, const Step& step);
+
+  void open(std::string_view tag, std::string_view module_namespace,
+            std::span<const Attribute> attributes);
+  void close();
+  void add_text(std::string_view text);
+  void annotate(std::span<const Attribute> attributes, DocumentNode* node);
+  static void settle(DocumentNode& node, Element& element);
+  [[nodiscard]] int line() const { return xmlSAX2GetLineNumber(parser_.get()); }
+  [[noreturn]] void fail(const std::string& reason) const {
+    throw input_error(name_, line(), reason);
   }
 
   const std::string& name_;
-  std::string text_;
-  TagLines lines_;
   TreeBuilder builder_;
+  xmlSAXHandler handler_;
+  std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser_{nullptr, &xmlFreeParserCtxt};
+  std::vector<Element> open_;
+  std::exception_ptr failure_;
 };
 
-// libyang's reason for refusing a text, with its line.
-[[noreturn]] void fail_with_reason(const ly_ctx* context, const std::string& name) {
-  const auto* const item = ly_err_first(context);
-  if (item == nullptr) throw input_error(name, 0, "not valid XML");
-  constexpr std::string_view kLine = "Line number ";
-  int line = 0;
-  const auto place = text_of(item->path);
-  if (const auto at = place.find(kLine); at != std::string_view::npos) {
-    std::from_chars(place.data() + at + kLine.size(), place.data() + place.size(), line);
+// Takes one event, unless an earlier one failed.
+template <typename Step>
+void XmlReader::take(void* reader, const Step& step) {
+  auto& self = *static_cast<XmlReader*>(reader);
+  if (self.failure_) return;
+  try {
+    step(self);
+  } catch (...) {
+    self.failure_ = std::current_exception();
+    xmlStopParser(self.parser_.get());
   }
-  throw input_error(name, line, "not valid XML: " + std::string(text_of(item->msg)));
 }
 
-Elements XmlReader::parse(ly_ctx* context) {
-  const QuietLibyang quiet;
-  lyd_node* first = nullptr;
-  const auto result = lyd_parse_data_mem(context, text_.c_str(), LYD_XML,
-                                         LYD_PARSE_ONLY | LYD_PARSE_OPAQ, 0, &first);
-  Elements elements(first, &lyd_free_all);
-  if (result != LY_SUCCESS) fail_with_reason(context, name_);
-  return elements;
+xmlSAXHandler XmlReader::make_handler() {
+  xmlSAXHandler handler{};
+  handler.initialized = XML_SAX2_MAGIC;
+  handler.startElementNs = [](void* reader, const xmlChar* tag, const xmlChar* /*prefix*/,
+                              const xmlChar* module_namespace, int /*namespace_count*/,
+                              const xmlChar** /*namespaces*/, int attribute_count,
+                              int /*defaulted_count*/, const xmlChar** attributes) {
+    const std::span all(reinterpret_cast<const Attribute*>(attributes),
+                        static_cast<std::size_t>(attribute_count));
+    take(reader, [&](XmlReader& self) { self.open(text_of(tag), text_of(module_namespace), all); });
+  };
+  handler.endElementNs = [](void* reader, const xmlChar*, const xmlChar*, const xmlChar*) {
+    take(reader, [](XmlReader& self) { self.close(); });
+  };
+  handler.characters = [](void* reader, const xmlChar* text, int length) {
+    take(reader, [&](XmlReader& self) {
+      self.add_text({reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
+    });
+  };
+  handler.ignorableWhitespace = handler.characters;
+  handler.cdataBlock = handler.characters;
+  // Nothing here needs a document type, which can hold bombs.
+  handler.internalSubset = [](void* reader, const xmlChar*, const xmlChar*, const xmlChar*) {
+    take(reader, [](XmlReader& self) { self.fail("a document type is not accepted"); });
+  };
+  handler.serror = [](void* reader, xmlErrorPtr error) {
+    if (error->level == XML_ERR_WARNING) return;
+    take(reader, [&](XmlReader& self) {
+      throw input_error(self.name_, error->line, "not valid XML: " + in_one_line(error->message));
+    });
+  };
+  return handler;
 }
 
-const lyd_node_opaq& opaque(const lyd_node* node) {
-  return *reinterpret_cast<const lyd_node_opaq*>(node);
-}
-
-Document XmlReader::read() {
-  ly_ctx* created = nullptr;
-  if (ly_ctx_new(nullptr, LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD, &created) !=
-      LY_SUCCESS) {
-    fail(0, "no memory to read it");
+Document XmlReader::read(std::string_view text) {
+  parser_.reset(xmlCreatePushParserCtxt(&handler_, this, nullptr, 0, nullptr));
+  if (parser_ == nullptr) throw std::bad_alloc();
+  xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+  while (!text.empty() && !failure_) {
+    const auto part = text.substr(0, kPartSize);
+    text.remove_prefix(part.size());
+    xmlParseChunk(parser_.get(), part.data(), static_cast<int>(part.size()), text.empty() ? 1 : 0);
   }
-  const Context context(created, &ly_ctx_destroy);
-  const auto elements = parse(context.get());
-  if (!elements) fail(0, "no element in it");
-  for (const auto* node = elements.get(); node != nullptr; node = node->next) add_top(opaque(node));
+  if (failure_) std::rethrow_exception(failure_);
   return builder_.finish();
 }
 
-// A top-level element is a node, or the "config" or "data" around the nodes.
-void XmlReader::add_top(const lyd_node_opaq& element) {
-  const std::string_view name = element.name.name;
-  const bool is_wrapper =
-      text_of(element.name.module_ns) == kNetconfNamespace && (name == "config" || name == "data");
-  if (!is_wrapper) return add(element);
-  const int line = lines_.next();
-  annotate(element, nullptr, line);
-  if (!is_blank(text_of(element.value))) fail(line, "text outside of a node");
-  add_children(element);
-}
-
-void XmlReader::add(const lyd_node_opaq& element) {
-  const int line = lines_.next();
-  auto node = builder_.xml_node(text_of(element.name.module_ns), element.name.name, line);
-  annotate(element, &node, line);
-  if (element.child != nullptr && !is_blank(text_of(element.value))) {
-    fail(line, "text and elements side by side in " + in_quotes(element.name.name));
+void XmlReader::open(std::string_view tag, std::string_view module_namespace,
+                     std::span<const Attribute> attributes) {
+  if (!open_.empty()) {
+    if (!is_blank(open_.back().text)) {
+      fail("text and elements side by side, before " + in_quotes(tag));
+    }
+    open_.back().has_children = true;
   }
-  builder_.open(std::move(node));
-  add_children(element);
-  settle(builder_.current(), element);
-  builder_.close();
+  const bool is_wrapper =
+      open_.empty() && module_namespace == kNetconfNamespace && (tag == "config" || tag == "data");
+  if (is_wrapper) {
+    annotate(attributes, nullptr);
+  } else {
+    auto node = builder_.xml_node(module_namespace, tag, line());
+    annotate(attributes, &node);
+    builder_.open(std::move(node));
+  }
+  open_.push_back({.is_wrapper = is_wrapper});
 }
 
-void XmlReader::add_children(const lyd_node_opaq& element) {
-  for (const auto* node = element.child; node != nullptr; node = node->next) add(opaque(node));
+void XmlReader::close() {
+  Element& element = open_.back();
+  if (!element.is_wrapper) {
+    settle(builder_.current(), element);
+    builder_.close();
+  }
+  open_.pop_back();
+}
+
+void XmlReader::add_text(std::string_view text) {
+  Element& element = open_.back();
+  if (!element.is_wrapper && !element.has_children) {
+    element.text += text;
+  } else if (!is_blank(text)) {
+    fail(element.is_wrapper ? "text outside of a node" : "text and elements side by side");
+  }
 }
 
 // Takes over the operation among an element's attributes; the others mean nothing here.
-void XmlReader::annotate(const lyd_node_opaq& element, DocumentNode* node, int line) {
-  for (const auto* attribute = element.attr; attribute != nullptr; attribute = attribute->next) {
-    const std::string_view name = attribute->name.name;
+void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* node) {
+  for (const auto& attribute : attributes) {
+    const auto name = text_of(attribute.name);
     if (name != "operation") continue;
-    if (text_of(attribute->name.module_ns) != kNetconfNamespace) {
+    if (text_of(attribute.module_namespace) != kNetconfNamespace) {
       // Passed over, it would turn a delete into a write.
-      fail(line, "attribute " + in_quotes(name) + " is not in the namespace " +
-                     std::string(kNetconfNamespace));
+      fail("attribute " + in_quotes(name) + " is not in the namespace " +
+           std::string(kNetconfNamespace));
     }
-    if (node == nullptr) fail(line, "an operation outside of a node");
-    builder_.annotate(*node, attribute->value, line);
+    if (node == nullptr) fail("an operation outside of a node");
+    const std::string_view operation(
+        reinterpret_cast<const char*>(attribute.value),
+        static_cast<std::size_t>(attribute.value_end - attribute.value));
+    builder_.annotate(*node, operation, line());
   }
 }
 
 // What an element is when all of it is known.
-void XmlReader::settle(DocumentNode& node, const lyd_node_opaq& element) {
+void XmlReader::settle(DocumentNode& node, Element& element) {
   const auto known = node.schema == nullptr ? NodeKind::kContainer : Models::kind(node.schema);
   const bool is_known_inner =
       node.schema != nullptr && (known == NodeKind::kContainer || known == NodeKind::kList);
-  const bool is_empty = is_blank(text_of(element.value));
-  if (element.child != nullptr || (is_empty && is_known_inner)) {
+  const bool is_empty = is_blank(element.text);
+  if (element.has_children || (is_empty && is_known_inner)) {
     node.kind = is_known_inner ? known : NodeKind::kContainer;
     return;
   }
@@ -194,15 +210,14 @@ void XmlReader::settle(DocumentNode& node, const lyd_node_opaq& element) {
   if (is_empty && is_of_type_empty) {
     node.value.emplace();
   } else if (!is_empty || !is_deleted) {
-    node.value = text_of(element.value);
+    node.value = std::move(element.text);
   }
 }
 
 }  // namespace
 
 Document read_xml(const Models& models, const std::string& name, std::string_view text) {
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  return XmlReader(models, name, text).read();
+  return XmlReader(models, name).read(text);
 }
 
 }  // namespace ocifip

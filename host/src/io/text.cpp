@@ -134,6 +134,19 @@ std::string in_quotes(std::string_view text) {
   return out + "...";
 }
 
+std::string in_one_line(std::string_view text) {
+  text = text.substr(0, text.find_last_not_of(" \n") + 1);
+  std::string out;
+  for (const char c : valid_utf8(text)) {
+    if (is_within(c, 0x00, 0x1F) || c == '\x7F') {
+      append_escape(out, c);
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
 bool is_identifier(std::string_view text) {
   const auto begins = [](char c) { return is_letter(c) || c == '_'; };
   const auto continues = [&](char c) {

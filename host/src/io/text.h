@@ -31,6 +31,10 @@ void append_quoted(std::string& out, std::string_view text);
 // The text in double quotes for a message: escaped, and cut short when it is long.
 std::string in_quotes(std::string_view text);
 
+// The text as one line of a message: valid UTF-8, with control characters escaped, and without line
+// feeds at its end.
+std::string in_one_line(std::string_view text);
+
 // Whether a text can be the name of a YANG node.
 bool is_identifier(std::string_view text);
 

@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "io/document_nodes.h"
 #include "io/text.h"
 
 namespace ocifip {
@@ -127,12 +128,25 @@ void TreeBuilder::check_depth(int line) const {
   fail(line, "nodes are nested deeper than " + std::to_string(kDeepestNode) + " levels");
 }
 
-void TreeBuilder::check_kinds(std::span<const DocumentNode> nodes) const {
-  for (const auto& node : nodes) {
-    if (node.schema == nullptr || Models::kind(node.schema) == node.kind) continue;
-    fail(node.line, in_quotes(node.tag) + " is " +
-                        std::string(kind_name(Models::kind(node.schema))) + " in the model, but " +
-                        std::string(kind_name(node.kind)) + " here");
+void TreeBuilder::check_kind(const DocumentNode& node) const {
+  if (Models::kind(node.schema) == node.kind) return;
+  fail(node.line, in_quotes(node.tag) + " is " + std::string(kind_name(Models::kind(node.schema))) +
+                      " in the model, but " + std::string(kind_name(node.kind)) + " here");
+}
+
+// Nodes that no model knows are what they look like.
+void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
+  SiblingIndex index;
+  for (auto& node : nodes) {
+    if (node.schema == nullptr) continue;
+    check_kind(node);
+    // How often an entry names a key is for the mapping to see.
+    if (node.kind == NodeKind::kLeafList || is_key(node)) continue;
+    if (index.find(node) != nullptr) {
+      fail(node.line, "a second " + in_quotes(node.tag) +
+                          (node.kind == NodeKind::kList ? " with the same keys" : ""));
+    }
+    index.add(node);
   }
 }
 
@@ -147,7 +161,7 @@ void TreeBuilder::close() {
   const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_child);
   node.children.assign(std::make_move_iterator(first), std::make_move_iterator(pending_.end()));
   pending_.erase(first, pending_.end());
-  check_kinds(node.children);
+  check_siblings(node.children);
   arrange(node.children);
   pending_.push_back(std::move(node));
 }
@@ -162,7 +176,7 @@ std::span<DocumentNode> TreeBuilder::children() {
 }
 
 Document TreeBuilder::finish() {
-  check_kinds(pending_);
+  check_siblings(pending_);
   return {std::move(name_), std::move(pending_)};
 }
 

@@ -33,8 +33,8 @@ class TreeBuilder {
   void annotate(DocumentNode& node, std::string_view operation, int line) const;
 
   // Opens a node: what follows, up to the matching close, is below it. Throws InputError when nodes
-  // are nested too deeply, and, when a node is closed, for one below it of another kind than the
-  // model's.
+  // are nested too deeply, and, when a node is closed, for one below it that is of another kind
+  // than the model's, or that is there twice.
   void open(DocumentNode node);
   void close();
   void add(DocumentNode node);  // a node without children
@@ -55,7 +55,8 @@ class TreeBuilder {
   };
 
   void check_depth(int line) const;
-  void check_kinds(std::span<const DocumentNode> nodes) const;
+  void check_siblings(std::span<DocumentNode> nodes) const;
+  void check_kind(const DocumentNode& node) const;
 
   const Models& models_;
   std::string name_;

@@ -11,53 +11,109 @@ namespace ocifip {
 namespace {
 
 constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
+constexpr std::string_view kInterfaceManager = "Halvane-Ombrix-ifmgr-cfg";
 
 // Most bytes of a text that the request state has room for, its terminator aside.
 constexpr std::size_t kLongestName = sizeof(yfw_map_request_state::current_ifname) - 1;
 constexpr std::size_t kLongestIndex = sizeof(yfw_map_request_state::current_subif_index) - 1;
+
+// A key that the request state keeps, and how messages call it.
+struct KeptKey {
+  std::string_view module;
+  std::string_view tag;
+  std::string_view what;
+  std::size_t longest;
+};
+
+constexpr KeptKey kName = {kInterfacesModule, "name", "interface name", kLongestName};
+constexpr KeptKey kIndex = {kInterfacesModule, "index", "subinterface index", kLongestIndex};
+constexpr KeptKey kNativeName = {kInterfaceManager, "interface-name", "interface name",
+                                 kLongestName};
 
 [[noreturn]] void fail(const Document& document, const DocumentNode& node,
                        const std::string& reason) {
   throw input_error(document.name, node.line, reason);
 }
 
-bool is(const DocumentNode& node, std::string_view tag) {
-  return node.module == kInterfacesModule && node.tag == tag;
+[[noreturn]] void fail_at_top(const Document& document, const DocumentNode& root) {
+  std::string name = root.module.empty() ? root.module_namespace : root.module;
+  name.append(name.empty() ? "" : ":").append(root.tag);
+  fail(document, root, "no mapping for " + in_quotes(name) + " at the top");
 }
 
-void check_key(const Document& document, const DocumentNode& entry, std::string_view key,
-               std::string_view what, std::size_t longest) {
+bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
+  return node.module == module && node.tag == tag;
+}
+
+// Returns whether the entry has the key.
+bool check_key(const Document& document, const DocumentNode& entry, const KeptKey& key) {
+  bool has_key = false;
   for (const DocumentNode& leaf : entry.children) {
-    if (is(leaf, key) && leaf.value && leaf.value->size() > longest) {
+    if (!is(leaf, key.module, key.tag) || !leaf.value) {
+      continue;
+    }
+    has_key = has_key || !leaf.value->empty();
+    if (leaf.value->size() > key.longest) {
       fail(document, leaf,
-           std::string(what) + ' ' + in_quotes(*leaf.value) + " is longer than " +
-               std::to_string(longest) + " characters");
+           std::string(key.what) + ' ' + in_quotes(*leaf.value) + " is longer than " +
+               std::to_string(key.longest) + " characters");
     }
   }
+  return has_key;
 }
 
 void check_entries(const Document& document, const DocumentNode& node) {
   for (const DocumentNode& child : node.children) {
-    if (is(child, "interface")) {
-      check_key(document, child, "name", "interface name", kLongestName);
-    } else if (is(child, "subinterface")) {
-      check_key(document, child, "index", "subinterface index", kLongestIndex);
+    const bool is_interface = is(child, kInterfacesModule, "interface");
+    if (is_interface) {
+      check_key(document, child, kName);
+    } else if (is(child, kInterfacesModule, "subinterface")) {
+      check_key(document, child, kIndex);
     }
-    if (is(child, "interface") || is(child, "subinterfaces")) {
+    if (is_interface || is(child, kInterfacesModule, "subinterfaces")) {
       check_entries(document, child);
     }
   }
 }
 
+void check_native_entries(const Document& document, const DocumentNode& node) {
+  for (const DocumentNode& child : node.children) {
+    if (is(child, kInterfaceManager, "interface-configuration") &&
+        !check_key(document, child, kNativeName)) {
+      fail(document, child, "an interface-configuration without its interface-name");
+    }
+  }
+}
+
+void check_no_operations(const Document& document, const std::vector<DocumentNode>& nodes) {
+  for (const DocumentNode& node : nodes) {
+    if (node.operation) {
+      fail(document, node, "an operation in a query, on " + in_quotes(node.tag));
+    }
+    check_no_operations(document, node.children);
+  }
+}
+
 }  // namespace
+
+void check_query(const Document& document) { check_no_operations(document, document.roots); }
 
 void check_input(const Document& document) {
   for (const DocumentNode& root : document.roots) {
-    if (!is(root, "interfaces")) {
-      const std::string& module = root.module.empty() ? root.module_namespace : root.module;
-      fail(document, root, "no mapping for " + in_quotes(module + ":" + root.tag) + " at the top");
+    if (!is(root, kInterfacesModule, "interfaces")) {
+      fail_at_top(document, root);
     }
     check_entries(document, root);
+  }
+}
+
+void check_native_data(const Document& document) {
+  for (const DocumentNode& root : document.roots) {
+    if (is(root, kInterfaceManager, "interface-configurations")) {
+      check_native_entries(document, root);
+    } else if (!is(root, kInterfaceManager, "global-interface-configuration")) {
+      fail_at_top(document, root);
+    }
   }
 }
 

@@ -10,6 +10,12 @@ namespace ocifip {
 // indexes of subinterfaces that the mapping contract has no room for.
 void check_input(const Document& document);
 
+// Throws InputError for a node of a query that carries an operation.
+void check_query(const Document& document);
+
+// The same as check_input for native data that is read back; there, an interface needs its name.
+void check_native_data(const Document& document);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_MAPPING_INPUT_CHECKS_H_

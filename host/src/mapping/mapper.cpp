@@ -2,17 +2,19 @@
 
 #include <utility>
 
+#include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "mapping/input_checks.h"
 #include "result_codes.h"
+#include "tree/operations.h"
 #include "tree/output_document.h"
 #include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
 namespace {
 
-constexpr std::string_view kUnlisted = "1";  // of a key whose type is not told apart
+constexpr std::string_view kAnyNumber = "1";  // for a key that is none of those below
 
 Operation operation_of(DefaultOperation operation) {
   switch (operation) {
@@ -23,6 +25,11 @@ Operation operation_of(DefaultOperation operation) {
     default:
       return Operation::kWrite;
   }
+}
+
+std::uint32_t request_op(Content content) {
+  return content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
+                                  : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG};
 }
 
 std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
@@ -46,6 +53,27 @@ cerrno map_input(Request& request) {
   return result;
 }
 
+// Whether an output holds more than the way to something: a leaf, an operation, or an entry of a
+// list. Native interfaces are no more than the way.
+bool has_effect(const OutputNode& node) {
+  const Place& place = *node.place;
+  const std::uint8_t operation = node.head.edit_operation;
+  const bool is_thing = place.is_list() ? place.role != PlaceRole::kNativeInterface
+                                        : place.kind != NodeKind::kContainer && !place.is_key;
+  if ((operation == NIDL_YFW_EDIT_WRITE && is_thing) || operation == NIDL_YFW_EDIT_REPLACE ||
+      is_deleting(operation)) {
+    return true;
+  }
+  for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
+    for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
+      if (has_effect(*child)) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
 // --- probes --------------------------------------------------------------------------------------
 
 std::string_view probe_key(QueryExpansion::SchemaPath path, std::string_view key) {
@@ -62,7 +90,17 @@ std::string_view probe_key(QueryExpansion::SchemaPath path, std::string_view key
   if (key == "ip") {
     return is_ipv6 ? "2001:db8::1" : "192.0.2.1";
   }
-  return kUnlisted;
+  return kAnyNumber;
+}
+
+// An empty value selects nothing: whoever asks for a leaf in XML has no way to give none.
+void forget_empty_values(std::vector<DocumentNode>& nodes) {
+  for (DocumentNode& node : nodes) {
+    if (node.value && node.value->empty()) {
+      node.value.reset();
+    }
+    forget_empty_values(node.children);
+  }
 }
 
 // The nodes of a schema path, with keys for its lists; the leaf at its end has no value.
@@ -96,7 +134,6 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Augmen
 Outcome Mapper::edit(const EditRequest& request, Format format) {
   const ActiveDevice active(device_);
   const Document document = read_edit(request);
-  check_input(document);
   const Operation operation = operation_of(request.operation);
   const InputTree input(document, operation);
   Request run(framework_, input,
@@ -112,30 +149,44 @@ Outcome Mapper::query(const QueryRequest& request, Format format) {
   std::vector<std::string> notes;
   const Document document = read_query(request, notes);
   const InputTree input(document, Operation::kWrite);
-  Request run(
-      framework_, input,
-      {.request_op = request.content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
-                                                      : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG},
-       .record_calls = format == Format::kCalls,
-       .trace = trace_});
+  Request run(framework_, input,
+              {.request_op = request_op(request.content),
+               .record_calls = format == Format::kCalls,
+               .trace = trace_});
   for (const std::string& note : notes) {
     run.note(note);
   }
   return finish(run, map_input(run), format, "the request asks the device for nothing");
 }
 
+Outcome Mapper::report(const ReportRequest& request, const ReadBackEntries& entries,
+                       Format format) {
+  const ActiveDevice active(device_);
+  const Document document = read_document(models_, request.data);
+  check_native_data(document);
+  const InputTree input(document, Operation::kWrite);
+  Request run(framework_, input,
+              {.request_op = request_op(request.content),
+               .record_calls = format == Format::kCalls,
+               .trace = trace_});
+  return finish(run, read_back(run, entries), format,
+                "the data holds nothing that is mapped to OpenConfig");
+}
+
 Document Mapper::read_edit(const EditRequest& request) const {
-  Document document;
-  if (request.document) {
-    document = read_document(models_, *request.document);
-  }
+  Document edit;
   for (const std::string& path : request.deletes) {
-    Document deletion = read_path(models_, path);
-    path_target(deletion).operation = Operation::kDelete;
+    Document deletion = read_path(models_, path, Operation::kDelete);
     check_input(deletion);
-    merge_document(document, std::move(deletion));
+    merge_document(edit, std::move(deletion));
   }
-  return document;
+  if (request.document) {
+    Document document = read_document(models_, *request.document);
+    check_input(document);
+    edit.name = document.name;
+    merge_document(edit, std::move(document));
+  }
+  return edit;
 }
 
 // Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
@@ -146,6 +197,8 @@ Document Mapper::read_query(const QueryRequest& request, std::vector<std::string
   std::vector<Document> parts;
   if (request.document) {
     parts.push_back(read_document(models_, *request.document));
+    check_query(parts.back());
+    forget_empty_values(parts.back().roots);
   }
   for (const std::string& path : request.paths) {
     parts.push_back(read_path(models_, path));
@@ -174,7 +227,6 @@ bool Mapper::is_refused(QueryExpansion::SchemaPath path) {
 
 Outcome Mapper::finish(Request& request, cerrno result, Format format, const char* nothing) const {
   Outcome outcome;
-  outcome.notes = request.notes();
   if (request.recorder() != nullptr) {
     outcome.text = request.recorder()->text();
   }
@@ -182,12 +234,12 @@ Outcome Mapper::finish(Request& request, cerrno result, Format format, const cha
     outcome.refusal = request.refusal(result);
     return outcome;
   }
-  if (request.output().is_empty()) {
+  outcome.notes = request.notes();
+  if (!has_effect(*request.output().root())) {
     outcome.notes.emplace_back(nothing);
   }
   if (format != Format::kCalls) {
-    outcome.text =
-        print_document(models_, to_document(request.output(), "output"), format, outcome.notes);
+    outcome.text = print_document(to_document(request.output(), "output"), format, outcome.notes);
   }
   return outcome;
 }

@@ -8,6 +8,7 @@
 #include "device/device_directory.h"
 #include "io/models.h"
 #include "mapping/query_expansion.h"
+#include "mapping/read_back.h"
 #include "ocifip/host.h"
 #include "request/request.h"
 #include "tree/path_cache.h"
@@ -19,9 +20,10 @@ class Mapper {
   Mapper(const Models& models, const DeviceDirectory& device, const AugmentEntries& entries,
          bool trace);
 
-  // Both throw InputError.
+  // All throw InputError.
   Outcome edit(const EditRequest& request, Format format);
   Outcome query(const QueryRequest& request, Format format);
+  Outcome report(const ReportRequest& request, const ReadBackEntries& entries, Format format);
 
  private:
   [[nodiscard]] Document read_edit(const EditRequest& request) const;

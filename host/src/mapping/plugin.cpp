@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "ocifip/host.h"
+#include "records/registry.h"
 #include "yfw/text.h"
 
 namespace ocifip {
@@ -14,6 +15,15 @@ namespace {
   "ymap_ox_ocifip_openconfigifip_augment_" level "_subinterface"
 #define OCIFIP_ROUTED_VLAN_ENTRY(level) \
   "ymap_ox_ocifip_openconfigifip_augment_" level "_routed_vlan"
+
+#define OCIFIP_INTERFACE_MANAGER(name) "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_" name
+
+// In the order in which an interface-configuration entry is handed to them.
+constexpr const char* kInterfaceReadBacks[] = {
+    OCIFIP_INTERFACE_MANAGER("interfaceconfigurations_interfaceconfiguration"),
+    "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvla_interface_configuration",
+    "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvlb_interface_configuration",
+};
 
 // The plug-in's undefined symbols are this library's. They are found when it is global, which it
 // may not be in a process that loaded it by itself.
@@ -53,6 +63,12 @@ Plugin::Plugin(const std::string& file) {
   entries_.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
   entries_.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
   entries_.routed_vlan_ipv6 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvlb"));
+  read_back_.global_interface_configuration =
+      find(file, OCIFIP_INTERFACE_MANAGER("globalinterfaceconfiguration"));
+  for (const char* symbol : kInterfaceReadBacks) {
+    read_back_.interface_configuration.push_back(find(file, symbol));
+  }
+  load_records(library_.get(), file);
 }
 
 yfw_map_leaf_callback Plugin::find(const std::string& file, const char* symbol) const {

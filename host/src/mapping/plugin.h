@@ -6,17 +6,19 @@
 #include <string>
 
 #include "mapping/augment_entries.h"
+#include "mapping/read_back.h"
 
 namespace ocifip {
 
 class Plugin {
  public:
-  // Loads the library and finds its entry callbacks. Throws LoadError.
+  // Loads the library, finds its entry callbacks and has it register its records. Throws LoadError.
   explicit Plugin(const std::string& file);
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
 
   [[nodiscard]] const AugmentEntries& entries() const { return entries_; }
+  [[nodiscard]] const ReadBackEntries& read_back() const { return read_back_; }
 
  private:
   struct Close {
@@ -27,6 +29,7 @@ class Plugin {
 
   std::unique_ptr<void, Close> library_;
   AugmentEntries entries_;
+  ReadBackEntries read_back_;
 };
 
 }  // namespace ocifip

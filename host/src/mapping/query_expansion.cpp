@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "io/document_nodes.h"
 #include "io/print_document.h"
 
 namespace ocifip {
@@ -21,10 +22,6 @@ bool is_subinterface(const lysc_node* node) { return is_own(node, "subinterface"
 
 bool is_leaf(NodeKind kind) { return kind == NodeKind::kLeaf || kind == NodeKind::kLeafList; }
 
-bool is_key(const DocumentNode& node) {
-  return node.schema != nullptr && Models::is_key(node.schema);
-}
-
 // Whether nothing below a node is named: keys that have values only choose an entry.
 bool names_nothing_below(const DocumentNode& node) {
   return std::all_of(node.children.begin(), node.children.end(),
@@ -42,16 +39,6 @@ bool has_child(const DocumentNode& node, const lysc_node* schema) {
 }
 
 }  // namespace
-
-DocumentNode node_of(const lysc_node* schema) {
-  DocumentNode node;
-  node.tag = Models::tag(schema);
-  node.module = Models::module(schema);
-  node.module_namespace = Models::module_namespace(schema);
-  node.kind = Models::kind(schema);
-  node.schema = schema;
-  return node;
-}
 
 void QueryExpansion::expand(Document& document, std::vector<std::string>& notes) {
   notes_ = &notes;

@@ -53,9 +53,6 @@ class QueryExpansion {
   std::vector<std::string>* notes_ = nullptr;
 };
 
-// A node as the schema describes it, without value and children.
-DocumentNode node_of(const lysc_node* schema);
-
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_MAPPING_QUERY_EXPANSION_H_

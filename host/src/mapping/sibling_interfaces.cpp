@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "mapping/walked.h"
 #include "request/request.h"
 #include "result_codes.h"
 #include "services/guarded.h"
@@ -19,12 +20,6 @@ namespace {
 constexpr std::string_view kInterfacesNamespace = "http://openconfig.net/yang/interfaces";
 constexpr std::string_view kIpNamespace = "http://openconfig.net/yang/interfaces/ip";
 constexpr std::string_view kVlanNamespace = "http://openconfig.net/yang/vlan";
-
-// A list that is walked here: the path by which its current entry is recorded, and its key.
-struct WalkedList {
-  const char* path;
-  const char* key;
-};
 
 constexpr WalkedList kInterfaceList = {"/oc-if:interfaces/oc-if:interface", "name"};
 constexpr WalkedList kSubinterfaceList = {
@@ -43,45 +38,6 @@ bool is(const InputNode& node, std::string_view module_namespace, std::string_vi
 bool is_deleted(const InputNode& node) { return yfw_map_is_request_delete(&node) != 0; }
 
 bool is_container(const InputNode& node) { return node.kind == NIDL_YFW_KIND_CONTAINER; }
-
-// Whether an entry says nothing but which one it is.
-bool only_names_itself(const InputNode& entry, std::string_view key) {
-  const auto is_key = [&](const InputNode& node) { return is(node, kInterfacesNamespace, key); };
-  const auto children = children_of(entry);
-  return std::all_of(children.begin(), children.end(), [&](const InputNode& child) {
-    const auto settings = children_of(child);
-    return is_key(child) || (is(child, kInterfacesNamespace, "config") &&
-                             std::all_of(settings.begin(), settings.end(), is_key));
-  });
-}
-
-// A node being walked, for as long as it lives.
-class Walked {
- public:
-  Walked(Request& request, const InputNode& container) : request_(request), node_(container) {
-    yfw_map_add_to_node_hierarchy(request.context(), &node_, YFW_MAP_HIERARCHY_CONTAINER);
-  }
-  Walked(Request& request, const InputNode& entry, const WalkedList& list)
-      : request_(request), node_(entry) {
-    yfw_map_add_to_node_hierarchy(request.context(), &node_, YFW_MAP_HIERARCHY_LIST_ENTRY);
-    yfw_map_update_current_list_node(request.context(), list.path);
-    remembered_ =
-        yfw_map_util_itree_stack_push(request.state().visited_entries, &node_, nullptr, 0) == kOk;
-  }
-  ~Walked() {
-    if (remembered_) {
-      yfw_map_util_itree_stack_pop(request_.state().visited_entries);
-    }
-    yfw_map_remove_from_node_hierarchy(request_.context(), &node_);
-  }
-  Walked(const Walked&) = delete;
-  Walked& operator=(const Walked&) = delete;
-
- private:
-  Request& request_;
-  const InputNode& node_;
-  bool remembered_ = false;
-};
 
 // Lets entries come without keys while a subtree is mapped in which a whole list is deleted.
 class ListWideDelete {
@@ -127,11 +83,11 @@ class InterfacesMapping {
 
   cerrno map_interface(const InputNode& entry) {
     const Walked walked(request_, entry, kInterfaceList);
-    if (const cerrno result = check_key(entry, kInterfaceList); result != kOk) {
-      return result;
-    }
     if (is_deleted(entry)) {
       return refuse_whole_delete(entry);
+    }
+    if (const cerrno result = check_key(entry, kInterfaceList); result != kOk) {
+      return result;
     }
     return for_each_child(entry, [&](const InputNode& child) {
       if (is(child, kInterfacesNamespace, "subinterfaces")) {
@@ -157,21 +113,25 @@ class InterfacesMapping {
 
   cerrno map_subinterface(const InputNode& entry) {
     const Walked walked(request_, entry, kSubinterfaceList);
+    if (is_deleted(entry) && children_of(entry).empty()) {
+      return refuse_whole_delete(entry);
+    }
     if (const cerrno result = check_key(entry, kSubinterfaceList); result != kOk) {
       return result;
     }
-    if (is_deleted(entry) && only_names_itself(entry, kSubinterfaceList.key)) {
+    if (is_deleted(entry)) {
       return delete_subinterface(entry);
     }
     const ListWideDelete list_wide(request_, entry);
     return for_each_child(entry, [&](const InputNode& child) {
-      return is_own_setting(child) ? map_setting(child, kSubinterfaceList.key)
-                                   : hand_over(child, request_.entries().subinterface_ipv4,
-                                               request_.entries().subinterface_ipv6);
+      return is_own(child) ? map_setting(child, kSubinterfaceList.key)
+                           : hand_over(child, request_.entries().subinterface_ipv4,
+                                       request_.entries().subinterface_ipv6);
     });
   }
 
-  // The plug-in is handed the entry without its key, which would be no child of a family's.
+  // All of the subinterface goes, whatever the request says of its content. The plug-in is handed
+  // the bare entry: nothing of it would be a family's, or more than what goes anyway.
   cerrno delete_subinterface(const InputNode& entry) {
     InputNode bare = entry;
     bare.children = nullptr;
@@ -199,19 +159,17 @@ class InterfacesMapping {
     return (is(child, kIpNamespace, "ipv6") ? ipv6 : ipv4)(request_.context(), &child, out_);
   }
 
-  static bool is_own_setting(const InputNode& child) {
-    return is(child, kInterfacesNamespace, kSubinterfaceList.key) ||
-           is(child, kInterfacesNamespace, "config") || is(child, kInterfacesNamespace, "state");
+  // Nodes of the interfaces model are this mapping's, also those that it does not know.
+  static bool is_own(const InputNode& node) {
+    return node.module_namespace != nullptr && node.module_namespace == kInterfacesNamespace;
   }
 
   // A leaf or container of the interface or subinterface itself: only what repeats its key passes.
   cerrno map_setting(const InputNode& node, std::string_view key) {
-    const bool is_own =
-        node.module_namespace != nullptr && node.module_namespace == kInterfacesNamespace;
-    if (is_own && is(node, kInterfacesNamespace, key)) {
+    if (is(node, kInterfacesNamespace, key)) {
       return kOk;
     }
-    if (!request_.is_edit() || !is_own || !is_container(node) ||
+    if (!request_.is_edit() || !is_own(node) || !is_container(node) ||
         (is_deleted(node) && children_of(node).empty())) {
       return turn_down(node);
     }
@@ -225,15 +183,10 @@ class InterfacesMapping {
 
   // What is not mapped: an edit of it is refused, a read leaves it out.
   cerrno turn_down(const InputNode& node) {
-    const char* tag = node.tag == nullptr ? "" : node.tag;
     if (request_.is_edit()) {
-      return request_.refuse(kUnsupported, tag, kOnlyIp);
+      return request_.refuse(kUnsupported, node.tag == nullptr ? "" : node.tag, kOnlyIp);
     }
-    std::string path;
-    for (const InputNode* walked : request_.hierarchy().nodes()) {
-      path.append("/").append(walked->tag);
-    }
-    request_.note(path.append("/").append(tag).append(" is left out: ").append(kOnlyIp));
+    request_.note(request_.path_of(node) + " is left out: " + kOnlyIp);
     return kOk;
   }
 

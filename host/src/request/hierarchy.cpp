@@ -9,6 +9,8 @@ namespace ocifip {
 namespace {
 
 constexpr std::string_view kInterfaceList = "/interfaces/interface";
+constexpr std::string_view kNativeInterfaceList =
+    "/interface-configurations/interface-configuration";
 constexpr std::string_view kSubinterfaceList = "/interfaces/interface/subinterfaces/subinterface";
 
 bool is_entry(const InputNode& node) { return node.kind == NIDL_YFW_KIND_LIST; }
@@ -102,6 +104,8 @@ void Hierarchy::leave_current_entries() {
 void Hierarchy::name_interface(const std::string& list_path) {
   if (list_path == kInterfaceList) {
     store_key(current_entry(list_path), "name", state_.current_ifname);
+  } else if (list_path == kNativeInterfaceList) {
+    store_key(current_entry(list_path), "interface-name", state_.current_ifname);
   } else if (list_path == kSubinterfaceList) {
     store_key(current_entry(list_path), "index", state_.current_subif_index);
   }

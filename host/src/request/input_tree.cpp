@@ -2,18 +2,10 @@
 
 #include <algorithm>
 
-#include "io/models.h"
+#include "io/document_nodes.h"
 
 namespace ocifip {
 namespace {
-
-bool is_deleting(Operation operation) {
-  return operation == Operation::kDelete || operation == Operation::kRemove;
-}
-
-bool is_key(const DocumentNode& node) {
-  return node.schema != nullptr && Models::is_key(node.schema);
-}
 
 Operation operation_of(const DocumentNode& node, Operation inherited) {
   if (node.operation) {
@@ -22,9 +14,9 @@ Operation operation_of(const DocumentNode& node, Operation inherited) {
   return is_key(node) && is_deleting(inherited) ? Operation::kWrite : inherited;
 }
 
-bool is_entry_without_keys(const DocumentNode& node) {
-  return node.kind == NodeKind::kList &&
-         std::none_of(node.children.begin(), node.children.end(), is_key);
+// An entry that says nothing at all: one with content lacks its keys by mistake.
+bool is_whole_list(const DocumentNode& node) {
+  return node.kind == NodeKind::kList && node.children.empty();
 }
 
 }  // namespace
@@ -59,7 +51,7 @@ void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inheri
     node.child_count = static_cast<std::uint32_t>(children.size());
     node.flags |= NIDL_YFW_FLAG_HAS_SUBTREE;
   }
-  if (is_deleting(operation) && is_entry_without_keys(from)) {
+  if (is_deleting(operation) && is_whole_list(from)) {
     whole_list_deletes_.insert(&node);
   }
 }

@@ -22,7 +22,7 @@ class InputTree {
   [[nodiscard]] std::span<InputNode> roots() const { return roots_; }
   // Whether a node's annotation asks for a replacement.
   [[nodiscard]] bool replaces() const { return replaces_; }
-  // Whether a list is deleted as a whole, by an entry without keys, at or below a node.
+  // Whether a list is deleted as a whole, by an entry without children, at or below a node.
   [[nodiscard]] bool deletes_whole_list(const InputNode& node) const;
 
  private:

@@ -81,6 +81,18 @@ std::optional<std::string_view> key_from_native_name(const Hierarchy& hierarchy,
   return dot == std::string_view::npos ? "0" : name.substr(dot + 1);
 }
 
+// The key that the last of the steps from a list on repeats, or null: a leaf of its name in the
+// entry's "config" or "state", to which OpenConfig keys refer.
+const Place* named_key(Steps steps) {
+  if (steps.size() != 3 || (steps[1]->tag != "config" && steps[1]->tag != "state")) {
+    return nullptr;
+  }
+  const auto& keys = steps[0]->keys;
+  const auto found = std::find_if(keys.begin(), keys.end(),
+                                  [&](const Place* key) { return key->tag == steps[2]->tag; });
+  return found == keys.end() ? nullptr : *found;
+}
+
 std::vector<std::string_view> native_interface_keys(const Place& list, std::string_view name) {
   std::vector<std::string_view> values;
   for (const Place* key : list.keys) {
@@ -100,6 +112,10 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
   for (std::size_t i = 0; i < start->steps.size(); ++i) {
     const Place* step = start->steps[i];
     node = i + 1 < start->steps.size() ? through(node, step) : arrive(node, step, write);
+    const Place* key = named_key(start->steps.subspan(i));
+    if (key != nullptr && write.value != nullptr) {
+      node = tree_.name_entry(node, key, write.value);
+    }
   }
   if (write.value != nullptr) {
     tree_.set_value(node, write.value);
@@ -185,6 +201,8 @@ OutputNode* Placement::existing(OutputNode* parent, const Place* step) {
                          : OutputTree::find_child(parent, step);
 }
 
+// A native interface is the one of the subinterface being mapped, whatever was current before: a
+// request has several.
 OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, bool make) {
   if (list->role == PlaceRole::kNativeInterface) {
     const std::string name = request_.native_interface_name();

@@ -1,8 +1,7 @@
 #include "request/recorder.h"
 
-#include <array>
-#include <cstdio>
-
+#include "io/print_parts.h"
+#include "io/text.h"
 #include "result_codes.h"
 
 namespace ocifip {
@@ -10,48 +9,8 @@ namespace {
 
 // What a write takes from its delete source.
 std::string_view source_name(const nidl_yfw_datatree* source) {
-  if (source == nullptr) {
-    return "NONE";
-  }
-  switch (source->edit_operation) {
-    case NIDL_YFW_EDIT_REPLACE:
-      return "replace";
-    case NIDL_YFW_EDIT_DELETE:
-      return "delete";
-    case NIDL_YFW_EDIT_REMOVE:
-      return "remove";
-    case NIDL_YFW_EDIT_NONE:
-      return "none";
-    default:
-      return "write";
-  }
-}
-
-void append_escaped(std::string& text, char character) {
-  const auto code = static_cast<unsigned char>(character);
-  switch (character) {
-    case '"':
-    case '\\':
-      text.append({'\\', character});
-      break;
-    case '\n':
-      text.append("\\n");
-      break;
-    case '\r':
-      text.append("\\r");
-      break;
-    case '\t':
-      text.append("\\t");
-      break;
-    default:
-      if (code < 0x20) {
-        std::array<char, 8> escape;
-        std::snprintf(escape.data(), escape.size(), "\\u%04x", code);
-        text.append(escape.data());
-      } else {
-        text.push_back(character);
-      }
-  }
+  return source == nullptr ? "NONE"
+                           : operation_name(static_cast<Operation>(source->edit_operation));
 }
 
 std::string_view or_empty(const char* text) { return text == nullptr ? "" : text; }
@@ -67,11 +26,8 @@ void Recorder::append_value(const char* value) {
   if (value == nullptr) {
     return;
   }
-  text_.append(" =\"");
-  for (const char character : std::string_view(value)) {
-    append_escaped(text_, character);
-  }
-  text_.push_back('"');
+  text_.append(" =");
+  append_quoted(text_, value);
 }
 
 void Recorder::append_result(cerrno result) {

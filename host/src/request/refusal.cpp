@@ -9,7 +9,10 @@ std::string Refusal::text() const {
   if (!tag.empty()) {
     text.append(" tag \"").append(tag).append("\"");
   }
-  return text.append(" at ").append(path).append(" : ").append(message);
+  if (!path.empty()) {
+    text.append(" at ").append(path);
+  }
+  return text.append(" : ").append(message);
 }
 
 }  // namespace ocifip

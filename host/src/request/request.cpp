@@ -86,6 +86,19 @@ bool Request::is_edit() const {
   return op != YFW_MAP_REQUEST_READ_CONFIG && op != YFW_MAP_REQUEST_READ_STATE;
 }
 
+void Request::forget_current_entries() {
+  output_.forget_current_entries();
+  state_.current_list_node = nullptr;
+  trim_prefix_.clear();
+}
+
+std::string Request::path_of(const InputNode& child) const {
+  const auto walked = hierarchy_.nodes();
+  std::vector<const InputNode*> nodes(walked.begin(), walked.end());
+  nodes.push_back(&child);
+  return instance_path(framework_.models, nodes);
+}
+
 // Subinterface 0, or one whose index is no number, is the interface itself; another index follows
 // the interface's name as it arrived.
 std::string Request::native_interface_name() const {

@@ -67,6 +67,13 @@ class Request {
   [[nodiscard]] const std::string& trim_prefix() const { return trim_prefix_; }
   void set_trim_prefix(std::string prefix) { trim_prefix_ = std::move(prefix); }
 
+  // Leaves nothing of what was mapped so far current, so that what is mapped next finds its own
+  // place.
+  void forget_current_entries();
+
+  // Instance path of a child of the node being walked.
+  [[nodiscard]] std::string path_of(const InputNode& child) const;
+
   // Native name of the subinterface being mapped; empty when no interface is.
   [[nodiscard]] std::string native_interface_name() const;
 

@@ -114,7 +114,7 @@ OutputNode* follow(Request& request, OutputNode* node, std::span<const InstanceS
     }
     node = named_entry(node, place, step);
     if (node != nullptr) {
-      OutputTree::make_current(node);
+      request.output().make_current(node);
     }
   }
   return node;

@@ -68,7 +68,7 @@ cerrno find_entry(Request& request, const ListSearch& search, bool make,
   if (entry == nullptr) {
     return kNotFound;
   }
-  OutputTree::make_current(entry);
+  request.output().make_current(entry);
   store(found, entry);
   return kOk;
 }

@@ -25,7 +25,8 @@ std::uint8_t combined_operation(std::uint8_t existing, std::uint8_t incoming) {
   if (is_deleting(existing) && is_writing(incoming)) {
     return NIDL_YFW_EDIT_REPLACE;
   }
-  return existing == NIDL_YFW_EDIT_WRITE ? incoming : existing;
+  const bool yields = existing == NIDL_YFW_EDIT_WRITE || existing == NIDL_YFW_EDIT_NONE;
+  return yields ? incoming : existing;
 }
 
 void apply_operation(OutputNode* node, std::uint8_t operation) {

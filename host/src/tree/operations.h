@@ -10,8 +10,9 @@ namespace ocifip {
 
 bool is_deleting(std::uint8_t operation);
 
-// The operation of a node that has one and is written with another. The first that is not a plain
-// write stays, but for a write to what was deleted: that replaces it, so that neither is lost.
+// The operation of a node that has one and is written with another. The first that does
+// more than a plain write stays, but for a write to what was deleted: that replaces it, so that
+// neither is lost.
 std::uint8_t combined_operation(std::uint8_t existing, std::uint8_t incoming);
 
 // Writes a node with an operation; a write below deleted nodes turns their operations, too. A key

@@ -115,6 +115,8 @@ OutputNode* OutputTree::append(ChildSlot* slot, OutputNode* parent) {
   (slot->last == nullptr ? slot->first : slot->last->next) = node;
   slot->last = node;
   ++slot->count;
+  // A node that no model knows was taken for a leaf until it had a child.
+  parent->head.kind = contract_kind(*parent->place);
   return node;
 }
 
@@ -156,7 +158,21 @@ OutputNode* OutputTree::current_entry(const OutputNode* parent, const Place* lis
 }
 
 void OutputTree::make_current(OutputNode* entry) {
-  find_slot(entry->parent, entry->place)->current = entry;
+  set_current(find_slot(entry->parent, entry->place), entry);
+}
+
+void OutputTree::set_current(ChildSlot* slot, OutputNode* entry) {
+  if (slot->current == nullptr) {
+    current_slots_.push_back(slot);
+  }
+  slot->current = entry;
+}
+
+void OutputTree::forget_current_entries() {
+  for (ChildSlot* slot : current_slots_) {
+    slot->current = nullptr;
+  }
+  current_slots_.clear();
 }
 
 OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted) {
@@ -207,7 +223,7 @@ OutputNode* OutputTree::entry(OutputNode* parent, const Place* list, KeyValues v
 OutputNode* OutputTree::add_entry(OutputNode* parent, const Place* list) {
   ChildSlot* entries = slot(parent, list);
   OutputNode* entry = append(entries, parent);
-  entries->current = entry;
+  set_current(entries, entry);
   if (entries->index == nullptr && entries->count > kShortList && !list->keys.empty()) {
     index_all(entries);
   }

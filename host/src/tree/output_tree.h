@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "tree/arena.h"
 #include "tree/key_index.h"
@@ -64,7 +65,9 @@ class OutputTree {
 
   // The current entry of a list, or null.
   static OutputNode* current_entry(const OutputNode* parent, const Place* list);
-  static void make_current(OutputNode* entry);
+  void make_current(OutputNode* entry);
+  // Leaves no list with a current entry, as at the start of a request.
+  void forget_current_entries();
   // The entry with all its keys given, or null.
   static OutputNode* find_entry(const OutputNode* parent, const Place* list, KeyValues values);
   // The first entry with one key's value, or null.
@@ -88,6 +91,7 @@ class OutputTree {
   static OutputNode* find(const ChildSlot* slot, KeyValues wanted);
   ChildSlot* slot(OutputNode* parent, const Place* place);
   OutputNode* append(ChildSlot* slot, OutputNode* parent);
+  void set_current(ChildSlot* slot, OutputNode* entry);
   void give_key(OutputNode* entry, const Place* key, std::string_view value);
   OutputNode* complete_entry(OutputNode* entry);
   OutputNode* sibling_with(const OutputNode* entry, const Place* key, std::string_view value);
@@ -98,6 +102,7 @@ class OutputTree {
 
   Arena& arena_;
   OutputNode* root_;
+  std::vector<ChildSlot*> current_slots_;  // those with a current entry
 };
 
 }  // namespace ocifip

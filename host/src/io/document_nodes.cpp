@@ -1,0 +1,103 @@
+#include "io/document_nodes.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+namespace ocifip {
+namespace {
+
+// Up to this number of nodes, looking through them is cheaper than hashing.
+constexpr std::size_t kFewNodes = 8;
+
+// Goes through the keys that an entry's children begin with, but for those without a value, which a
+// path that names a key leaf has beside the one that chooses the entry.
+class Keys {
+ public:
+  explicit Keys(const DocumentNode& entry)
+      : at_(entry.children.data()), end_(at_ + entry.children.size()) {}
+
+  const DocumentNode* next() {
+    while (at_ != end_ && is_key(*at_)) {
+      const auto* key = at_++;
+      if (key->value) return key;
+    }
+    return nullptr;
+  }
+
+ private:
+  const DocumentNode* at_;
+  const DocumentNode* end_;
+};
+
+// Entries without keys are never the same.
+bool has_same_keys(const DocumentNode& left, const DocumentNode& right) {
+  Keys left_keys(left);
+  Keys right_keys(right);
+  const auto* one = left_keys.next();
+  const auto* other = right_keys.next();
+  if (one == nullptr) return false;
+  while (one != nullptr && other != nullptr) {
+    if (one->schema != other->schema || one->value != other->value) return false;
+    one = left_keys.next();
+    other = right_keys.next();
+  }
+  return one == other;
+}
+
+}  // namespace
+
+bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
+  if (left.kind != right.kind || left.tag != right.tag ||
+      left.module_namespace != right.module_namespace) {
+    return false;
+  }
+  switch (left.kind) {
+    case NodeKind::kList:
+      return has_same_keys(left, right);
+    case NodeKind::kLeafList:
+      return left.value == right.value;
+    case NodeKind::kLeaf:
+      return !is_key(left) || left.value.has_value() == right.value.has_value();
+    default:
+      return true;
+  }
+}
+
+std::size_t SiblingIndex::Hash::operator()(const DocumentNode* node) const {
+  std::size_t result = std::hash<std::string_view>()(node->tag);
+  const auto add = [&result](const DocumentNode& from) {
+    result = result * 31 + std::hash<std::string_view>()(from.value.value_or(""));
+  };
+  if (node->kind == NodeKind::kLeafList) add(*node);
+  if (node->kind == NodeKind::kList) {
+    Keys keys(*node);
+    while (const auto* key = keys.next()) add(*key);
+  }
+  return result;
+}
+
+DocumentNode* SiblingIndex::find(const DocumentNode& node) const {
+  if (many_.empty()) {
+    const auto found = std::find_if(few_.begin(), few_.end(), [&node](const DocumentNode* other) {
+      return is_same_node(*other, node);
+    });
+    return found == few_.end() ? nullptr : *found;
+  }
+  // A set of pointers is searched with a pointer; the node is only looked at.
+  const auto found = many_.find(const_cast<DocumentNode*>(&node));
+  return found == many_.end() ? nullptr : *found;
+}
+
+void SiblingIndex::add(DocumentNode& node) {
+  // Entries without keys would be found by none, and all have the same hash.
+  if (!is_same_node(node, node)) return;
+  if (few_.size() < kFewNodes) {
+    few_.push_back(&node);
+    return;
+  }
+  if (many_.empty()) many_.insert(few_.begin(), few_.end());
+  many_.insert(&node);
+}
+
+}  // namespace ocifip

@@ -1,0 +1,61 @@
+// What the host's parts ask of document nodes.
+#ifndef OCIFIP_HOST_IO_DOCUMENT_NODES_H_
+#define OCIFIP_HOST_IO_DOCUMENT_NODES_H_
+
+#include <cstddef>
+#include <unordered_set>
+#include <vector>
+
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+// A node as the schema describes it, without value and children.
+inline DocumentNode node_of(const lysc_node* schema) {
+  DocumentNode node;
+  node.tag = Models::tag(schema);
+  node.module = Models::module(schema);
+  node.module_namespace = Models::module_namespace(schema);
+  node.kind = Models::kind(schema);
+  node.schema = schema;
+  return node;
+}
+
+inline bool is_key(const DocumentNode& node) {
+  return node.schema != nullptr && Models::is_key(node.schema);
+}
+
+inline bool is_deleting(Operation operation) {
+  return operation == Operation::kDelete || operation == Operation::kRemove;
+}
+
+// Whether two siblings stand for the same node: a container or leaf of one name, entries with the
+// same keys, or equal values of a leaf-list. Entries without keys are never the same.
+bool is_same_node(const DocumentNode& left, const DocumentNode& right);
+
+// Finds siblings that stand for the same node, also among many in constant time.
+class SiblingIndex {
+ public:
+  // The node that was added and is the same as this one, or null.
+  [[nodiscard]] DocumentNode* find(const DocumentNode& node) const;
+  // Adds a node, which stays where it is for as long as the index is used.
+  void add(DocumentNode& node);
+
+ private:
+  struct Hash {
+    std::size_t operator()(const DocumentNode* node) const;
+  };
+  struct IsSame {
+    bool operator()(const DocumentNode* left, const DocumentNode* right) const {
+      return is_same_node(*left, *right);
+    }
+  };
+
+  std::vector<DocumentNode*> few_;
+  std::unordered_set<DocumentNode*, Hash, IsSame> many_;  // used when they are no longer few
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_DOCUMENT_NODES_H_
