@@ -42,13 +42,14 @@ class Part:
 
 PARTS = (
     Part(PLATFORM, (PLATFORM,), confined=True, c_only=True),
-    Part(PLUGIN, (PLUGIN, PLATFORM), confined=True),
+    Part(PLUGIN, (PLUGIN, PLATFORM, "records"), confined=True),
     Part("records", ("records", PLATFORM), confined=True),
     Part("host/include", ("host/include",), confined=True),
     Part("host/src", ("host/src", "host/include", PLATFORM)),
     Part("tool", ("tool", "host/include")),
     Part("tests/unit", ("tests/unit", PLUGIN, PLATFORM, "records")),
-    Part("tests/tables", ("tests/tables", PLUGIN, "host/src", "host/include", PLATFORM)),
+    Part("tests/tables", ("tests/tables", PLUGIN, "records", "host/src", "host/include", PLATFORM)),
+    Part("tests/records", ("tests/records", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "host/src", "host/include", PLATFORM)),
 )
 
