@@ -83,11 +83,11 @@ const char* oc_plat_to_ombrix_inv_name_conv_prefixlength(yfw_map_ctx* ctx, const
 // The netmask of a prefix length in bits as dotted text.
 //
 // Returns 0, or kPrefixLengthTooLong with the text untouched.
-cerrno netmask_of_length(std::uint32_t prefix_length, AddressText& netmask);
+cerrno netmask_of_length(std::uint32_t prefix_length, AddressText& text);
 
 // The same for the decimal text of a length; a text that is no number counts as 0, a missing one as
 // too long.
-cerrno netmask_of_text(const char* prefix_length, AddressText& netmask);
+cerrno netmask_of_text(const char* prefix_length, AddressText& text);
 
 // The dotted text of an address in network order.
 AddressText address_text(std::uint32_t address);

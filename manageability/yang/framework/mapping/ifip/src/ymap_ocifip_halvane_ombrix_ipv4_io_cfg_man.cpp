@@ -82,10 +82,12 @@ bool read_interface_detail(const Call& call, const InternalName& name,
   std::snprintf(path.data(), path.size(), "if/%s/0x%x/1/%s", name.data(), rsi_c_vrf_id_dflt(),
                 "ifdetail");
   DatabaseItem item;
-  if (const cerrno result = item.read(dhcp_database, path.data()); result == SYSDB_NO_MATCH) {
+  const cerrno found = item.read(dhcp_database, path.data());
+  if (found == SYSDB_NO_MATCH) {
     YMAP_TRACE(call, "No matching entries found");
     return false;
-  } else if (result != YMAP_OK) {
+  }
+  if (found != YMAP_OK) {
     YMAP_TRACE(call, "No entries found");
     return false;
   }

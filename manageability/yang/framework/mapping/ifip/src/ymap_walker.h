@@ -121,7 +121,8 @@ consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
   Index<kRows> index;
   index.slots.fill(kNoRow);
   RowIndex parent = kNoRow;
-  for (RowIndex i = 0; i < kRows; ++i) {
+  for (std::size_t at = 0; at < kRows; ++at) {
+    const auto i = static_cast<RowIndex>(at);
     const Row& row = rows[i];
     index.parents[i] = parent;
     index.first_site[i] = index.site_count;
