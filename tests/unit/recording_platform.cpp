@@ -140,6 +140,18 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, Node* base, const char* p
   return result;
 }
 
+cerrno yfw_map_add_leaf_from_xpath(yfw_map_ctx*, const Node* in, Node* out, const char* top,
+                                   const char* module_namespace, const char* const* steps,
+                                   uint32_t step_count) {
+  expect_root(out, "add_leaf");
+  std::string path;
+  for (uint32_t i = 0; i < step_count; ++i) {
+    path += steps[i];
+  }
+  return platform.serve(kWrites, "add_leaf", module_namespace, path, "top=" + std::string(top),
+                        "steps=" + std::to_string(step_count), "in=" + tag_of(in));
+}
+
 cerrno yfw_map_add_to_node_hierarchy(yfw_map_ctx*, const Node* node, uint32_t kind) {
   platform.hierarchy.push_back(node);
   return platform.serve(kHierarchy, "push", kind, tag_of(node));

@@ -29,7 +29,8 @@ using Node = nidl_yfw_datatree;
 // words.
 //
 //   kWrites     add_path NAMESPACE PATH[ ="VALUE"] source=OPERATION[!] create=N flags=N[ stored]
-//               "!": the source carries the mark of a rewritten operation
+//               "!": the source carries the mark of a rewritten operation;
+//               add_leaf NAMESPACE JOINED-STEPS top=TOP steps=N in=TAG
 //   kHierarchy  push KIND TAG, pop TAG, current LIST-PATH; remember TAG, forget TAG (the stack of
 //               visited entries); list TAG, unlist TAG (the output list)
 //   kLines      trc|err FUNCTION MESSAGE: the lines of the trace buffer, line feeds as "\n"

@@ -95,7 +95,6 @@ cerrno find_interface(yfw_map_ctx* ctx, const char* ifname, const char* internal
     // The text of the result stands twice in the line, as it always has.
     LOOKUP_TRACE(ctx, "IP-MAP: Interface name %s not found,rc = %s, due to error %s\n", ifname,
                  cerr_strerror(result), cerr_strerror(result));
-    note_no_address(ctx);
   }
   return result;
 }
@@ -147,6 +146,7 @@ cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& 
   imc_handle handle = 0;
   if (const cerrno result = find_interface(ctx, ifname, internal_name.data(), bound, handle);
       result != YMAP_OK) {
+    note_no_address(ctx);
     return result;
   }
   Response response;
@@ -171,6 +171,14 @@ cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& 
   LOOKUP_TRACE(ctx, "IP-MAP: Source address for interface %s is %s/%d\n", ifname, address.data(),
                static_cast<int>(record.prefix_length));
   return YMAP_OK;
+}
+
+bool interface_exists(yfw_map_ctx* ctx, const char* ifname) {
+  const cerrno bound = bind_interface_manager(ctx);
+  InternalName internal_name{};
+  imc_handle handle = 0;
+  return convert_to_internal_ifname(ctx, internal_name, ifname, __func__) == YMAP_OK &&
+         find_interface(ctx, ifname, internal_name.data(), bound, handle) == YMAP_OK;
 }
 
 namespace {

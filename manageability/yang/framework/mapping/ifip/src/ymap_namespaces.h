@@ -10,6 +10,15 @@ inline constexpr const char* kNamespaceTunnel = "http://openconfig.net/yang/inte
 
 inline constexpr const char* kNamespaceIfmgrCfg = "urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg";
 inline constexpr const char* kNamespaceIpv4IoCfg = "urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg";
+inline constexpr const char* kNamespaceIpv4ArpOper =
+    "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper";
+inline constexpr const char* kNamespaceIpv6MaCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-cfg";
+inline constexpr const char* kNamespaceIpv6MaOper = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-oper";
+inline constexpr const char* kNamespaceIpv6NdOper = "urn:halvane:yang:Halvane-Ombrix-ipv6-nd-oper";
+inline constexpr const char* kNamespacePrivateV4maOper =
+    "urn:halvane:yang:Halvane-Ombrix-PRIVATE-ocifip-v4ma-oper";
+inline constexpr const char* kNamespacePrivateV6maOper =
+    "urn:halvane:yang:Halvane-Ombrix-PRIVATE-ocifip-v6ma-oper";
 
 }  // namespace ymap
 

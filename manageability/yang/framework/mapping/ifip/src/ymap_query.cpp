@@ -1,0 +1,29 @@
+#include "ymap_query.h"
+
+#include <algorithm>
+
+#include "yfw/mapping.h"
+#include "ymap_request.h"
+
+namespace ymap {
+
+cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf) {
+  if (is_edit(call.ctx)) {
+    return YMAP_OK;
+  }
+  std::array<const char*, 10> steps{};
+  *std::copy_n(place.steps.begin(), place.step_count, steps.begin()) = leaf;
+  const cerrno result =
+      yfw_map_add_leaf_from_xpath(call.ctx, call.in, call.out, steps[0], place.module_namespace,
+                                  steps.data(), place.step_count + 1);
+  call.wrote = call.wrote || result == YMAP_OK;
+  return result;
+}
+
+cerrno query_native(const Call& call, const char* module_namespace, const char* path) {
+  return is_edit(call.ctx)
+             ? YMAP_OK
+             : add_path(call, module_namespace, {.path = path, .value = call.in->value});
+}
+
+}  // namespace ymap

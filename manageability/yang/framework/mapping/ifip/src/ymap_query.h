@@ -1,0 +1,49 @@
+// What a read of OpenConfig state asks of the native models.
+#ifndef YMAP_QUERY_H_
+#define YMAP_QUERY_H_
+
+#include <array>
+#include <cstdint>
+
+#include "ymap_frame.h"
+#include "ymap_namespaces.h"
+
+namespace ymap {
+
+// A place in one of the private summaries, whose trees mirror OpenConfig's below their top node:
+// the steps that lead to its leaves. The framework takes the keys from the request.
+struct Mirror {
+  const char* module_namespace;
+  std::array<const char*, 9> steps;  // from the top node on, each with its "/"
+  std::uint32_t step_count;
+};
+
+inline constexpr Mirror kIpv4Addresses = {
+    kNamespacePrivateV4maOper,
+    {"/ocifipv4ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv4",
+     "/addresses", "/address", "/state"},
+    9};
+inline constexpr Mirror kIpv4Counters = {
+    kNamespacePrivateV4maOper,
+    {"/ocifipv4ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv4",
+     "/ipv4-state", "/counters"},
+    8};
+inline constexpr Mirror kIpv6Counters = {
+    kNamespacePrivateV6maOper,
+    {"/ocifipv6ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv6",
+     "/ipv6-state", "/counters"},
+    8};
+
+// Asks for a leaf of a private summary. An edit asks for nothing.
+//
+//   leaf  its step, as "/in-pkts"
+//
+// Returns the framework's result.
+cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf);
+
+// Asks for a native path, with the node's value if it has one. An edit asks for nothing.
+cerrno query_native(const Call& call, const char* module_namespace, const char* path);
+
+}  // namespace ymap
+
+#endif  // YMAP_QUERY_H_
