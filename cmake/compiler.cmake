@@ -25,3 +25,6 @@ if(OCIFIP_SANITIZE)
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+
+# No path of the machine that builds gets into what is built.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)

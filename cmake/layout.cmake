@@ -12,13 +12,7 @@ file(RELATIVE_PATH OCIFIP_BIN_TO_MODELS ${CMAKE_INSTALL_FULL_BINDIR}
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${OCIFIP_BIN_TO_LIB}")
 
-# File that the plug-in takes for the database client: the reference host is one.
-if(OCIFIP_HOST)
-  set(client ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/libyfw_host.so)
-else()
-  set(client /usr/lib/libsysdb_client.so)
-endif()
 set(OCIFIP_SYSDB_CLIENT
-    ${client}
-    CACHE FILEPATH "Library file by whose presence the plug-in knows that there is a database")
-unset(client)
+    ""
+    CACHE FILEPATH "Library file by whose presence the plug-in knows that there is a database;
+without it, the one that the client's functions come from")

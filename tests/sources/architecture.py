@@ -20,14 +20,14 @@ COUNTED_SUFFIXES = SOURCE_SUFFIXES | {".py", ".sh", ".cmake", ".yang"}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
-# Headers with a ".h" that a part may use when it is confined to the language: those of C, and
-# unistd.h, by which the plug-in asks whether a file is there.
+# Headers with a ".h" that a part may use when it is confined to the language: those of C, and unistd.h
+# and dlfcn.h, by which the plug-in asks whether the database client's file is there.
 C_HEADERS = {
     f"{name}.h"
     for name in (
         "assert complex ctype errno fenv float inttypes iso646 limits locale math setjmp signal "
         "stdalign stdarg stdatomic stdbool stddef stdint stdio stdlib stdnoreturn string tgmath "
-        "threads time uchar wchar wctype unistd"
+        "threads time uchar wchar wctype unistd dlfcn"
     ).split()
 }
 

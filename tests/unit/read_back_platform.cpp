@@ -63,7 +63,7 @@ char* inet_ntoa_r(uint32_t address, char* text, size_t size) {
 
 // --- database and codec --------------------------------------------------------------------------
 
-uint32_t rsi_c_vrf_id_dflt(void) { return 0x60000000; }
+uint32_t rsi_c_vrf_id_dflt(void) { return 0x60000001; }
 
 cerrno _sysdb_bind(sysdb_handle** handle, const char* prefix, uint32_t mode) {
   const cerrno result = platform.serve(kDevice, "database", prefix, mode);

@@ -251,7 +251,8 @@ TEST_F(ReadBackTest, NodesBecomeWhatTheRequestWants) {
                 "ip ADDRESS/config/prefix-length =\"0\""},
            Case{LEAF(secondary_netmask), leaf("netmask", "255.255.255.255"), "c",
                 "ip ADDRESS/config/prefix-length =\"32\""},
-           Case{LEAF(secondary_netmask), leaf("netmask", "/24"), "cs", ""},
+           Case{LEAF(secondary_netmask), leaf("netmask", "/24"), "cs",
+                "ip ADDRESS/state/origin =\"STATIC\""},
            Case{LEAF(primary_netmask), leaf("netmask"), "cs", ""},
 
            Case{LEAF(mtu), leaf("mtu", "1400"), "cs",
@@ -300,12 +301,26 @@ TEST_F(ReadBackTest, AFailedWriteIsTheResult) {
   }
 }
 
+TEST_F(ReadBackTest, ConfigurationIsLeftOutOnlyOfAFilteredOperationalRead) {
+  for (const auto& [source, filter, wanted] : {std::tuple{0U, 0U, true},
+                                               {0U, 1U, true},
+                                               {2U, 0U, true},
+                                               {1U, 1U, true},
+                                               {2U, 1U, false}}) {
+    begin();
+    state.request.request_source = source;
+    state.request.filter_fields = filter;
+    LEAF(primary_netmask)(&ctx, plant(leaf("netmask", "255.0.0.0")), &out);
+    EXPECT_EQ(written(), wanted ? "ip ADDRESS/config/prefix-length =\"8\"\n" : "");
+  }
+}
+
 // --- DHCP client ---------------------------------------------------------------------------------
 
 class DhcpReadBack : public ReadBackTest {
  protected:
   static constexpr const char* kBind = "readable?; database /oper/ipv4-io/ 4";
-  static constexpr const char* kItem = "item if/Eth0_1_2.7/0x60000000/1/ifdetail";
+  static constexpr const char* kItem = "item if/Eth0_1_2.7/0x60000001/1/ifdetail";
   static constexpr const char* kDecode = "decode_record ipv4_if_detail 1";
   static constexpr const char* kRelease = "free_record ipv4_if_detail; unbind";
 
@@ -368,11 +383,11 @@ TEST_F(DhcpReadBack, AMissingLeaseIsNoFailure) {
     };
     const std::string bound = std::string("database /oper/ipv4-io/ 4; ");
     for (const Case& each : {
-             Case{"", 0, std::string(kBind) + "; " + kItem + "; " + kRelease,
+             Case{"", 0, std::string(kBind) + "; " + kItem + "; unbind",
                   "No matching entries found"},
              Case{"database", 9, "database /oper/ipv4-io/ 4 result=0x9",
                   "Failed to bind to SysDB: =code 9"},
-             Case{"item", 3, bound + kItem + " result=0x3; " + kRelease, "No entries found"},
+             Case{"item", 3, bound + kItem + " result=0x3; unbind", "No entries found"},
              Case{"decode_record", 7, bound + kItem + "; " + kDecode + " result=0x7; " + kRelease,
                   "Error retrieving client info: code 7"},
          }) {
@@ -428,6 +443,30 @@ TEST_F(ReadBackTest, TheEntryWalksItsOwnNodeAndPassesOverOthers) {
   EXPECT_EQ(written(), "");
   EXPECT_EQ(lines_of("ymap_xo_ocifip_halvaneombrixipv4iocfg_lvla_ipv4networkforwarding"),
             calls("trc Start; trc End"));
+}
+
+TEST_F(ReadBackTest, ListsAreRecordedByTheirSchemaPath) {
+  const auto entry = [](const char* list, const char* tag) {
+    return node("ipv4-network",
+                {node("helper-addresses", {node(list, {leaf("address", "1.2.3.4")})}),
+                 node("addresses", {node("secondaries", {node(tag, {leaf("x")})})})});
+  };
+  const auto own = [](Tree tree, const auto& self) -> Tree {
+    tree.module_namespace = kIpv4IoCfg;
+    for (Tree& child : tree.children) child = self(child, self);
+    return tree;
+  };
+  EXPECT_EQ(ymap_xo_ocifip_halvaneombrixipv4iocfg_lvla_ipv4network(
+                &ctx, plant(own(entry("helper-address", "secondary"), own)), &out),
+            0U);
+  const std::string list =
+      "current /a1:interface-configurations/a1:interface-configuration"
+      "/ipv4-network/";
+  const std::string hierarchy = platform.recorded(kHierarchy);
+  for (const char* path :
+       {"helper-addresses/helper-address\n", "addresses/secondaries/secondary\n"}) {
+    EXPECT_NE(hierarchy.find(list + path), std::string::npos) << hierarchy;
+  }
 }
 
 TEST_F(ReadBackTest, TheEntryReportsWhatCannotBeRead) {

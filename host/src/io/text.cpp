@@ -67,8 +67,9 @@ constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' &&
 }  // namespace
 
 InputError input_error(const std::string& name, int line, const std::string& reason) {
-  const auto place = line > 0 ? ":" + std::to_string(line) : std::string();
-  return InputError(name + place + ": " + reason);
+  std::string message = name;
+  if (line > 0) message.append(":").append(std::to_string(line));
+  return InputError(message.append(": ").append(reason));
 }
 
 int line_at(std::string_view text, std::size_t at) {

@@ -82,6 +82,11 @@ void check_native_entries(const Document& document, const DocumentNode& node) {
         !check_key(document, child, kNativeName)) {
       fail(document, child, "an interface-configuration without its interface-name");
     }
+    for (const DocumentNode& leaf : child.children) {
+      if (is(leaf, kInterfaceManager, kNativeName.tag) && leaf.value->starts_with('.')) {
+        fail(document, leaf, in_quotes(*leaf.value) + " names no interface before the dot");
+      }
+    }
   }
 }
 

@@ -63,8 +63,22 @@ std::optional<std::vector<std::string_view>> keys_of_walked_entry(const Hierarch
   return std::nullopt;
 }
 
-// The key that a native interface name gives to an OpenConfig list: what stands before the first
-// dot names the interface, what follows it is the subinterface's index.
+// The subinterface's index in a native interface name: what follows the first dot, up to a blank;
+// "0" without one. Mappings split names alike, with the pattern "%[^.].%s".
+std::string_view index_in(std::string_view name) {
+  constexpr std::string_view kBlanks = " \t\r\n\v\f";
+  const std::size_t dot = name.find('.');
+  if (dot == 0 || dot == std::string_view::npos) {
+    return "0";
+  }
+  std::string_view index = name.substr(dot + 1);
+  index.remove_prefix(std::min(index.find_first_not_of(kBlanks), index.size()));
+  index = index.substr(0, index.find_first_of(kBlanks));
+  return index.empty() ? "0" : index;
+}
+
+// The key that the native interface being walked gives to an OpenConfig list: what stands before
+// the first dot of its name names the interface.
 std::optional<std::string_view> key_from_native_name(const Hierarchy& hierarchy, PlaceRole role) {
   const bool is_open_config =
       role == PlaceRole::kOpenConfigInterface || role == PlaceRole::kOpenConfigSubinterface;
@@ -74,11 +88,7 @@ std::optional<std::string_view> key_from_native_name(const Hierarchy& hierarchy,
     return std::nullopt;
   }
   const std::string_view name = find_child(*entry, kInterfaceName)->value;
-  const std::size_t dot = name.find('.');
-  if (role == PlaceRole::kOpenConfigInterface) {
-    return name.substr(0, dot);
-  }
-  return dot == std::string_view::npos ? "0" : name.substr(dot + 1);
+  return role == PlaceRole::kOpenConfigInterface ? name.substr(0, name.find('.')) : index_in(name);
 }
 
 // The key that the last of the steps from a list on repeats, or null: a leaf of its name in the
@@ -120,8 +130,10 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
   if (write.value != nullptr) {
     tree_.set_value(node, write.value);
   }
-  apply_operation(node, write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE}
-                                                : write.source->edit_operation);
+  apply_operation(
+      node,
+      write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : write.source->edit_operation,
+      request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
   *created = node;
   return kOk;
 }

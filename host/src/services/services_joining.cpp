@@ -149,7 +149,8 @@ cerrno operate_on_path(Request& request, const yfw_map_xpath_request& operation)
     return YFW_MAP_XPATH_NOT_FOUND;
   }
   request.output().set_value(leaf, operation.value);
-  apply_operation(leaf, NIDL_YFW_EDIT_WRITE);
+  apply_operation(leaf, NIDL_YFW_EDIT_WRITE,
+                  request.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
   return kOk;
 }
 

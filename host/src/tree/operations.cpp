@@ -29,10 +29,10 @@ std::uint8_t combined_operation(std::uint8_t existing, std::uint8_t incoming) {
   return yields ? incoming : existing;
 }
 
-void apply_operation(OutputNode* node, std::uint8_t operation) {
+void apply_operation(OutputNode* node, std::uint8_t operation, BelowDeleted below_deleted) {
   const bool names_deleted_entry =
       node->place->is_key && is_deleting(node->parent->head.edit_operation);
-  if (is_writing(operation) && !names_deleted_entry) {
+  if (is_writing(operation) && !names_deleted_entry && below_deleted == BelowDeleted::kReplaces) {
     keep_from_deletion(node->parent);
   }
   node->head.edit_operation = combined_operation(node->head.edit_operation, operation);

@@ -15,9 +15,13 @@ bool is_deleting(std::uint8_t operation);
 // neither is lost.
 std::uint8_t combined_operation(std::uint8_t existing, std::uint8_t incoming);
 
-// Writes a node with an operation; a write below deleted nodes turns their operations, too. A key
-// leaf of a deleted entry only says which entry is deleted.
-void apply_operation(OutputNode* node, std::uint8_t operation);
+// Whether a write below a node that is deleted is meant for its successor (an edit), or describes
+// what is deleted (data that is read back).
+enum class BelowDeleted { kReplaces, kDescribes };
+
+// Writes a node with an operation; a write that is meant for the successor of deleted nodes turns
+// their operations, too. A key leaf of a deleted entry only says which entry is deleted.
+void apply_operation(OutputNode* node, std::uint8_t operation, BelowDeleted below_deleted);
 
 }  // namespace ocifip
 

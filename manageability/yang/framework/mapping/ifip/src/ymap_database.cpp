@@ -1,20 +1,32 @@
 #include "ymap_database.h"
 
+#include <dlfcn.h>
 #include <unistd.h>
-
-// Path of the database client library's file, a setting of the build.
-#ifndef OCIFIP_SYSDB_CLIENT
-#error "OCIFIP_SYSDB_CLIENT names the file of the database client library"
-#endif
 
 namespace ymap {
 
 constinit sysdb_handle* dhcp_database = nullptr;
 
+namespace {
+
+// The database client library's file: a setting of the build or, without it, the library that the
+// client's functions have been bound to.
+const char* client_file() {
+#ifdef OCIFIP_SYSDB_CLIENT
+  return OCIFIP_SYSDB_CLIENT;
+#else
+  Dl_info client{};
+  const bool found = dladdr(reinterpret_cast<void*>(&_sysdb_bind), &client) != 0;
+  return found && client.dli_fname != nullptr ? client.dli_fname : "";
+#endif
+}
+
+}  // namespace
+
 bool database_available() {
   static bool available = false;
   if (!available) {
-    available = access(OCIFIP_SYSDB_CLIENT, R_OK) == 0;
+    available = access(client_file(), R_OK) == 0;
   }
   return available;
 }

@@ -73,12 +73,17 @@ template <typename Structure>
 class DecodedRecord {
  public:
   explicit DecodedRecord(const bag_descriptor& descriptor) : descriptor_(descriptor) {}
-  ~DecodedRecord() { bag_free_indirections(&structure_, &descriptor_); }
+  ~DecodedRecord() {
+    if (tried_) {
+      bag_free_indirections(&structure_, &descriptor_);
+    }
+  }
   DecodedRecord(const DecodedRecord&) = delete;
   DecodedRecord& operator=(const DecodedRecord&) = delete;
 
   // Returns 0, or the codec's failure.
   cerrno decode(const void* bytes, std::uint32_t length) {
+    tried_ = true;
     return bag_decode(bytes, length, &structure_, &descriptor_);
   }
   const Structure* operator->() const { return &structure_; }
@@ -87,6 +92,7 @@ class DecodedRecord {
  private:
   const bag_descriptor& descriptor_;
   Structure structure_{};
+  bool tried_ = false;
 };
 
 }  // namespace ymap

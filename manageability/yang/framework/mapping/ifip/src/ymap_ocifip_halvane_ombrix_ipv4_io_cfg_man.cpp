@@ -157,10 +157,9 @@ YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_secondary_
 
 YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_secondary_netmask) {
   LengthText length;
-  if (!length_of_netmask(call.in->value, length)) {
-    return YMAP_OK;
-  }
-  const cerrno result = add_twins(call, kPrefixLength, length.data());
+  const cerrno result = length_of_netmask(call.in->value, length)
+                            ? add_twins(call, kPrefixLength, length.data())
+                            : YMAP_OK;
   return result != YMAP_OK || !wants_state(call.ctx) ? result
                                                      : add_openconfig(call, kStateOrigin, "STATIC");
 }
