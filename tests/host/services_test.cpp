@@ -514,13 +514,13 @@ TEST_F(MapperTest, InputThatCannotBeMappedIsNamed) {
   EXPECT_EQ(reason(R"({"interfaces": {}})", {"/interface-configurations"}),
             "/interface-configurations: no mapping for "
             "\"Halvane-Ombrix-ifmgr-cfg:interface-configurations\" at the top");
-  const auto named = [](int length) {
+  const auto named = [](std::size_t length) {
     return "{\"interfaces\":\n{\"interface\": [{\"name\": \"" + std::string(length, 'n') + "\"}]}}";
   };
   EXPECT_EQ(reason(named(200)), "none");
   EXPECT_EQ(reason(named(201)), "in.json:2: interface name \"" + std::string(80, 'n') +
                                     "\"... is longer than 200 characters");
-  const auto indexed = [](int length) {
+  const auto indexed = [](std::size_t length) {
     return R"({"interfaces": {"interface": [{"name": "E", "subinterfaces": {"subinterface":
         [{"index": ")" +
            std::string(length, '1') + "\"}]}}]}}";
