@@ -13,6 +13,9 @@
 #include "io/models.h"
 #include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.h"
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
 #include "ymap_ocifip_openconfig_if_ip.h"
 #include "ymap_ocifip_openconfig_interfaces.h"
 
@@ -165,6 +168,21 @@ INSTANTIATE_TEST_SUITE_P(
                          ymap::halvane_ombrix_ipv4_io_cfg::row_lvla_ipv4networkforwarding,
                          below(kNativeInterface, "ipv4-network-forwarding"),
                          {}},
+                    Tree{"ipv4_network_state",
+                         ymap::halvane_ombrix_ipv4_io_oper::kModel,
+                         ymap::halvane_ombrix_ipv4_io_oper::row_lvla_ipv4network,
+                         {"ipv4-network"},
+                         {}},
+                    Tree{"ocifipv4ma",
+                         ymap::halvane_ombrix_private_ocifip_v4ma_oper::kModel,
+                         ymap::halvane_ombrix_private_ocifip_v4ma_oper::row_lvla_ocifipv4ma,
+                         {"ocifipv4ma"},
+                         {}},
+                    Tree{"ocifipv6ma",
+                         ymap::halvane_ombrix_private_ocifip_v6ma_oper::kModel,
+                         ymap::halvane_ombrix_private_ocifip_v6ma_oper::row_lvla_ocifipv6ma,
+                         {"ocifipv6ma"},
+                         {}},
                     Tree{"global_interface_configuration",
                          ymap::halvane_ombrix_ifmgr_cfg::kModel,
                          ymap::halvane_ombrix_ifmgr_cfg::row_lvla_globalinterfaceconfiguration,
@@ -204,7 +222,16 @@ std::set<std::string> names_of_rows() {
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.inc"
 #include "exported_names.inc"
 #include "ymap_model_end.inc"
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.inc"
+#include "exported_names.inc"
+#include "ymap_model_end.inc"
 #include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.inc"
+#include "exported_names.inc"
+#include "ymap_model_end.inc"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.inc"
+#include "exported_names.inc"
+#include "ymap_model_end.inc"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.inc"
 #include "exported_names.inc"
 #include "ymap_model_end.inc"
   // clang-format on
@@ -239,6 +266,7 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
   names.merge(names_of_records());
   names.insert({"yfw_map_oc_dhcp_sysdb_unbind", "yfw_map_oc_ipv6_sysdb_unbind",
                 "ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index"});
+  names.insert({"yfw_map_reg_ocifip_v4ma_oper", "yfw_map_reg_ocifip_v6ma_oper"});
   for (const char* level : {"lvla", "lvlb"}) {
     add_entry(names, if_ip, level, "subinterface");
     add_entry(names, if_ip, level, "routed_vlan");

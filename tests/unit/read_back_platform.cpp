@@ -9,6 +9,7 @@
 #include "bag/bag.h"
 #include "inet/inet.h"
 #include "sysdb/sysdb.h"
+#include "yfw/interfaces_mapping.h"
 #include "yfw/mapping.h"
 
 namespace recording {
@@ -49,6 +50,32 @@ cerrno yfw_map_copy_trim_path_list_ctx(yfw_map_ctx*, const char* prefix) {
 }
 
 void yfw_map_free_trim_path_list_ctx(yfw_map_ctx*) { platform.record(kWrites, "untrim"); }
+
+// A request on the output tree is recorded among the writes, whole:
+//   stitch enabled=N NAMESPACE output|(another) operation=N INSTANCE-PATH LIST-PATH
+//   xpath enabled=N NAMESPACE output|(another) operation=N ="VALUE" PATH
+static const char* shown_base(const Node* base) {
+  return base == platform.root ? "output" : "(another)";
+}
+
+cerrno yfw_map_stitch_list_to_list(yfw_map_ctx*, const yfw_map_stitch_request* request) {
+  return platform.serve(kWrites, "stitch", "enabled=" + std::to_string(request->enabled),
+                        request->module_namespace, shown_base(request->base),
+                        "operation=" + std::to_string(request->operation), request->instance_path,
+                        request->list_path);
+}
+
+cerrno yfw_map_tree_xpath_operations(yfw_map_ctx*, const yfw_map_xpath_request* request) {
+  return platform.serve(kWrites, "xpath", "enabled=" + std::to_string(request->enabled),
+                        request->module_namespace, shown_base(request->base),
+                        "operation=" + std::to_string(request->operation),
+                        std::string("=\"") + request->value + "\"", request->xpath);
+}
+
+// Registrations name the sibling's walker; nothing here calls it.
+cerrno ymap_ox_ocif_openconfiginterfaces_lvla_interfaces(yfw_map_ctx*, const Node*, Node*) {
+  return platform.serve(kNotes, "sibling's interfaces");
+}
 
 // --- addresses -----------------------------------------------------------------------------------
 

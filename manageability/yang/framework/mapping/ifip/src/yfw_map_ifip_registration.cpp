@@ -1,8 +1,11 @@
 #include "yfw_map_ifip_registration.h"
 
+#include "yfw/interfaces_mapping.h"
 #include "yfw/text.h"
 #include "ymap_database.h"
 #include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
 
 namespace ymap {
 
@@ -21,6 +24,12 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record) {
 }
 
 }  // namespace ymap
+
+#define DEFINE_REGISTRATION(function, tree_name, native_namespace, ...)                           \
+  YMAP_EXPORT void function(yfw_map_reg_record* record) {                                         \
+    ymap::fill_registration({#function, tree_name, ymap::native_namespace, __VA_ARGS__}, record); \
+  }
+YMAP_REGISTRATIONS(DEFINE_REGISTRATION)
 
 YMAP_EXPORT void yfw_map_oc_dhcp_sysdb_unbind(void) { ymap::release_database(ymap::dhcp_database); }
 

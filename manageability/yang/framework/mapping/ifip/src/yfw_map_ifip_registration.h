@@ -24,6 +24,23 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record);
 
 }  // namespace ymap
 
+// The registration functions, a row each. Each fills the record that it is given, which the
+// framework owns, and leaves the framework's slots in it alone. A row is read to declare its
+// function and to define it, where its other columns are those of a Registration.
+// clang-format off
+#define YMAP_REGISTRATIONS(ROW)                                                                    \
+  ROW(yfw_map_reg_ocifip_v6ma_oper, "OC IFIP V6MA OPER", kNamespacePrivateV6maOper, "ocifipv6ma", \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixprivateocifipv6maoper_lvla_ocifipv6ma)                          \
+  ROW(yfw_map_reg_ocifip_v4ma_oper, "OC IFIP V4MA OPER", kNamespacePrivateV4maOper, "ocifipv4ma", \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixprivateocifipv4maoper_lvla_ocifipv4ma)
+// clang-format on
+
+#define YMAP_DECLARE_REGISTRATION(function, ...) \
+  YMAP_EXPORT void function(yfw_map_reg_record* record);
+YMAP_REGISTRATIONS(YMAP_DECLARE_REGISTRATION)
+
 // Unload hooks. The first releases the DHCP read-back's database binding, if there is one; the
 // second does nothing, by design: the framework calls both alike.
 YMAP_EXPORT void yfw_map_oc_dhcp_sysdb_unbind(void);

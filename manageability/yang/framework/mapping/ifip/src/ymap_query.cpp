@@ -1,7 +1,5 @@
 #include "ymap_query.h"
 
-#include <algorithm>
-
 #include "yfw/mapping.h"
 #include "ymap_request.h"
 
@@ -12,7 +10,10 @@ cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf) {
     return YMAP_OK;
   }
   std::array<const char*, 10> steps{};
-  *std::copy_n(place.steps.begin(), place.step_count, steps.begin()) = leaf;
+  for (std::uint32_t i = 0; i < place.step_count; ++i) {
+    steps[i] = place.steps[i];
+  }
+  steps[place.step_count] = leaf;
   const cerrno result =
       yfw_map_add_leaf_from_xpath(call.ctx, call.in, call.out, steps[0], place.module_namespace,
                                   steps.data(), place.step_count + 1);

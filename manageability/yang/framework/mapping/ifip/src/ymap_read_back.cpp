@@ -79,9 +79,12 @@ const char* entry_leaf(const Call& call, const char* list_path, const char* leaf
   return yfw_map_get_node_info(call.ctx, list_path, leaf, &value) == YMAP_OK ? value : nullptr;
 }
 
-bool is_tunnel(const Call& call) {
-  const char* name = entry_leaf(call, kNativeInterface, "interface-name");
+bool is_tunnel_name(const char* name) {
   return name != nullptr && std::strncmp(name, kTunnelPrefix, std::strlen(kTunnelPrefix)) == 0;
+}
+
+bool is_tunnel(const Call& call) {
+  return is_tunnel_name(entry_leaf(call, kNativeInterface, "interface-name"));
 }
 
 cerrno find_interface(const Call& call, const char* name, Node*& interface) {
@@ -89,13 +92,18 @@ cerrno find_interface(const Call& call, const char* name, Node*& interface) {
                              kNamespaceInterfaces);
 }
 
+cerrno find_subinterface(const Call& call, Node* interface, const char* index,
+                         Node*& subinterface) {
+  return yfw_map_search_list(call.ctx, interface, &subinterface, "/subinterfaces/subinterface",
+                             index, "index", nullptr);
+}
+
 cerrno select_subinterface(const Call& call, Node* interface, const char* index,
                            const KeyFlags& keys) {
   Node* without_state = nullptr;
   Node*& slot = slot_of(call, without_state);
   Node* found = nullptr;
-  if (yfw_map_search_list(call.ctx, interface, &found, "/subinterfaces/subinterface", index,
-                          "index", nullptr) == YMAP_OK) {
+  if (find_subinterface(call, interface, index, found) == YMAP_OK) {
     slot = found;
     return YMAP_OK;
   }

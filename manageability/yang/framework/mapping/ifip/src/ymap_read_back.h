@@ -44,8 +44,11 @@ struct OpenConfigKeys {
 //   list_path  the list's path without keys
 [[nodiscard]] const char* entry_leaf(const Call& call, const char* list_path, const char* leaf);
 
-// Whether the interface-configuration entry being walked is a tunnel's: any name that begins with
-// "tunnel-ip" counts, by design.
+// Whether a native interface name is a tunnel's: any that begins with "tunnel-ip" counts, by
+// design. Null is none.
+[[nodiscard]] bool is_tunnel_name(const char* name);
+
+// Whether the interface-configuration entry being walked is a tunnel's.
 [[nodiscard]] bool is_tunnel(const Call& call);
 
 // --- OpenConfig entries --------------------------------------------------------------------------
@@ -58,6 +61,9 @@ struct KeyFlags {
 
 // Finds the output's entry of an interface. Returns the search's result, not 0 when there is none.
 cerrno find_interface(const Call& call, const char* name, Node*& interface);
+
+// Finds the entry of a subinterface below an interface's. Returns the search's result.
+cerrno find_subinterface(const Call& call, Node* interface, const char* index, Node*& subinterface);
 
 // Finds or makes a subinterface of an interface, and makes it current: it stands in the request
 // state's slot, under which further writes go. Returns the framework's result of the last write.

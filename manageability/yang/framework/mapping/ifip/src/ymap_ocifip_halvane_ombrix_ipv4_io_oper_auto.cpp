@@ -1,0 +1,10 @@
+// The generated callbacks of Halvane-Ombrix-ipv4-io-oper.
+
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
+#include "ymap_read_back.h"
+#include "ymap_request.h"
+
+// clang-format off
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.inc"
+#include "ymap_model_leaves.inc"
+// clang-format on

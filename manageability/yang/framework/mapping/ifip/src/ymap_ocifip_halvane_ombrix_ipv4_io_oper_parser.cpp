@@ -1,0 +1,9 @@
+// The table and the walkers of Halvane-Ombrix-ipv4-io-oper.
+
+#include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
+
+// clang-format off
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.inc"
+#include "ymap_model_walkers.inc"
+// clang-format on

@@ -1,0 +1,9 @@
+// The table and the walkers of Halvane-Ombrix-PRIVATE-ocifip-v6ma-oper.
+
+#include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
+
+// clang-format off
+#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.inc"
+#include "ymap_model_walkers.inc"
+// clang-format on

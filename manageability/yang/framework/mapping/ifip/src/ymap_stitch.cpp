@@ -1,0 +1,46 @@
+#include "ymap_stitch.h"
+
+#include <cstdint>
+#include <cstdio>
+
+#include "yfw/mapping.h"
+#include "ymap_namespaces.h"
+#include "ymap_read_back.h"
+
+namespace ymap {
+
+namespace {
+
+constexpr std::uint32_t kMakeCurrent = 2;  // operation of a stitch request
+
+}  // namespace
+
+EntryKey entry_key(const Call& call, const char* list_path, const char* key) {
+  const char* value = nullptr;
+  const cerrno result = yfw_map_get_node_info(call.ctx, list_path, key, &value);
+  return {result, result == YMAP_OK ? value : nullptr};
+}
+
+cerrno stitch_subinterface(const Call& call, const char* name, const char* index) {
+  Node* interface = nullptr;
+  Node* subinterface = nullptr;
+  if (find_interface(call, name, interface) != YMAP_OK ||
+      find_subinterface(call, interface, index, subinterface) != YMAP_OK) {
+    return YMAP_ERR_NO_KEYS;
+  }
+  yfw_map_stitch_request request{};
+  request.enabled = 1;
+  request.base = call.out;
+  request.operation = kMakeCurrent;
+  std::snprintf(request.module_namespace, sizeof request.module_namespace, "%s",
+                kNamespaceInterfaces);
+  std::snprintf(request.instance_path, sizeof request.instance_path,
+                "/interfaces/interface[name=%s]/subinterfaces/subinterface[index=%s]/", name,
+                index);
+  std::snprintf(request.list_path, sizeof request.list_path, "%s", kSubinterface);
+  const cerrno result = yfw_map_stitch_list_to_list(call.ctx, &request);
+  call.wrote = call.wrote || result == YMAP_OK;
+  return result;
+}
+
+}  // namespace ymap
