@@ -28,10 +28,17 @@ Status show(const Outcome& outcome) {
   return kRefused;
 }
 
+EditRequest read_edit(const CommandLine& line, const EditCommand& command) {
+  return {read_document(command.document, line.input), command.deletes, command.operation};
+}
+
 Status run(const CommandLine& line, const EditCommand& command) {
-  const EditRequest request = {read_document(command.document, line.input), command.deletes,
-                               command.operation};
-  return show(Host(line.host).edit(request, line.format));
+  return show(Host(line.host).edit(read_edit(line, command), line.format));
+}
+
+Status run(const CommandLine& line, const ApplyCommand& command) {
+  const ApplyRequest request = {read_edit(line, command.edit), command.save};
+  return show(Host(line.host).apply(request, line.format));
 }
 
 Status run(const CommandLine& line, const QueryCommand& command) {

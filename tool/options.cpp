@@ -19,14 +19,22 @@ constexpr const char* kEnding =
     "(\"@ip\": {\"ietf-netconf:operation\": \"delete\"}) or NETCONF XML "
     "(nc:operation=\"delete\").\n"
     "PATH is an instance path: /interfaces/interface[name='Eth1']/subinterfaces\n\n"
-    "Exit status: 0 done; 1 the mapping refused the request; 2 usage, or input that cannot be\n"
-    "read; 3 the plug-in or a model cannot be loaded.";
+    "Exit status: 0 done; 1 the mapping or the device refused the request; 2 usage, input that\n"
+    "cannot be read or a device file that cannot be written; 3 the plug-in or a model cannot be\n"
+    "loaded.";
 
 constexpr const char* kEditExample =
     "Example:\n"
     "  ocifip edit --format calls \\\n"
     "    --delete "
     "\"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+
+constexpr const char* kApplyExample =
+    "All of the edit is applied, or nothing. The output is what changed: as json and xml the edit\n"
+    "that makes the new configuration of the former one, as tree a line a change. Without --save\n"
+    "the device file stays as it is.\n\n"
+    "Example:\n"
+    "  ocifip apply --device device.json --save --format tree request.json";
 
 constexpr const char* kQueryExample =
     "An argument that begins with / and names no file is a PATH.\n\n"
@@ -85,8 +93,7 @@ void add_content(CLI::App* command, Content& content) {
              "Configuration and state, or configuration alone (default: all)");
 }
 
-CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
-  CLI::App* command = program.add_subcommand("edit", "An OpenConfig edit becomes a native edit");
+void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit) {
   add_choice(command, "--op", edit.operation,
              Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
                                      {"create", DefaultOperation::kCreate},
@@ -99,7 +106,21 @@ CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
       ->allow_extra_args(false);
   command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
   add_common_options(command, line);
+}
+
+CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
+  CLI::App* command = program.add_subcommand("edit", "An OpenConfig edit becomes a native edit");
+  add_edit_options(command, line, edit);
   command->footer(kEditExample);
+  return command;
+}
+
+CLI::App* add_apply(CLI::App& program, CommandLine& line, ApplyCommand& apply) {
+  CLI::App* command = program.add_subcommand(
+      "apply", "An OpenConfig edit is mapped and applied to the device's native configuration");
+  add_edit_options(command, line, apply.edit);
+  command->add_flag("--save", apply.save, "Write the changed configuration to the device file");
+  command->footer(kApplyExample);
   return command;
 }
 
@@ -126,6 +147,11 @@ void check_edit(const EditCommand& edit) {
   if (!edit.document && edit.deletes.empty()) {
     throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
   }
+}
+
+void check_apply(const ApplyCommand& apply, const HostOptions& host) {
+  if (!host.device) throw UsageError("nothing to apply to: give --device FILE");
+  check_edit(apply.edit);
 }
 
 bool is_path(const std::string& argument) {
@@ -169,6 +195,7 @@ Information explain(const CLI::App& program, const CLI::ParseError& stop) {
 CommandLine read_command_line(int count, const char* const* arguments) {
   CommandLine line;
   EditCommand edit;
+  ApplyCommand apply;
   QueryCommand query;
   ReportCommand report;
   std::vector<std::string> query_arguments;
@@ -177,6 +204,7 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   program.footer(kEnding);
   program.require_subcommand(1);
   const CLI::App* edit_command = add_edit(program, line, edit);
+  const CLI::App* apply_command = add_apply(program, line, apply);
   add_query(program, line, query, query_arguments);
   const CLI::App* report_command = add_report(program, line, report);
   try {
@@ -190,6 +218,9 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   if (edit_command->parsed()) {
     check_edit(edit);
     line.command = std::move(edit);
+  } else if (apply_command->parsed()) {
+    check_apply(apply, line.host);
+    line.command = std::move(apply);
   } else if (report_command->parsed()) {
     line.command = std::move(report);
   } else {

@@ -30,6 +30,12 @@ struct EditCommand {
   DefaultOperation operation = DefaultOperation::kMerge;
 };
 
+// `ocifip apply`
+struct ApplyCommand {
+  EditCommand edit;
+  bool save = false;  // the device file
+};
+
 // `ocifip query`: either a document or paths
 struct QueryCommand {
   std::optional<std::string> document;
@@ -47,7 +53,7 @@ struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
-  std::variant<Information, EditCommand, QueryCommand, ReportCommand> command;
+  std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand> command;
 };
 
 // Reads the program's arguments. Throws UsageError.

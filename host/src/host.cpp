@@ -1,35 +1,21 @@
 #include "ocifip/host.h"
 
-#include <array>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "device/device_directory.h"
 #include "io/device_file.h"
+#include "io/device_json.h"
 #include "io/models.h"
+#include "io/print_document.h"
+#include "io/save_file.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
 #include "records/item_bytes.h"
 
 namespace ocifip {
 namespace {
-
-std::string read_file(const std::string& name) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
-                                                             &std::fclose);
-  std::string text;
-  std::array<char, 65536> part;
-  std::size_t length = 0;
-  while (file != nullptr && (length = std::fread(part.data(), 1, part.size(), file.get())) != 0) {
-    text.append(part.data(), length);
-  }
-  if (file == nullptr || std::ferror(file.get()) != 0) {
-    throw InputError(name + ": " + std::strerror(errno));
-  }
-  return text;
-}
 
 // What the host itself walks must be among the models.
 void check_models(const Models& models, const std::string& folder) {
@@ -40,33 +26,64 @@ void check_models(const Models& models, const std::string& folder) {
   }
 }
 
-Device read_device_of(const Models& models, const HostOptions& options) {
-  return options.device ? read_device(models, *options.device, read_file(*options.device))
-                        : example_device();
-}
-
 }  // namespace
 
 class Host::Impl {
  public:
   explicit Impl(const HostOptions& options)
       : models_(options.models),
-        device_(read_device_of(models_, options)),
+        device_file_(options.device),
+        device_text_(device_file_ ? read_file(*device_file_) : ""),
+        device_(device_file_ ? read_device(models_, *device_file_, device_text_)
+                             : example_device()),
         plugin_(options.plugin),
         mapper_(models_, device_, plugin_.entries(), options.trace) {
     check_models(models_, options.models);
+    check_native(models_, device_.device());
     check_items(device_);
   }
 
   Mapper& mapper() { return mapper_; }
   [[nodiscard]] const Plugin& plugin() const { return plugin_; }
 
+  Outcome apply(const ApplyRequest& request, Format format);
+
  private:
+  void save(const Document& native);
+
   Models models_;
+  std::optional<std::string> device_file_;
+  std::string device_text_;  // as it was read or saved last
   DeviceDirectory device_;
   Plugin plugin_;
   Mapper mapper_;
 };
+
+// The file comes first: when it cannot be written, nothing has happened.
+Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
+  if (request.save && !device_file_) {
+    throw InputError("nothing to save to: no device file was given");
+  }
+  Applied applied = mapper_.apply(request.edit, device_.device().native, format);
+  if (applied.native) {
+    if (request.save) {
+      save(*applied.native);
+    }
+    device_.configure(std::move(*applied.native));
+  }
+  return std::move(applied.outcome);
+}
+
+void Host::Impl::save(const Document& native) {
+  std::vector<std::string> notes;  // none: what is saved has been checked
+  std::string text =
+      with_native(*device_file_, device_text_, print_document(native, Format::kJson, notes));
+  if (read_file(*device_file_) != device_text_) {
+    throw InputError(*device_file_ + ": cannot be saved: it was changed since it was read");
+  }
+  save_file(*device_file_, text);
+  device_text_ = std::move(text);
+}
 
 Host::Host(const HostOptions& options) : impl_(std::make_unique<Impl>(options)) {}
 
@@ -74,6 +91,10 @@ Host::~Host() = default;
 
 Outcome Host::edit(const EditRequest& request, Format format) {
   return impl_->mapper().edit(request, format);
+}
+
+Outcome Host::apply(const ApplyRequest& request, Format format) {
+  return impl_->apply(request, format);
 }
 
 Outcome Host::query(const QueryRequest& request, Format format) {

@@ -37,6 +37,8 @@ constexpr std::array kWords = {
     Words{kUnbalanced, "unbalanced", "a node was left that was not the innermost one"},
     Words{kPathMalformed, "path", "the path has no steps"},
     Words{kPathUnwritable, "path", "the path leads through a leaf"},
+    Words{kDataMissing, "data-missing", "the node does not exist on the device"},
+    Words{kInvalidData, "invalid-data", "the models do not accept the resulting configuration"},
     Words{kRecordUnreadable, "record", "the database item is a record that cannot be served"},
     Words{kRecordSchemaMissing, "record", "the record's descriptor has no schema"},
     Words{kRecordSchemaMalformed, "record", "the record's schema is malformed"},

@@ -23,6 +23,10 @@ inline constexpr cerrno kPathMalformed = 0x40800600;   // a path that has no ste
 inline constexpr cerrno kPathUnwritable = 0x40800800;  // a path that leads through a leaf
 inline constexpr cerrno kRecordUnreadable = 0x40800a00;
 
+// Reasons for which the device does not take a native edit.
+inline constexpr cerrno kDataMissing = 0x40802000;  // a node that must be there is not
+inline constexpr cerrno kInvalidData = 0x40802200;  // what would come of it
+
 // Results of mappings, as far as the host returns or tells them apart itself.
 inline constexpr cerrno kInvalidArguments = 0xaaf2a000;
 inline constexpr cerrno kUnsupported = 0xaaf2ee00;

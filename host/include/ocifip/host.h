@@ -50,6 +50,12 @@ struct EditRequest {
   DefaultOperation operation = DefaultOperation::kMerge;
 };
 
+// An edit that is carried out on the device.
+struct ApplyRequest {
+  EditRequest edit;
+  bool save = false;  // write the device file as well
+};
+
 struct QueryRequest {
   std::optional<Source> document;
   std::vector<std::string> paths;  // instance paths
@@ -62,12 +68,12 @@ struct ReportRequest {
   Content content = Content::kAll;
 };
 
-// Why the mapping refused a request.
+// Why the mapping refused a request, or the device the native edit that came of it.
 struct Refusal {
   std::uint32_t code = 0;
   std::string tag;      // the refused node's tag, or ""
   std::string path;     // instance path of the node, or of the nodes being walked
-  std::string message;  // the mapping's own sentence, or the code's text
+  std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
 
   // `0xaaf2ee00 (unsupported) tag "enabled" at /interfaces/... : MESSAGE`
   [[nodiscard]] std::string text() const;
@@ -89,6 +95,14 @@ class Host {
 
   // An OpenConfig edit becomes a native edit. Throws InputError.
   Outcome edit(const EditRequest& request, Format format);
+
+  // An OpenConfig edit becomes a native edit, which is applied to the device: all of it, or nothing
+  // when there is a refusal or an error. The text is what changed: as JSON and XML the edit that
+  // makes the new configuration of the former one, as a tree a line a change, as calls those of
+  // edit(). Later requests find the device changed. With `save` the device file, which must have
+  // been given, is replaced atomically. Throws InputError, also for a file that cannot be written
+  // or that was changed since it was read.
+  Outcome apply(const ApplyRequest& request, Format format);
 
   // An OpenConfig read becomes native queries. Throws InputError.
   Outcome query(const QueryRequest& request, Format format);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "device/native_addresses.h"
+#include "records/implied_items.h"
 #include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
@@ -38,6 +39,13 @@ DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
     }
     enter_interface(interface, native == configured.end() ? nullptr : &native->second);
   }
+}
+
+void DeviceDirectory::configure(Document native) {
+  Device device = std::move(device_);
+  device.native = std::move(native);
+  device.implied_sysdb = configured_items(device.native);
+  *this = DeviceDirectory(std::move(device));
 }
 
 std::uint32_t DeviceDirectory::enter_node(const std::string& name) {

@@ -28,6 +28,10 @@ class DeviceDirectory {
  public:
   explicit DeviceDirectory(Device device);
 
+  // Gives the device another native configuration, and what follows from it: addresses, names and
+  // items of the database. Handles and node identifiers stay.
+  void configure(Document native);
+
   [[nodiscard]] const Device& device() const { return device_; }
   // Handles count from 1; 0 is no interface.
   [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "io/address_text.h"
+#include "io/check_data.h"
 #include "io/device_json.h"
 #include "io/read_json.h"
 #include "io/text.h"
@@ -206,7 +207,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
   device.native.name = name + ": native";
   top.with("native", [&](const Field& native) {
     native.object({});
-    device.native = read_json(models, device.native.name, json.native);
+    device.native = read_json(models, device.native.name, json.native, OtherAnnotations::kRefused);
   });
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   device.implied_sysdb = configured_items(device.native);
@@ -217,6 +218,13 @@ Device read_device(const Models& models, const std::string& name, const std::str
     device.node_absent = is_absent(faults, "node");
   });
   return device;
+}
+
+void check_native(const Models& models, const Device& device) {
+  if (const auto fault = check_data(models, device.native)) {
+    const std::string place = fault->path.empty() ? "" : ", at " + fault->path;
+    throw input_error(device.native.name, fault->line, fault->reason + place);
+  }
 }
 
 Device example_device() {

@@ -58,6 +58,10 @@ struct Device {
 // `device.json: interfaces[1].ipv4.primary: "10.0.0.1" has no prefix length`.
 Device read_device(const Models& models, const std::string& name, const std::string& text);
 
+// Throws InputError unless the models accept the device's native configuration:
+// `device.json: native:12: no model has this node, at /a/b`.
+void check_native(const Models& models, const Device& device);
+
 // The device that the tool uses when none is given: node "node0_1", no native configuration, a few
 // interfaces without addresses.
 Device example_device();

@@ -22,6 +22,7 @@ class DeviceParser {
 
   Json parse();
   [[nodiscard]] std::string native() const;
+  [[nodiscard]] std::string with_native(std::string native);
 
  private:
   [[noreturn]] void fail(const std::string& reason) {
@@ -37,6 +38,7 @@ class DeviceParser {
   bool is_in_native_ = false;
   std::size_t native_begin_ = 0;
   std::size_t native_end_ = 0;
+  std::size_t end_ = 0;  // where the closing brace of the whole stands
 };
 
 Json DeviceParser::parse() {
@@ -54,6 +56,27 @@ std::string DeviceParser::native() const {
   if (native_end_ <= native_begin_) return {};
   std::string native(static_cast<std::size_t>(line_at(text_, native_begin_)) - 1, '\n');
   return native.append(text_, native_begin_, native_end_ - native_begin_);
+}
+
+// The lines behind the first get the indentation of the line that the text is put into.
+void indent_like(std::string_view line, std::string& text) {
+  const auto indentation = line.substr(0, line.find_first_not_of(" \t"));
+  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+    text.insert(at + 1, indentation);
+  }
+}
+
+std::string DeviceParser::with_native(std::string native) {
+  native.erase(native.find_last_not_of('\n') + 1);
+  if (native_end_ > native_begin_) {
+    const auto line = text_.rfind('\n', native_begin_) + 1;
+    indent_like(std::string_view(text_).substr(line, native_begin_ - line), native);
+    return text_.substr(0, native_begin_) + native + text_.substr(native_end_);
+  }
+  const auto last = text_.find_last_not_of(" \t\r\n", end_ - 1);
+  indent_like("  ", native);
+  return text_.substr(0, last + 1) + (text_[last] == '{' ? "\n" : ",\n") +
+         "  \"native\": " + native + '\n' + text_.substr(end_);
 }
 
 // Whether a part of the text is to be kept.
@@ -74,6 +97,7 @@ bool DeviceParser::take(std::size_t depth, Event event, const Json& value) {
       break;
     case Event::object_end:
       if (is_in_native_ && depth == 1) native_end_ = source_.at() + 1;
+      if (depth == 0) end_ = source_.at();
       break;
     case Event::key:
       take_key(depth, value.get_ref<const std::string&>());
@@ -95,6 +119,16 @@ DeviceJson::DeviceJson(const std::string& name, const std::string& text) {
   DeviceParser parser(name, text);
   fields = parser.parse();
   native = parser.native();
+}
+
+std::string with_native(const std::string& name, const std::string& text,
+                        const std::string& native) {
+  DeviceParser parser(name, text);
+  const Json fields = parser.parse();
+  if (!fields.is_object() || !fields.value(kNative, Json::object()).is_object()) {
+    throw input_error(name, 0, "there is no place for a native configuration");
+  }
+  return parser.with_native(native);
 }
 
 }  // namespace ocifip

@@ -23,6 +23,12 @@ struct DeviceJson {
   std::string native;
 };
 
+// The text of a device file with another object for "native", which is given as JSON. All else is
+// as it was, byte by byte; a file without the field has it at its end. Throws as DeviceJson does,
+// and InputError for a file that is not an object, or whose "native" is none.
+std::string with_native(const std::string& name, const std::string& text,
+                        const std::string& native);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_DEVICE_JSON_H_

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <string_view>
+#include <iterator>
 
 namespace ocifip {
 namespace {
@@ -46,6 +46,35 @@ bool has_same_keys(const DocumentNode& left, const DocumentNode& right) {
 }
 
 }  // namespace
+
+DocumentNode bare(const DocumentNode& node) {
+  DocumentNode result;
+  result.tag = node.tag;
+  result.module = node.module;
+  result.module_namespace = node.module_namespace;
+  result.kind = node.kind;
+  result.value = node.value;
+  result.line = node.line;
+  result.schema = node.schema;
+  std::copy_if(node.children.begin(), node.children.end(), std::back_inserter(result.children),
+               is_key);
+  return result;
+}
+
+const std::string* key_value(const DocumentNode& entry, std::string_view key) {
+  const auto found =
+      std::find_if(entry.children.begin(), entry.children.end(), [&](const DocumentNode& child) {
+        return child.tag == key && child.module_namespace == entry.module_namespace && child.value;
+      });
+  return found == entry.children.end() ? nullptr : &*found->value;
+}
+
+bool lacks_key(const DocumentNode& entry) {
+  if (entry.kind != NodeKind::kList || entry.schema == nullptr) return false;
+  const auto keys = Models::keys(entry.schema);
+  return std::any_of(keys.begin(), keys.end(),
+                     [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
+}
 
 bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
   if (left.kind != right.kind || left.tag != right.tag ||

@@ -3,6 +3,8 @@
 #define OCIFIP_HOST_IO_DOCUMENT_NODES_H_
 
 #include <cstddef>
+#include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -25,6 +27,16 @@ inline DocumentNode node_of(const lysc_node* schema) {
 inline bool is_key(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_key(node.schema);
 }
+
+// A node of the data, without an operation, that is what this one is but for all below it: an entry
+// has its keys, a leaf its value.
+DocumentNode bare(const DocumentNode& node);
+
+// The value of an entry's key; null when the entry lacks it.
+const std::string* key_value(const DocumentNode& entry, std::string_view key);
+
+// Whether an entry of a list that a model knows is without one of its keys.
+bool lacks_key(const DocumentNode& entry);
 
 inline bool is_deleting(Operation operation) {
   return operation == Operation::kDelete || operation == Operation::kRemove;

@@ -12,6 +12,7 @@
 #include <system_error>
 #include <unordered_map>
 
+#include "io/libyang_log.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -19,18 +20,6 @@ namespace {
 
 constexpr std::uint16_t kDataNodes =
     LYS_CONTAINER | LYS_LIST | LYS_LEAF | LYS_LEAFLIST | LYS_ANYXML | LYS_ANYDATA;
-
-// libyang's messages are kept in the context instead of printed while one of these lives.
-class QuietLog {
- public:
-  QuietLog() { ly_temp_log_options(&options_); }
-  ~QuietLog() { ly_temp_log_options(nullptr); }
-  QuietLog(const QuietLog&) = delete;
-  QuietLog& operator=(const QuietLog&) = delete;
-
- private:
-  std::uint32_t options_ = LY_LOSTORE;
-};
 
 struct QualifiedName {
   std::string_view tag;
@@ -95,14 +84,11 @@ std::set<std::string> modules_in(const std::string& folder) {
   return names;
 }
 
-// The first error is the cause; those that follow tell what failed because of it.
 std::string first_reason(const ly_ctx* context) {
-  for (const auto* item = ly_err_first(context); item != nullptr; item = item->next) {
-    if (item->level != LY_LLERR || item->msg == nullptr) continue;
-    const std::string place = item->path == nullptr ? "" : item->path;
-    return item->msg + (place.empty() ? place : " (" + place + ')');
-  }
-  return "unknown reason";
+  const auto* item = first_error(context);
+  if (item == nullptr) return "unknown reason";
+  const std::string place = item->path == nullptr ? "" : item->path;
+  return item->msg + (place.empty() ? place : " (" + place + ')');
 }
 
 }  // namespace
@@ -259,6 +245,10 @@ std::string_view Models::module(const lysc_node* node) { return node->module->na
 std::string_view Models::module_namespace(const lysc_node* node) { return node->module->ns; }
 bool Models::is_key(const lysc_node* node) { return is_flagged(node, LYS_KEY); }
 bool Models::is_state(const lysc_node* node) { return is_flagged(node, LYS_CONFIG_R); }
+
+bool Models::is_plain_container(const lysc_node* node) {
+  return node->nodetype == LYS_CONTAINER && !is_flagged(node, LYS_PRESENCE);
+}
 
 bool Models::is_empty_leaf(const lysc_node* node) {
   return node->nodetype == LYS_LEAF &&

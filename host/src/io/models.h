@@ -54,6 +54,8 @@ class Models {
   [[nodiscard]] static bool is_key(const lysc_node* node);
   [[nodiscard]] static bool is_state(const lysc_node* node);       // config false
   [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty
+  // A container without presence, which says nothing by being there.
+  [[nodiscard]] static bool is_plain_container(const lysc_node* node);
 
  private:
   struct Impl;

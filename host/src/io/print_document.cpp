@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "io/document_nodes.h"
 #include "io/print_parts.h"
 #include "io/text.h"
 
@@ -19,13 +20,6 @@ void append_predicate(std::string& out, std::string_view name, std::string_view 
   out += in_one_line(value);
   out += quote;
   out += ']';
-}
-
-bool lacks_key(const DocumentNode& entry) {
-  if (entry.kind != NodeKind::kList || entry.schema == nullptr) return false;
-  const auto keys = Models::keys(entry.schema);
-  return std::any_of(keys.begin(), keys.end(),
-                     [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
 }
 
 // Whether a node is there without doing anything: neither JSON nor XML has a word for that. Keys
@@ -91,14 +85,6 @@ std::string_view shown_operation(const DocumentNode& node) {
     return {};
   }
   return operation_name(*node.operation);
-}
-
-const std::string* key_value(const DocumentNode& entry, std::string_view key) {
-  const auto found =
-      std::find_if(entry.children.begin(), entry.children.end(), [&](const DocumentNode& child) {
-        return child.tag == key && child.module_namespace == entry.module_namespace && child.value;
-      });
-  return found == entry.children.end() ? nullptr : &*found->value;
 }
 
 std::vector<const DocumentNode*> shown_nodes(const std::vector<DocumentNode>& siblings,

@@ -23,9 +23,6 @@ std::string_view operation_name(Operation operation);
 // The operation that JSON and XML show of a node; "" for none.
 std::string_view shown_operation(const DocumentNode& node);
 
-// The value of an entry's key; null when the entry lacks it.
-const std::string* key_value(const DocumentNode& entry, std::string_view key);
-
 // The nodes among siblings that JSON and XML show. Left out are nodes that neither do anything
 // themselves nor lead to one that does, and entries that lack a key; a note says so for each entry.
 // The path ends with the parent, and is as before at the end.

@@ -1,4 +1,4 @@
-#include "io/models.h"
+#include "io/document_nodes.h"
 #include "io/print_parts.h"
 
 namespace ocifip {

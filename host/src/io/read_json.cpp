@@ -46,8 +46,9 @@ struct Scope {
 // Takes the parser's events: the functions from null to parse_error are those that it calls.
 class JsonReader {
  public:
-  JsonReader(const Models& models, const std::string& name, JsonSource& source)
-      : builder_(models, name), source_(source) {}
+  JsonReader(const Models& models, const std::string& name, JsonSource& source,
+             OtherAnnotations annotations)
+      : builder_(models, name), source_(source), annotations_(annotations) {}
 
   bool null() { return scalar(std::nullopt); }
   bool boolean(bool value) { return scalar(value ? "true" : "false"); }
@@ -96,6 +97,7 @@ class JsonReader {
 
   TreeBuilder builder_;
   JsonSource& source_;
+  OtherAnnotations annotations_;
   std::vector<Scope> scopes_;
   std::string member_;  // whose value comes next
   int member_line_ = 0;
@@ -169,6 +171,8 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
     // Passed over, it would turn a delete into a write.
     fail("unknown annotation " + in_quotes(member_) + ", an operation is \"" +
          std::string(kOperationAnnotation) + "\"");
+  } else if (annotations_ == OtherAnnotations::kRefused) {
+    fail("an annotation, " + in_quotes(member_));
   }
 }
 
@@ -306,9 +310,10 @@ void JsonReader::apply(const std::vector<Metadata>& all) {
 
 }  // namespace
 
-Document read_json(const Models& models, const std::string& name, std::string_view text) {
+Document read_json(const Models& models, const std::string& name, std::string_view text,
+                   OtherAnnotations annotations) {
   JsonSource source(text);
-  JsonReader reader(models, name, source);
+  JsonReader reader(models, name, source, annotations);
   nlohmann::json::sax_parse(source.begin(), source.end(), &reader);
   return reader.finish();
 }

@@ -10,8 +10,12 @@
 
 namespace ocifip {
 
+// What becomes of annotations that are no operations.
+enum class OtherAnnotations { kPassedOver, kRefused };
+
 // Reads a text that has been checked (check_text). Throws InputError.
-Document read_json(const Models& models, const std::string& name, std::string_view text);
+Document read_json(const Models& models, const std::string& name, std::string_view text,
+                   OtherAnnotations annotations = OtherAnnotations::kPassedOver);
 
 }  // namespace ocifip
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "device/native_edit.h"
+#include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
@@ -74,6 +76,48 @@ bool has_effect(const OutputNode& node) {
   return false;
 }
 
+// What the mapping itself made of a request: its calls if they were recorded, and its refusal or
+// its remarks.
+Outcome outcome_of(Request& request, cerrno result) {
+  Outcome outcome;
+  if (request.recorder() != nullptr) {
+    outcome.text = request.recorder()->text();
+  }
+  if (result != kOk) {
+    outcome.refusal = request.refusal(result);
+  } else {
+    outcome.notes = request.notes();
+  }
+  return outcome;
+}
+
+// Shows what changed, unless the mapping's calls are shown.
+void print_applied(const Document& before, const Document& changes, Format format,
+                   Outcome& outcome) {
+  if (format == Format::kTree) {
+    outcome.text = print_changes(changes, before);
+  } else if (format != Format::kCalls) {
+    outcome.text = print_document(changes, format, outcome.notes);
+  }
+}
+
+void apply_edit(const Models& models, const Document& native, const Document& edit, Format format,
+                Applied& applied) {
+  EditedNative edited = edit_native(models, native, edit);
+  applied.outcome.refusal = std::move(edited.refusal);
+  if (applied.outcome.refusal) {
+    applied.outcome.notes.clear();
+    return;
+  }
+  const Document changes = difference(native, edited.native);
+  print_applied(native, changes, format, applied.outcome);
+  if (changes.roots.empty()) {
+    applied.outcome.notes.emplace_back("nothing changed on the device");
+  } else {
+    applied.native = std::move(edited.native);
+  }
+}
+
 // --- probes --------------------------------------------------------------------------------------
 
 std::string_view probe_key(QueryExpansion::SchemaPath path, std::string_view key) {
@@ -131,7 +175,7 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Augmen
       paths_(models),
       framework_{models, paths_, entries} {}
 
-Outcome Mapper::edit(const EditRequest& request, Format format) {
+void Mapper::map_edit(const EditRequest& request, Format format, const Mapped& mapped) {
   const ActiveDevice active(device_);
   const Document document = read_edit(request);
   const Operation operation = operation_of(request.operation);
@@ -141,7 +185,26 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
                .operation = operation,
                .record_calls = format == Format::kCalls,
                .trace = trace_});
-  return finish(run, map_input(run), format, "the request maps to nothing on the device");
+  mapped(run, map_input(run));
+}
+
+Outcome Mapper::edit(const EditRequest& request, Format format) {
+  Outcome outcome;
+  map_edit(request, format, [&](Request& run, cerrno result) {
+    outcome = finish(run, result, format, "the request maps to nothing on the device");
+  });
+  return outcome;
+}
+
+Applied Mapper::apply(const EditRequest& request, const Document& native, Format format) {
+  Applied applied;
+  map_edit(request, format, [&](Request& run, cerrno result) {
+    applied.outcome = outcome_of(run, result);
+    if (!applied.outcome.refusal) {
+      apply_edit(models_, native, to_document(run.output(), "edit"), format, applied);
+    }
+  });
+  return applied;
 }
 
 Outcome Mapper::query(const QueryRequest& request, Format format) {
@@ -226,15 +289,10 @@ bool Mapper::is_refused(QueryExpansion::SchemaPath path) {
 }
 
 Outcome Mapper::finish(Request& request, cerrno result, Format format, const char* nothing) const {
-  Outcome outcome;
-  if (request.recorder() != nullptr) {
-    outcome.text = request.recorder()->text();
-  }
-  if (result != kOk) {
-    outcome.refusal = request.refusal(result);
+  Outcome outcome = outcome_of(request, result);
+  if (outcome.refusal) {
     return outcome;
   }
-  outcome.notes = request.notes();
   if (!has_effect(*request.output().root())) {
     outcome.notes.emplace_back(nothing);
   }

@@ -2,6 +2,8 @@
 #ifndef OCIFIP_HOST_MAPPING_MAPPER_H_
 #define OCIFIP_HOST_MAPPING_MAPPER_H_
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -15,6 +17,12 @@
 
 namespace ocifip {
 
+// What came of an edit that was to be applied.
+struct Applied {
+  Outcome outcome;
+  std::optional<Document> native;  // the new configuration; absent when nothing changed
+};
+
 class Mapper {
  public:
   Mapper(const Models& models, const DeviceDirectory& device, const AugmentEntries& entries,
@@ -22,10 +30,15 @@ class Mapper {
 
   // All throw InputError.
   Outcome edit(const EditRequest& request, Format format);
+  // The native edit is applied to a configuration, which stays as it is.
+  Applied apply(const EditRequest& request, const Document& native, Format format);
   Outcome query(const QueryRequest& request, Format format);
   Outcome report(const ReportRequest& request, const ReadBackEntries& entries, Format format);
 
  private:
+  // Maps an edit and hands over the request, as the mapping left it, with the mapping's result.
+  using Mapped = std::function<void(Request& request, cerrno result)>;
+  void map_edit(const EditRequest& request, Format format, const Mapped& mapped);
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
   Document read_query(const QueryRequest& request, std::vector<std::string>& notes);
   bool is_refused(QueryExpansion::SchemaPath path);

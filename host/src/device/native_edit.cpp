@@ -1,0 +1,219 @@
+#include "device/native_edit.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "io/check_data.h"
+#include "io/document_nodes.h"
+#include "io/print_document.h"
+#include "io/tree_builder.h"
+#include "result_codes.h"
+
+namespace ocifip {
+namespace {
+
+using Nodes = std::vector<DocumentNode>;
+
+Operation operation_of(const DocumentNode& node) {
+  return node.operation.value_or(Operation::kWrite);
+}
+
+bool is_leaf(const DocumentNode& node) {
+  return node.kind == NodeKind::kLeaf || node.kind == NodeKind::kLeafList;
+}
+
+// An interface's entry in an edit only leads to what is below it.
+bool is_interface(const DocumentNode& node) {
+  return node.module == "Halvane-Ombrix-ifmgr-cfg" && node.tag == "interface-configuration";
+}
+
+// A list or leaf-list that is meant as a whole: an entry without any key, or no value.
+bool names_all(const DocumentNode& node) {
+  return node.kind == NodeKind::kLeafList ? !node.value
+                                          : node.kind == NodeKind::kList && node.children.empty();
+}
+
+bool is_of(const DocumentNode& node, const DocumentNode& list) {
+  return node.tag == list.tag && node.module_namespace == list.module_namespace;
+}
+
+// Siblings as an edit changes them.
+struct Level {
+  Nodes& nodes;
+  SiblingIndex index;
+  // What was there before a replace of the parent, or null: deletions are judged by it.
+  Nodes* replaced;
+  SiblingIndex replaced_index;
+  std::unordered_set<const DocumentNode*> deleted;
+
+  // Has room for so many more nodes, which the indexes need to stay where they are.
+  Level(Nodes& siblings, Nodes* former, std::size_t more) : nodes(siblings), replaced(former) {
+    nodes.reserve(nodes.size() + more);
+    for (auto& node : nodes) index.add(node);
+    if (replaced == nullptr) return;
+    for (auto& node : *replaced) replaced_index.add(node);
+  }
+
+  // What stands for a node of the edit now, and what stood for it before the edit.
+  [[nodiscard]] DocumentNode* find(const DocumentNode& node) const {
+    auto* found = index.find(node);
+    return deleted.contains(found) ? nullptr : found;
+  }
+  [[nodiscard]] DocumentNode* find_former(const DocumentNode& node) const {
+    return replaced == nullptr ? find(node) : replaced_index.find(node);
+  }
+
+  DocumentNode& add(DocumentNode node) {
+    nodes.push_back(std::move(node));
+    index.add(nodes.back());
+    return nodes.back();
+  }
+};
+
+class NativeEditor {
+ public:
+  // False when the edit is refused.
+  bool apply(Nodes& target, const Nodes& edit, Nodes* replaced = nullptr);
+
+  [[nodiscard]] const std::optional<Refusal>& refusal() const { return refusal_; }
+
+ private:
+  bool refuse(cerrno code);
+  bool apply_node(Level& level, const DocumentNode& edit);
+  bool remove(Level& level, const DocumentNode& edit);
+  bool remove_all(Level& level, const DocumentNode& edit);
+  static bool write_leaf(Level& level, const DocumentNode& edit);
+  bool write_inner(Level& level, const DocumentNode& edit);
+  bool add_inner(Level& level, const DocumentNode& edit);
+  bool change_inner(Level& level, const DocumentNode& edit, DocumentNode& target);
+
+  std::vector<const DocumentNode*> path_;  // in the edit
+  std::optional<Refusal> refusal_;
+};
+
+// Always false.
+bool NativeEditor::refuse(cerrno code) {
+  refusal_ = {code, path_.back()->tag, instance_path(path_), cerr_strerror(code)};
+  return false;
+}
+
+bool NativeEditor::apply(Nodes& target, const Nodes& edit, Nodes* replaced) {
+  Level level(target, replaced, edit.size());
+  for (const auto& node : edit) {
+    if (is_key(node)) continue;
+    path_.push_back(&node);
+    const bool is_applied = apply_node(level, node);
+    path_.pop_back();
+    if (!is_applied) return false;
+  }
+  std::erase_if(target, [&](const DocumentNode& node) { return level.deleted.contains(&node); });
+  arrange(target);
+  return true;
+}
+
+bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
+  const bool is_deletion = is_deleting(operation_of(edit));
+  if (is_deletion && names_all(edit)) return remove_all(level, edit);
+  if (lacks_key(edit)) return refuse(kListKey);
+  if (is_deletion) return remove(level, edit);
+  return is_leaf(edit) ? write_leaf(level, edit) : write_inner(level, edit);
+}
+
+bool NativeEditor::remove(Level& level, const DocumentNode& edit) {
+  if (operation_of(edit) == Operation::kDelete && level.find_former(edit) == nullptr) {
+    return refuse(kDataMissing);
+  }
+  if (const auto* node = level.find(edit)) level.deleted.insert(node);
+  return true;
+}
+
+bool NativeEditor::remove_all(Level& level, const DocumentNode& edit) {
+  bool is_there = false;
+  for (const auto& node : level.replaced == nullptr ? level.nodes : *level.replaced) {
+    is_there = is_there || is_of(node, edit);
+  }
+  if (operation_of(edit) == Operation::kDelete && !is_there) return refuse(kDataMissing);
+  for (const auto& node : level.nodes) {
+    if (is_of(node, edit)) level.deleted.insert(&node);
+  }
+  return true;
+}
+
+bool NativeEditor::write_leaf(Level& level, const DocumentNode& edit) {
+  if (operation_of(edit) == Operation::kNone) return true;
+  auto* target = level.find(edit);
+  if (target == nullptr) target = &level.add(bare(edit));
+  target->value = edit.value;
+  // A leaf of type empty has no other value, whether the mapping gives it or not.
+  if (!target->value && edit.schema != nullptr && Models::is_empty_leaf(edit.schema)) {
+    target->value.emplace();
+  }
+  return true;
+}
+
+bool NativeEditor::write_inner(Level& level, const DocumentNode& edit) {
+  auto* target = level.find(edit);
+  return target == nullptr ? add_inner(level, edit) : change_inner(level, edit, *target);
+}
+
+// Whether a container or entry is something when nothing is below it.
+bool stands_alone(const DocumentNode& node) {
+  if (node.kind == NodeKind::kList) return !is_interface(node);
+  return node.schema == nullptr || !Models::is_plain_container(node.schema);
+}
+
+bool is_without_content(const DocumentNode& node) {
+  return std::all_of(node.children.begin(), node.children.end(), is_key);
+}
+
+bool NativeEditor::add_inner(Level& level, const DocumentNode& edit) {
+  auto* former = level.find_former(edit);
+  DocumentNode made = bare(edit);
+  if (!apply(made.children, edit.children, former == nullptr ? nullptr : &former->children)) {
+    return false;
+  }
+  const bool is_passed_through = operation_of(edit) == Operation::kNone;
+  if (is_without_content(made) && (is_passed_through || !stands_alone(made))) return true;
+  if (is_passed_through && former == nullptr) return refuse(kDataMissing);
+  level.add(std::move(made));
+  return true;
+}
+
+bool NativeEditor::change_inner(Level& level, const DocumentNode& edit, DocumentNode& target) {
+  const bool was_empty = target.children.empty();
+  if (operation_of(edit) == Operation::kReplace) {
+    DocumentNode replaced = std::exchange(target, bare(target));
+    if (!apply(target.children, edit.children, &replaced.children)) return false;
+  } else if (!apply(target.children, edit.children)) {
+    return false;
+  }
+  const bool is_left_empty = target.children.empty() && !was_empty;
+  if (is_left_empty && !stands_alone(target)) {
+    level.deleted.insert(&target);
+  }
+  return true;
+}
+
+Refusal invalid(const DataFault& fault) {
+  return {kInvalidData, fault.tag, fault.path, fault.reason};
+}
+
+}  // namespace
+
+EditedNative edit_native(const Models& models, const Document& native, const Document& edit) {
+  EditedNative result{native, std::nullopt};
+  NativeEditor editor;
+  if (!editor.apply(result.native.roots, edit.roots)) {
+    result.refusal = editor.refusal();
+  } else if (const auto fault = check_data(models, result.native)) {
+    result.refusal = invalid(*fault);
+  }
+  if (result.refusal) result.native = {};
+  return result;
+}
+
+}  // namespace ocifip

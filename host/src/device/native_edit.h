@@ -1,0 +1,27 @@
+// Applying a native edit to a device's native configuration.
+#ifndef OCIFIP_HOST_DEVICE_NATIVE_EDIT_H_
+#define OCIFIP_HOST_DEVICE_NATIVE_EDIT_H_
+
+#include <optional>
+
+#include "io/document.h"
+#include "io/models.h"
+#include "ocifip/host.h"
+
+namespace ocifip {
+
+struct EditedNative {
+  Document native;                 // the configuration after the edit
+  std::optional<Refusal> refusal;  // set: the edit cannot be applied, and native is empty
+};
+
+// Applies an edit with the semantics of NETCONF's edit-config. Each node of the edit has the
+// operation that it says, kWrite when it says none; nothing is looked at below a deleted node.
+// Refused are: a deletion of what is not there (kDelete, not kRemove), a write below what is not
+// there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
+// list is deleted as a whole by one without any, and a result that the models would not accept.
+EditedNative edit_native(const Models& models, const Document& native, const Document& edit);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_DEVICE_NATIVE_EDIT_H_

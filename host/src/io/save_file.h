@@ -1,0 +1,23 @@
+// Replacing files.
+#ifndef OCIFIP_HOST_IO_SAVE_FILE_H_
+#define OCIFIP_HOST_IO_SAVE_FILE_H_
+
+#include <string>
+#include <string_view>
+
+namespace ocifip {
+
+// Reads a whole file. Throws InputError with the file's name and the system's reason.
+std::string read_file(const std::string& name);
+
+// Gives a file other content, all or nothing: whenever it is read, and whatever interrupts the
+// writing, it has either its former content or the new. It must exist; it keeps its permissions
+// and, where the system allows it, its owner. A symbolic link stays, and what it leads to is
+// replaced. Other links to the file keep the former content. Throws InputError with the file's name
+// and the reason; the file is as it was then, but for one case: what is said of the folder comes
+// when the new content is there already, and is not certain to survive a loss of power.
+void save_file(const std::string& name, std::string_view text);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_SAVE_FILE_H_
