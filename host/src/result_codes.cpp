@@ -59,7 +59,7 @@ constexpr std::array kWords = {
     Words{0xaaf2f400, "value-range", "the value is out of range"},
     Words{kUnsupported, "unsupported", "the mapping does not support this node"},
     Words{0xaaf2f800, "unsupported-augment", "the mapping does not support what is added here"},
-    Words{YFW_MAP_XPATH_NOT_FOUND, "xpath-not-found", "the path does not resolve"},
+    Words{YFW_MAP_XPATH_NOT_ADDED, "xpath", "the path does not resolve, or its leaf exists"},
 };
 
 const Words* find_words(cerrno code) {

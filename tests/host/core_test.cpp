@@ -320,10 +320,11 @@ TEST_F(CoreTest, StitchedMirroredAndKeyedPathsLeadToTheirEntries) {
   std::strcpy(xpath.module_namespace, kIfIp);
   std::strcpy(xpath.xpath, "/interfaces/interface[name='Gi]0/0']/config/mtu");
   EXPECT_EQ(yfw_map_tree_xpath_operations(ctx, &xpath), kOk);
-  for (const char* path :
-       {"/interfaces/interface[mtu=Gi]/x", "/interfaces/interface[name=Gi9]/x"}) {
+  std::strcpy(xpath.value, "another");
+  for (const char* path : {"/interfaces/interface[mtu=Gi]/x", "/interfaces/interface[name=Gi9]/x",
+                           "/interfaces/interface[name='Gi]0/0']/config/mtu"}) {
     std::strcpy(xpath.xpath, path);
-    EXPECT_EQ(yfw_map_tree_xpath_operations(ctx, &xpath), YFW_MAP_XPATH_NOT_FOUND);
+    EXPECT_EQ(yfw_map_tree_xpath_operations(ctx, &xpath), YFW_MAP_XPATH_NOT_ADDED);
   }
   map_subinterface("Eth1", "4");
   const InputNode in{};
@@ -344,10 +345,12 @@ TEST_F(CoreTest, StitchedMirroredAndKeyedPathsLeadToTheirEntries) {
             "/counters/in-pkts =\"5\\\"\\t\\r\\n\\u0001\" source=NONE create=0 flags=1\n"
             "xpath openconfig-if-ip /interfaces/interface[name='Gi]0/0']/config/mtu =\"6\""
             " operation=3\n"
-            "xpath openconfig-if-ip /interfaces/interface[mtu=Gi]/x =\"6\" operation=3"
+            "xpath openconfig-if-ip /interfaces/interface[mtu=Gi]/x =\"another\" operation=3"
             " result=0xaaf2fc00\n"
-            "xpath openconfig-if-ip /interfaces/interface[name=Gi9]/x =\"6\" operation=3"
+            "xpath openconfig-if-ip /interfaces/interface[name=Gi9]/x =\"another\" operation=3"
             " result=0xaaf2fc00\n"
+            "xpath openconfig-if-ip /interfaces/interface[name='Gi]0/0']/config/mtu =\"another\""
+            " operation=3 result=0xaaf2fc00\n"
             "add-leaf urn:sum /sum/interface/subinterface/mtu\n");
 }
 

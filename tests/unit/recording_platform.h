@@ -76,8 +76,8 @@ struct Prefix {
 
 // The IPv4 addresses of an interface of the device.
 struct Addresses {
-  Prefix primary;
-  std::vector<Prefix> secondaries;
+  Prefix primary{};
+  std::vector<Prefix> secondaries{};
 };
 
 // The database binding that tests hand to the unload hook.

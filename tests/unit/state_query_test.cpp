@@ -40,6 +40,11 @@ const std::string kNeighbor =
 const std::string kRegular =
     "add_path ipv6-ma-cfg /interface-configurations/interface-configuration/ipv6-network/addresses/"
     "regular-addresses/regular-address/";
+const std::string kMtu =
+    "add_path ipv6-ma-cfg /interface-configurations/interface-configuration/ipv6-network/mtu";
+const std::string kDadAttempts =
+    "add_path ipv6-nd-cfg /interface-configurations/interface-configuration/ipv6-neighbor/"
+    "dad-attempts";
 const std::string kSecondary =
     "add_path ipv4-io-cfg /interface-configurations/interface-configuration/ipv4-network/addresses/"
     "secondaries/secondary/address";
@@ -89,6 +94,8 @@ TEST_F(StateQueries, EachLeafAsksForWhatHoldsItsValue) {
            Case{LEAF(lvlb_ipv6_state_origin), leaf("x"), kNeighbor + "origin-encapsulation"},
            Case{LEAF(lvla_ipv6_state_isrouter), leaf("x"), kNeighbor + "is-router"},
            Case{LEAF(lvla_ipv6_state_neighborstate), leaf("x"), kNeighbor + "reachability-state"},
+           Case{LEAF(lvla_ipv6_state_mtu), leaf("x"), kMtu},
+           Case{LEAF(lvla_ipv6_state_dupaddrdetecttransmits), leaf("x"), kDadAttempts},
        }) {
     SCOPED_TRACE(each.asked);
     for (const std::uint32_t read : {YFW_MAP_REQUEST_READ_CONFIG, YFW_MAP_REQUEST_READ_STATE}) {

@@ -141,12 +141,13 @@ cerrno operate_on_path(Request& request, const yfw_map_xpath_request& operation)
     return kInvalidArgument;
   }
   if (!steps) {
-    return YFW_MAP_XPATH_NOT_FOUND;
+    return YFW_MAP_XPATH_NOT_ADDED;
   }
   OutputNode* leaf = follow(request, OutputTree::node_of(operation.base), *steps,
                             operation.module_namespace, true);
-  if (leaf == nullptr) {
-    return YFW_MAP_XPATH_NOT_FOUND;
+  const bool is_there = leaf != nullptr && leaf->head.value != nullptr;
+  if (leaf == nullptr || is_there) {
+    return YFW_MAP_XPATH_NOT_ADDED;
   }
   request.output().set_value(leaf, operation.value);
   apply_operation(leaf, NIDL_YFW_EDIT_WRITE,

@@ -19,8 +19,9 @@
 extern "C" {
 #endif
 
-/* Result of yfw_map_tree_xpath_operations for a path that does not resolve. */
-#define YFW_MAP_XPATH_NOT_FOUND ((cerrno)0xaaf2fc00)
+/* Result of yfw_map_tree_xpath_operations for a path that does not resolve, or that leads to a leaf
+ * which exists already and stays as it is. */
+#define YFW_MAP_XPATH_NOT_ADDED ((cerrno)0xaaf2fc00)
 
 /* Path flags of yfw_map_datatree_add_path_flagged. */
 enum yfw_map_path_flag {
@@ -126,7 +127,7 @@ typedef struct yfw_map_xpath_request {
   char xpath[1001];           /* path with keys */
 } yfw_map_xpath_request;
 
-/* Runs a path operation. Returns 0, YFW_MAP_XPATH_NOT_FOUND, or another failure. */
+/* Runs a path operation. Returns 0, YFW_MAP_XPATH_NOT_ADDED, or another failure. */
 cerrno yfw_map_tree_xpath_operations(yfw_map_ctx *ctx, const yfw_map_xpath_request *request);
 
 /*

@@ -14,10 +14,10 @@
 
 namespace ymap {
 
-// Lines are written under the name of the helper that its callers know, whichever step they are
-// from.
-#define LOOKUP_TRACE(ctx, text, ...) \
-  YMAP_EMIT(ctx, kLookup, YMAP_TRACE_TEXT(text) __VA_OPT__(, ) __VA_ARGS__)
+// Lines of a step are written under the name of whoever takes it.
+#define CALLER_TRACE(ctx, caller, text, ...) \
+  YMAP_EMIT(ctx, caller, YMAP_TRACE_TEXT(text) __VA_OPT__(, ) __VA_ARGS__)
+#define LOOKUP_TRACE(ctx, text, ...) CALLER_TRACE(ctx, kLookup, text __VA_OPT__(, ) __VA_ARGS__)
 #define NODE_TRACE(ctx, text, ...) \
   YMAP_EMIT(ctx, __func__, YMAP_TRACE_TEXT(text) __VA_OPT__(, ) __VA_ARGS__)
 
@@ -49,18 +49,18 @@ void prepare_address_codec(yfw_map_ctx* ctx) {
   }
 }
 
-cerrno bind_interface_manager(yfw_map_ctx* ctx) {
+cerrno bind_interface_manager(yfw_map_ctx* ctx, const char* caller) {
   if (the_connection != nullptr) {
     return YMAP_OK;
   }
   const cerrno result = imc_control_server_bind(&the_connection, IMC_BIND_MODE_CLIENT);
   if (result != YMAP_OK) {
     the_connection = nullptr;
-    LOOKUP_TRACE(ctx, "IP-MAP : Failed in binding.\n");
+    CALLER_TRACE(ctx, caller, "IP-MAP : Failed in binding.\n");
     return result;
   }
   the_connection_id = imc_conn_ctx_to_connid(the_connection);
-  LOOKUP_TRACE(ctx, "IP-MAP: Success in binding.\n");
+  CALLER_TRACE(ctx, caller, "IP-MAP: Success in binding.\n");
   return YMAP_OK;
 }
 
@@ -81,8 +81,8 @@ struct FreeAddressList {
 using AddressList = std::unique_ptr<iparm_list, FreeAddressList>;
 
 // Finds the interface once the connection is bound; one line reports either failure.
-cerrno find_interface(yfw_map_ctx* ctx, const char* ifname, const char* internal_name, cerrno bound,
-                      imc_handle& handle) {
+cerrno find_interface(yfw_map_ctx* ctx, const char* caller, const char* ifname,
+                      const char* internal_name, cerrno bound, imc_handle& handle) {
   cerrno result = bound;
   cerrno status = YMAP_OK;
   if (result == YMAP_OK) {
@@ -93,8 +93,8 @@ cerrno find_interface(yfw_map_ctx* ctx, const char* ifname, const char* internal
   }
   if (result != YMAP_OK) {
     // The text of the result stands twice in the line, as it always has.
-    LOOKUP_TRACE(ctx, "IP-MAP: Interface name %s not found,rc = %s, due to error %s\n", ifname,
-                 cerr_strerror(result), cerr_strerror(result));
+    CALLER_TRACE(ctx, caller, "IP-MAP: Interface name %s not found,rc = %s, due to error %s\n",
+                 ifname, cerr_strerror(result), cerr_strerror(result));
   }
   return result;
 }
@@ -137,14 +137,15 @@ cerrno decode_addresses(yfw_map_ctx* ctx, const imc_attr_response& response, std
 cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& address,
                              std::uint32_t* prefix_length, std::uint32_t family) {
   prepare_address_codec(ctx);
-  const cerrno bound = bind_interface_manager(ctx);
+  const cerrno bound = bind_interface_manager(ctx, kLookup);
   InternalName internal_name{};
   if (const cerrno result = convert_to_internal_ifname(ctx, internal_name, ifname, kLookup);
       result != YMAP_OK) {
     return result;
   }
   imc_handle handle = 0;
-  if (const cerrno result = find_interface(ctx, ifname, internal_name.data(), bound, handle);
+  if (const cerrno result =
+          find_interface(ctx, kLookup, ifname, internal_name.data(), bound, handle);
       result != YMAP_OK) {
     note_no_address(ctx);
     return result;
@@ -173,12 +174,12 @@ cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& 
   return YMAP_OK;
 }
 
-bool interface_exists(yfw_map_ctx* ctx, const char* ifname) {
-  const cerrno bound = bind_interface_manager(ctx);
+bool interface_exists(yfw_map_ctx* ctx, const char* caller, const char* ifname) {
+  const cerrno bound = bind_interface_manager(ctx, caller);
   InternalName internal_name{};
   imc_handle handle = 0;
-  return convert_to_internal_ifname(ctx, internal_name, ifname, __func__) == YMAP_OK &&
-         find_interface(ctx, ifname, internal_name.data(), bound, handle) == YMAP_OK;
+  return convert_to_internal_ifname(ctx, internal_name, ifname, caller) == YMAP_OK &&
+         find_interface(ctx, caller, ifname, internal_name.data(), bound, handle) == YMAP_OK;
 }
 
 namespace {

@@ -156,8 +156,9 @@ bool is_primary(yfw_map_ctx* ctx, std::uint32_t address, std::uint32_t prefix_le
 // Index of the first secondary that is an address and not deleted, or kNoSecondary.
 std::uint32_t get_secondary_addr_index_to_promote(yfw_map_ctx* ctx);
 
-// Whether the interface manager knows an interface, by its native name. That it does not is traced.
-bool interface_exists(yfw_map_ctx* ctx, const char* ifname);
+// Whether the interface manager knows an interface, by its native name. That it does not is traced
+// under the caller's name.
+bool interface_exists(yfw_map_ctx* ctx, const char* caller, const char* ifname);
 
 // --- nodes ---------------------------------------------------------------------------------------
 

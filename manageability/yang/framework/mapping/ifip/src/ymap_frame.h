@@ -41,7 +41,7 @@ inline constexpr cerrno YMAP_ERR_KEY_DELETE = 0xaaf2f200;
 inline constexpr cerrno YMAP_ERR_VALUE_RANGE = 0xaaf2f400;
 inline constexpr cerrno YMAP_ERR_UNSUPPORTED = 0xaaf2ee00;
 inline constexpr cerrno YMAP_ERR_UNSUPPORTED_AUGMENT = 0xaaf2f800;
-inline constexpr cerrno YMAP_ERR_XPATH_NOT_FOUND = YFW_MAP_XPATH_NOT_FOUND;
+inline constexpr cerrno YMAP_ERR_XPATH_NOT_ADDED = YFW_MAP_XPATH_NOT_ADDED;
 
 // A line of the debug log and of the trace buffer. Both formats begin with the context; the trace
 // buffer's also with the sequence number, the callback's name and the source line.

@@ -15,6 +15,7 @@ inline constexpr const char* kNamespaceIpv4ArpOper =
     "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper";
 inline constexpr const char* kNamespaceIpv6MaCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-cfg";
 inline constexpr const char* kNamespaceIpv6MaOper = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-oper";
+inline constexpr const char* kNamespaceIpv6NdCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-nd-cfg";
 inline constexpr const char* kNamespaceIpv6NdOper = "urn:halvane:yang:Halvane-Ombrix-ipv6-nd-oper";
 inline constexpr const char* kNamespacePrivateV4maOper =
     "urn:halvane:yang:Halvane-Ombrix-PRIVATE-ocifip-v4ma-oper";

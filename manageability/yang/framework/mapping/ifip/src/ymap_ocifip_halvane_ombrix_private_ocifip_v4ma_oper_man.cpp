@@ -25,8 +25,8 @@ constexpr Summary kSummary = {
 
 constexpr std::uint32_t kAddLeaf = 3;  // operation of a path request
 
-// Copies a leaf of an address's state to the tunnel's tree. That the framework does not resolve the
-// path is no failure.
+// Copies a leaf of an address's state to the tunnel's tree. That it is there already is no
+// failure.
 cerrno copy_to_tunnel(const Call& call, const char* ifname, const char* leaf) {
   yfw_map_xpath_request request{};
   request.enabled = 1;
@@ -40,7 +40,7 @@ cerrno copy_to_tunnel(const Call& call, const char* ifname, const char* leaf) {
                 leaf);
   const cerrno result = yfw_map_tree_xpath_operations(call.ctx, &request);
   call.wrote = call.wrote || result == YMAP_OK;
-  if (result == YMAP_ERR_XPATH_NOT_FOUND) {
+  if (result == YMAP_ERR_XPATH_NOT_ADDED) {
     YMAP_TRACE(call, "Node exits");  // the text is meant as it stands
     return YMAP_OK;
   }

@@ -16,9 +16,10 @@ namespace {
 
 // Name of the node that an interface is on; that of the local node for an interface that does not
 // exist.
-cerrno node_of_interface(yfw_map_ctx* ctx, const char* ifname, NodeName& node) {
-  return interface_exists(ctx, ifname) ? get_node_info(ctx, node, ifname)
-                                       : get_node_info_for_invalid_interface(ctx, node);
+cerrno node_of_interface(const Call& call, const char* ifname, NodeName& node) {
+  return interface_exists(call.ctx, call.name, ifname)
+             ? get_node_info(call.ctx, node, ifname)
+             : get_node_info_for_invalid_interface(call.ctx, node);
 }
 
 // Adds paths of the IPv6 operational model in turn, without values, until one fails.
@@ -35,7 +36,7 @@ cerrno query_ipv6_details(const Call& call, std::initializer_list<const char*> p
 // Names the node and the interface of an operational entry.
 cerrno name_ipv6_detail(const Call& call, const char* ifname) {
   NodeName node{};
-  if (const cerrno result = node_of_interface(call.ctx, ifname, node); result != YMAP_OK) {
+  if (const cerrno result = node_of_interface(call, ifname, node); result != YMAP_OK) {
     return result;
   }
   const cerrno result =

@@ -74,9 +74,14 @@ const char* current_interface_name(const yfw_map_ctx* ctx) {
   return ctx->request_state != nullptr ? ctx->request_state->current_ifname : "";
 }
 
-const char* entry_leaf(const Call& call, const char* list_path, const char* leaf) {
+EntryKey entry_key(const Call& call, const char* list_path, const char* key) {
   const char* value = nullptr;
-  return yfw_map_get_node_info(call.ctx, list_path, leaf, &value) == YMAP_OK ? value : nullptr;
+  const cerrno result = yfw_map_get_node_info(call.ctx, list_path, key, &value);
+  return {result, result == YMAP_OK ? value : nullptr};
+}
+
+const char* entry_leaf(const Call& call, const char* list_path, const char* leaf) {
+  return entry_key(call, list_path, leaf).value;
 }
 
 bool is_tunnel_name(const char* name) {

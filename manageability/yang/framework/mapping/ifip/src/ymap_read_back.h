@@ -39,6 +39,15 @@ struct OpenConfigKeys {
 // Name of the native interface being mapped; empty without a request state.
 [[nodiscard]] const char* current_interface_name(const yfw_map_ctx* ctx);
 
+// A key of the list entry being walked.
+struct EntryKey {
+  cerrno result;      // of the framework's lookup
+  const char* value;  // null when the lookup failed or the entry has no such key
+};
+
+//   list_path  the list's path without keys
+[[nodiscard]] EntryKey entry_key(const Call& call, const char* list_path, const char* key);
+
 // Value of a leaf of the native list entry being walked, or null when it has none.
 //
 //   list_path  the list's path without keys

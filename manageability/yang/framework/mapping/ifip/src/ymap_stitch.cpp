@@ -15,12 +15,6 @@ constexpr std::uint32_t kMakeCurrent = 2;  // operation of a stitch request
 
 }  // namespace
 
-EntryKey entry_key(const Call& call, const char* list_path, const char* key) {
-  const char* value = nullptr;
-  const cerrno result = yfw_map_get_node_info(call.ctx, list_path, key, &value);
-  return {result, result == YMAP_OK ? value : nullptr};
-}
-
 cerrno stitch_subinterface(const Call& call, const char* name, const char* index) {
   Node* interface = nullptr;
   Node* subinterface = nullptr;

@@ -5,6 +5,7 @@
 
 #include "yfw/context.h"
 #include "ymap_frame.h"
+#include "ymap_read_back.h"
 
 namespace ymap {
 
@@ -15,13 +16,6 @@ struct Summary {
   Message no_name;
   Message no_index;
 };
-
-// A key of the list entry being walked.
-struct EntryKey {
-  cerrno result;      // of the framework's lookup
-  const char* value;  // null when the lookup failed or the entry has no such key
-};
-[[nodiscard]] EntryKey entry_key(const Call& call, const char* list_path, const char* key);
 
 // Makes the subinterface of an interface of the output current, so that what follows is written to
 // it. Never makes an entry: returns 0xaaf2f600 when the output lacks the interface or the
