@@ -44,12 +44,19 @@ Status run(const CommandLine& line, const ApplyCommand& command) {
 Status run(const CommandLine& line, const QueryCommand& command) {
   const QueryRequest request = {read_document(command.document, line.input), command.paths,
                                 command.content};
-  return show(Host(line.host).query(request, line.format));
+  Host host(line.host);
+  return show(command.is_answered ? host.get(request, line.format)
+                                  : host.query(request, line.format));
 }
 
 Status run(const CommandLine& line, const ReportCommand& command) {
   const ReportRequest request = {read_source(command.data, line.input), command.content};
   return show(Host(line.host).report(request, line.format));
+}
+
+Status run(const CommandLine& line, const RegistrationsCommand&) {
+  write_output(Host(line.host).registrations(line.format));
+  return kDone;
 }
 
 Status run(const CommandLine&, const Information& information) {

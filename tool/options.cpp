@@ -42,8 +42,13 @@ constexpr const char* kQueryExample =
     "  ocifip query --content config \\\n"
     "    \"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
 
+constexpr const char* kGetExample =
+    "An argument that begins with / and names no file is a PATH.\n\n"
+    "Example:\n"
+    "  ocifip get --device device.json \"/interfaces/interface[name='Eth1']\"";
+
 constexpr const char* kReportExample =
-    "DATA is native configuration, as a file or - for standard input.\n\n"
+    "DATA is native configuration or state, as a file or - for standard input.\n\n"
     "Example:\n"
     "  ocifip report --content config native.json";
 
@@ -67,24 +72,40 @@ void add_choice(CLI::App* command, const std::string& option, Target& target,
           std::string()));
 }
 
+void add_format(CLI::App* command, Format& format, const Words<Format>& words,
+                const std::string& names, const std::string& more) {
+  add_choice(command, "--format", format, words, names, "Output format (default: json)" + more);
+}
+
+void add_libraries(CLI::App* command, HostOptions& host) {
+  command->add_option("--plugin", host.plugin, "Mapping plug-in to load instead of the own")
+      ->type_name("PATH");
+  command->add_option("--models", host.models, "Folder of YANG modules instead of the own")
+      ->type_name("DIR");
+}
+
+// Options of the commands that map something.
 void add_common_options(CLI::App* command, CommandLine& line) {
   command->add_option("--device", line.host.device, "Device file (default: an example device)")
       ->type_name("FILE");
-  add_choice(command, "--format", line.format,
-             Words<Format>{{"tree", Format::kTree},
-                           {"json", Format::kJson},
-                           {"xml", Format::kXml},
-                           {"calls", Format::kCalls}},
-             "tree|json|xml|calls",
-             "Output format (default: json); calls: what the plug-in asked of the framework");
+  add_format(command, line.format,
+             {{"tree", Format::kTree},
+              {"json", Format::kJson},
+              {"xml", Format::kXml},
+              {"calls", Format::kCalls}},
+             "tree|json|xml|calls", "; calls: what the plug-in asked of the framework");
   command->add_flag("--trace", line.host.trace, "Trace lines on standard error");
-  command->add_option("--plugin", line.host.plugin, "Mapping plug-in to load instead of the own")
-      ->type_name("PATH");
-  command->add_option("--models", line.host.models, "Folder of YANG modules instead of the own")
-      ->type_name("DIR");
+  add_libraries(command, line.host);
   add_choice(command, "--input", line.input,
              Words<Encoding>{{"json", Encoding::kJson}, {"xml", Encoding::kXml}}, "json|xml",
              "Encoding of REQUEST or DATA (default: XML when it begins with <)");
+}
+
+// Options of the commands that show something about the plug-in.
+void add_listing_options(CLI::App* command, CommandLine& line) {
+  add_format(command, line.format, {{"tree", Format::kTree}, {"json", Format::kJson}}, "tree|json",
+             "");
+  add_libraries(command, line.host);
 }
 
 void add_content(CLI::App* command, Content& content) {
@@ -124,13 +145,27 @@ CLI::App* add_apply(CLI::App& program, CommandLine& line, ApplyCommand& apply) {
   return command;
 }
 
-CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
-                    std::vector<std::string>& arguments) {
-  CLI::App* command = program.add_subcommand("query", "An OpenConfig read becomes native queries");
+void add_query_options(CLI::App* command, CommandLine& line, QueryCommand& query,
+                       std::vector<std::string>& arguments) {
   add_content(command, query.content);
   command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
   add_common_options(command, line);
+}
+
+CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
+                    std::vector<std::string>& arguments) {
+  CLI::App* command = program.add_subcommand("query", "An OpenConfig read becomes native queries");
+  add_query_options(command, line, query, arguments);
   command->footer(kQueryExample);
+  return command;
+}
+
+CLI::App* add_get(CLI::App& program, CommandLine& line, QueryCommand& query,
+                  std::vector<std::string>& arguments) {
+  CLI::App* command = program.add_subcommand(
+      "get", "An OpenConfig read is mapped and answered from the device's native data");
+  add_query_options(command, line, query, arguments);
+  command->footer(kGetExample);
   return command;
 }
 
@@ -140,6 +175,13 @@ CLI::App* add_report(CLI::App& program, CommandLine& line, ReportCommand& report
   command->add_option("DATA", report.data, "Native data to map")->type_name("")->required();
   add_common_options(command, line);
   command->footer(kReportExample);
+  return command;
+}
+
+CLI::App* add_registrations(CLI::App& program, CommandLine& line) {
+  CLI::App* command =
+      program.add_subcommand("registrations", "The registration records of the plug-in");
+  add_listing_options(command, line);
   return command;
 }
 
@@ -157,6 +199,10 @@ void check_apply(const ApplyCommand& apply, const HostOptions& host) {
 bool is_path(const std::string& argument) {
   std::error_code error;
   return argument.starts_with('/') && !std::filesystem::is_regular_file(argument, error);
+}
+
+void check_get(const HostOptions& host) {
+  if (!host.device) throw UsageError("nothing to get from: give --device FILE");
 }
 
 void sort_query_arguments(QueryCommand& query, std::vector<std::string> arguments) {
@@ -206,7 +252,9 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   const CLI::App* edit_command = add_edit(program, line, edit);
   const CLI::App* apply_command = add_apply(program, line, apply);
   add_query(program, line, query, query_arguments);
+  const CLI::App* get_command = add_get(program, line, query, query_arguments);
   const CLI::App* report_command = add_report(program, line, report);
+  const CLI::App* registrations_command = add_registrations(program, line);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
@@ -223,7 +271,11 @@ CommandLine read_command_line(int count, const char* const* arguments) {
     line.command = std::move(apply);
   } else if (report_command->parsed()) {
     line.command = std::move(report);
+  } else if (registrations_command->parsed()) {
+    line.command = RegistrationsCommand();
   } else {
+    query.is_answered = get_command->parsed();
+    if (query.is_answered) check_get(line.host);
     sort_query_arguments(query, std::move(query_arguments));
     line.command = std::move(query);
   }

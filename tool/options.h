@@ -36,8 +36,9 @@ struct ApplyCommand {
   bool save = false;  // the device file
 };
 
-// `ocifip query`: either a document or paths
+// `ocifip query` and `ocifip get`: either a document or paths
 struct QueryCommand {
+  bool is_answered = false;  // `get`
   std::optional<std::string> document;
   std::vector<std::string> paths;
   Content content = Content::kAll;
@@ -49,11 +50,16 @@ struct ReportCommand {
   Content content = Content::kAll;
 };
 
+// `ocifip registrations`
+struct RegistrationsCommand {};
+
 struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
-  std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand> command;
+  std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand,
+               RegistrationsCommand>
+      command;
 };
 
 // Reads the program's arguments. Throws UsageError.

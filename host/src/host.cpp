@@ -44,9 +44,11 @@ class Host::Impl {
   }
 
   Mapper& mapper() { return mapper_; }
-  [[nodiscard]] const Plugin& plugin() const { return plugin_; }
 
   Outcome apply(const ApplyRequest& request, Format format);
+  [[nodiscard]] std::string registrations(Format format) const {
+    return print_registrations(plugin_.registrations(), format);
+  }
 
  private:
   void save(const Document& native);
@@ -101,8 +103,14 @@ Outcome Host::query(const QueryRequest& request, Format format) {
   return impl_->mapper().query(request, format);
 }
 
-Outcome Host::report(const ReportRequest& request, Format format) {
-  return impl_->mapper().report(request, impl_->plugin().read_back(), format);
+Outcome Host::get(const QueryRequest& request, Format format) {
+  return impl_->mapper().get(request, format);
 }
+
+Outcome Host::report(const ReportRequest& request, Format format) {
+  return impl_->mapper().report(request, format);
+}
+
+std::string Host::registrations(Format format) const { return impl_->registrations(format); }
 
 }  // namespace ocifip

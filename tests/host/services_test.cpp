@@ -401,7 +401,8 @@ class MapperTest : public testing::Test {
   }
 
   DeviceDirectory device{read_device(models(), "device", kDevice)};
-  Mapper mapper{models(), device, kStandIn, false};
+  PluginEntries plugin{ymap_ox_ocif_openconfiginterfaces_lvla_interfaces, kStandIn, {}};
+  Mapper mapper{models(), device, plugin, false};
   Outcome outcome;
 };
 

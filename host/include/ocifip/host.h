@@ -107,8 +107,18 @@ class Host {
   // An OpenConfig read becomes native queries. Throws InputError.
   Outcome query(const QueryRequest& request, Format format);
 
+  // An OpenConfig read becomes native queries, and what the device has of the data that they ask
+  // for becomes the OpenConfig reply: the part of it that the request asks for. As calls, those of
+  // both directions. Throws InputError.
+  Outcome get(const QueryRequest& request, Format format);
+
   // Native data becomes OpenConfig. Throws InputError.
   Outcome report(const ReportRequest& request, Format format);
+
+  // The plug-in's registration records, with the names of the functions that filled them and of
+  // their callbacks: as JSON an array of objects, as a tree each with its fields below it. Throws
+  // InputError for the other formats, which have no form for them.
+  [[nodiscard]] std::string registrations(Format format) const;
 
  private:
   class Impl;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "device/native_addresses.h"
+#include "device/subinterface_name.h"
 #include "records/implied_items.h"
 #include "yfw/interfaces_mapping.h"
 
@@ -29,17 +30,27 @@ DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
   }
   std::unordered_map<std::string, DeviceAddresses> configured;
   for (auto& [name, addresses] : native_addresses(device_.native)) {
-    names_.push_back(name);
+    add_name(name);
     configured.emplace(name, std::move(addresses));
   }
   for (const DeviceInterface& interface : device_.interfaces) {
     const auto native = configured.find(interface.name);
-    if (native == configured.end()) {
-      names_.push_back(interface.name);
-    }
+    add_name(interface.name);
     enter_interface(interface, native == configured.end() ? nullptr : &native->second);
   }
+  // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
+  for (const auto& [interface, index] : subinterfaces_in(device_.native.roots)) {
+    add_name(native_name(interface, index));
+  }
 }
+
+void DeviceDirectory::add_name(const std::string& name) {
+  if (known_names_.insert(name).second) {
+    names_.push_back(name);
+  }
+}
+
+bool DeviceDirectory::knows(const std::string& name) const { return known_names_.contains(name); }
 
 void DeviceDirectory::configure(Document native) {
   Device device = std::move(device_);

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "io/device_file.h"
@@ -40,9 +41,11 @@ class DeviceDirectory {
   [[nodiscard]] std::uint32_t own_node() const;
   [[nodiscard]] const std::string* node_name(std::uint32_t node) const;
 
-  // Native names of the interfaces that the interface manager knows or that are configured, each
-  // once.
+  // Native names of the interfaces that are configured, that the interface manager knows, or that
+  // have a summary, each once.
   [[nodiscard]] const std::vector<std::string>& interface_names() const { return names_; }
+  // Whether a native name is one of them.
+  [[nodiscard]] bool knows(const std::string& name) const;
 
   // The directory that the services answer from, or null outside of requests.
   static const DeviceDirectory* active();
@@ -50,6 +53,7 @@ class DeviceDirectory {
  private:
   friend class ActiveDevice;
 
+  void add_name(const std::string& name);
   std::uint32_t enter_node(const std::string& name);
   void enter_interface(const DeviceInterface& interface, const DeviceAddresses* configured);
 
@@ -57,6 +61,7 @@ class DeviceDirectory {
   std::vector<std::string> nodes_;
   std::vector<InterfaceRecord> interfaces_;
   std::vector<std::string> names_;
+  std::unordered_set<std::string> known_names_;
   std::unordered_map<std::string, std::uint32_t> handles_;
 };
 

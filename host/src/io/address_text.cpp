@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <string_view>
@@ -49,6 +50,13 @@ bool read_address(AddressFamily family, const std::string& text, DeviceAddress& 
     return false;
   }
   return true;
+}
+
+std::string address_text(AddressFamily family, const DeviceAddress& address) {
+  std::array<char, INET6_ADDRSTRLEN> text{};
+  const int number = (family == AddressFamily::kIpv4 ? kIpv4 : kIpv6).number;
+  inet_ntop(number, address.bytes.data(), text.data(), text.size());
+  return text.data();
 }
 
 }  // namespace ocifip

@@ -15,6 +15,9 @@ enum class AddressFamily { kIpv4, kIpv6 };
 bool read_address(AddressFamily family, const std::string& text, DeviceAddress& address,
                   std::string& reason);
 
+// The address alone: "10.0.0.1".
+std::string address_text(AddressFamily family, const DeviceAddress& address);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_ADDRESS_TEXT_H_

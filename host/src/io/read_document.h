@@ -24,9 +24,9 @@ Document read_document(const Models& models, const Source& source);
 
 // Turns an instance path, "/interfaces/interface[name='Eth1']/subinterfaces", into a document that
 // holds the named nodes and their keys, and nothing else. Steps may carry a module prefix
-// ("openconfig-if-ip:ipv4"); without one a step is looked up by name. A list step may have no keys
-// when it is the last. `operation`, when given, is that of the node that the path names. Throws
-// InputError naming the path and the place.
+// ("openconfig-if-ip:ipv4"); without one a step is looked up by name. A list step without keys
+// stands for all entries. `operation`, when given, is that of the node that the path names; then
+// only the last step may stand for all entries. Throws InputError naming the path and the place.
 Document read_path(const Models& models, const std::string& path,
                    std::optional<Operation> operation = std::nullopt);
 

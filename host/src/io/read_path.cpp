@@ -206,7 +206,8 @@ void PathReader::open_step(const lysc_node* schema, const Step& step) {
 void PathReader::add_keys(const lysc_node* schema, const Step& step) {
   const auto keys = Models::keys(schema);
   if (step.predicates.empty()) {
-    if (!left_.empty() && !keys.empty()) fail("no keys for " + walked_);
+    // A read goes through all entries; an edit means one.
+    if (operation_ && !left_.empty() && !keys.empty()) fail("no keys for " + walked_);
     return;
   }
   for (const auto& predicate : step.predicates) {

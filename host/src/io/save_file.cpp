@@ -71,7 +71,8 @@ class Replacement {
 
 Replacement::Replacement(std::string name, const std::filesystem::path& file)
     : name_(std::move(name)), file_(file) {
-  std::string pattern = file.parent_path() / ("." + file.filename().string() + ".XXXXXX");
+  std::string pattern = file.parent_path() / ".";
+  pattern.append(file.filename()).append(".XXXXXX");
   descriptor_ = std::make_unique<Descriptor>(mkostemp(pattern.data(), O_CLOEXEC));
   if (descriptor_->number() < 0) fail_here();
   path_ = std::move(pattern);

@@ -19,16 +19,14 @@ constexpr std::size_t kLongestIndex = sizeof(yfw_map_request_state::current_subi
 
 // A key that the request state keeps, and how messages call it.
 struct KeptKey {
-  std::string_view module;
   std::string_view tag;
   std::string_view what;
   std::size_t longest;
 };
 
-constexpr KeptKey kName = {kInterfacesModule, "name", "interface name", kLongestName};
-constexpr KeptKey kIndex = {kInterfacesModule, "index", "subinterface index", kLongestIndex};
-constexpr KeptKey kNativeName = {kInterfaceManager, "interface-name", "interface name",
-                                 kLongestName};
+constexpr KeptKey kName = {"name", "interface name", kLongestName};
+constexpr KeptKey kIndex = {"index", "subinterface index", kLongestIndex};
+constexpr KeptKey kNativeName = {"interface-name", "interface name", kLongestName};
 
 [[noreturn]] void fail(const Document& document, const DocumentNode& node,
                        const std::string& reason) {
@@ -49,7 +47,7 @@ bool is(const DocumentNode& node, std::string_view module, std::string_view tag)
 bool check_key(const Document& document, const DocumentNode& entry, const KeptKey& key) {
   bool has_key = false;
   for (const DocumentNode& leaf : entry.children) {
-    if (!is(leaf, key.module, key.tag) || !leaf.value) {
+    if (!is(leaf, entry.module, key.tag) || !leaf.value) {
       continue;
     }
     has_key = has_key || !leaf.value->empty();
@@ -62,15 +60,18 @@ bool check_key(const Document& document, const DocumentNode& entry, const KeptKe
   return has_key;
 }
 
+// The interfaces and subinterfaces of a model that arranges them as OpenConfig does.
 void check_entries(const Document& document, const DocumentNode& node) {
   for (const DocumentNode& child : node.children) {
-    const bool is_interface = is(child, kInterfacesModule, "interface");
-    if (is_interface) {
-      check_key(document, child, kName);
-    } else if (is(child, kInterfacesModule, "subinterface")) {
-      check_key(document, child, kIndex);
+    if (child.module != node.module) {
+      continue;
     }
-    if (is_interface || is(child, kInterfacesModule, "subinterfaces")) {
+    if (child.tag == "interface") {
+      check_key(document, child, kName);
+      check_entries(document, child);
+    } else if (child.tag == "subinterface") {
+      check_key(document, child, kIndex);
+    } else if (child.tag == "interfaces" || child.tag == "subinterfaces") {
       check_entries(document, child);
     }
   }
@@ -112,13 +113,13 @@ void check_input(const Document& document) {
   }
 }
 
-void check_native_data(const Document& document) {
+void check_native_data(const Document& document, const ReadBackEntries& entries) {
   for (const DocumentNode& root : document.roots) {
-    if (is(root, kInterfaceManager, "interface-configurations")) {
-      check_native_entries(document, root);
-    } else if (!is(root, kInterfaceManager, "global-interface-configuration")) {
+    if (!entries.take(root.module_namespace, root.tag)) {
       fail_at_top(document, root);
     }
+    check_native_entries(document, root);
+    check_entries(document, root);
   }
 }
 

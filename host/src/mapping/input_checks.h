@@ -3,6 +3,7 @@
 #define OCIFIP_HOST_MAPPING_INPUT_CHECKS_H_
 
 #include "io/document.h"
+#include "mapping/read_back.h"
 
 namespace ocifip {
 
@@ -13,8 +14,9 @@ void check_input(const Document& document);
 // Throws InputError for a node of a query that carries an operation.
 void check_query(const Document& document);
 
-// The same as check_input for native data that is read back; there, an interface needs its name.
-void check_native_data(const Document& document);
+// The same as check_input for native data, of which the plug-in takes some; there, an interface
+// needs its name.
+void check_native_data(const Document& document, const ReadBackEntries& entries);
 
 }  // namespace ocifip
 

@@ -1,17 +1,20 @@
 #include "mapping/mapper.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "device/native_edit.h"
+#include "device/summaries.h"
 #include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
+#include "io/select_data.h"
 #include "mapping/input_checks.h"
+#include "mapping/subinterfaces.h"
 #include "result_codes.h"
 #include "tree/operations.h"
 #include "tree/output_document.h"
-#include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
 namespace {
@@ -40,19 +43,6 @@ std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
   }
   return operation == DefaultOperation::kCreate ? std::uint32_t{YFW_MAP_REQUEST_CREATE}
                                                 : std::uint32_t{YFW_MAP_REQUEST_MERGE};
-}
-
-// Maps each top-level node until one fails.
-cerrno map_input(Request& request) {
-  cerrno result = kOk;
-  for (const InputNode& root : request.input().roots()) {
-    result =
-        ymap_ox_ocif_openconfiginterfaces_lvla_interfaces(request.context(), &root, request.out());
-    if (result != kOk) {
-      break;
-    }
-  }
-  return result;
 }
 
 // Whether an output holds more than the way to something: a leaf, an operation, or an entry of a
@@ -147,6 +137,36 @@ void forget_empty_values(std::vector<DocumentNode>& nodes) {
   }
 }
 
+// An entry without keys asks for its whole list. It goes first: behind an entry with keys, it would
+// be taken for that one.
+void put_whole_lists_first(std::vector<DocumentNode>& nodes) {
+  const auto is_whole_list = [](const DocumentNode& node) {
+    return std::none_of(node.children.begin(), node.children.end(),
+                        [](const DocumentNode& child) { return is_key(child) && child.value; });
+  };
+  for (auto first = nodes.begin(); first != nodes.end();) {
+    const auto last = std::find_if(first, nodes.end(), [&](const DocumentNode& node) {
+      return node.schema != first->schema || node.tag != first->tag;
+    });
+    if (first->kind == NodeKind::kList) {
+      std::stable_partition(first, last, is_whole_list);
+    }
+    first = last;
+  }
+  for (DocumentNode& node : nodes) {
+    put_whole_lists_first(node.children);
+  }
+}
+
+// Whether a reply says more than which interfaces and subinterfaces there are.
+bool has_content(const std::vector<DocumentNode>& nodes) {
+  return std::any_of(nodes.begin(), nodes.end(), [](const DocumentNode& node) {
+    const bool is_entry = node.kind == NodeKind::kList && node.module != "openconfig-interfaces";
+    const bool is_setting = node.kind >= NodeKind::kLeaf && !is_key(node);
+    return is_entry || is_setting || has_content(node.children);
+  });
+}
+
 // The nodes of a schema path, with keys for its lists; the leaf at its end has no value.
 DocumentNode probe_node(const Models& models, QueryExpansion::SchemaPath path,
                         std::size_t depth = 0) {
@@ -167,13 +187,26 @@ DocumentNode probe_node(const Models& models, QueryExpansion::SchemaPath path,
 
 }  // namespace
 
-Mapper::Mapper(const Models& models, const DeviceDirectory& device, const AugmentEntries& entries,
+Mapper::Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
                bool trace)
     : models_(models),
       device_(device),
+      plugin_(plugin),
       trace_(trace),
       paths_(models),
-      framework_{models, paths_, entries} {}
+      framework_{models, paths_, plugin.augments} {}
+
+// Maps each top-level node until one fails.
+cerrno Mapper::map_input(Request& request) const {
+  cerrno result = kOk;
+  for (const InputNode& root : request.input().roots()) {
+    result = plugin_.openconfig(request.context(), &root, request.out());
+    if (result != kOk) {
+      break;
+    }
+  }
+  return result;
+}
 
 void Mapper::map_edit(const EditRequest& request, Format format, const Mapped& mapped) {
   const ActiveDevice active(device_);
@@ -207,32 +240,99 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
   return applied;
 }
 
-Outcome Mapper::query(const QueryRequest& request, Format format) {
-  const ActiveDevice active(device_);
-  std::vector<std::string> notes;
-  const Document document = read_query(request, notes);
-  const InputTree input(document, Operation::kWrite);
+void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) {
+  const InputTree input(query.expanded, Operation::kWrite);
   Request run(framework_, input,
-              {.request_op = request_op(request.content),
+              {.request_op = request_op(query.content),
+               .is_query = true,
                .record_calls = format == Format::kCalls,
                .trace = trace_});
-  for (const std::string& note : notes) {
+  for (const std::string& note : query.notes) {
     run.note(note);
   }
-  return finish(run, map_input(run), format, "the request asks the device for nothing");
+  mapped(run, map_input(run));
 }
 
-Outcome Mapper::report(const ReportRequest& request, const ReadBackEntries& entries,
-                       Format format) {
+Outcome Mapper::query(const QueryRequest& request, Format format) {
+  const ActiveDevice active(device_);
+  Outcome outcome;
+  map_query(read_query(request), format, [&](Request& run, cerrno result) {
+    outcome = finish(run, result, format, "the request asks the device for nothing");
+  });
+  return outcome;
+}
+
+Outcome Mapper::get(const QueryRequest& request, Format format) {
+  const ActiveDevice active(device_);
+  const Query query = read_query(request);
+  Outcome outcome;
+  map_query(query, format, [&](Request& run, cerrno result) {
+    outcome = outcome_of(run, result);
+    if (!outcome.refusal) {
+      answer(query, to_document(run.output(), "queries"), format, outcome);
+    }
+  });
+  return outcome;
+}
+
+// Completes the outcome of a query that became native queries.
+void Mapper::answer(const Query& query, const Document& queries, Format format, Outcome& outcome) {
+  const Document data = device_data(queries);
+  const InputTree input(data, Operation::kWrite);
+  Request run(framework_, input,
+              {.request_op = request_op(query.content),
+               .record_calls = format == Format::kCalls,
+               .trace = trace_});
+  enter_subinterfaces(run, concerned(query));
+  Outcome reply = outcome_of(run, read_back(run, plugin_.read_back));
+  outcome.refusal = std::move(reply.refusal);
+  outcome.text += reply.text;
+  if (outcome.refusal) {
+    outcome.notes.clear();
+    return;
+  }
+  outcome.notes.insert(outcome.notes.end(), reply.notes.begin(), reply.notes.end());
+  const Document selected = select_data(to_document(run.output(), "reply"), query.asked);
+  if (!has_content(selected.roots)) {
+    outcome.notes.emplace_back("the device has nothing of what is asked for");
+  }
+  if (format != Format::kCalls) {
+    outcome.text = print_document(selected, format, outcome.notes);
+  }
+}
+
+// What the device has of what it is asked for.
+Document Mapper::device_data(const Document& queries) const {
+  Document data = select_data(device_.device().native, queries);
+  std::erase_if(data.roots, is_ipv4_summary);
+  if (std::any_of(queries.roots.begin(), queries.roots.end(), is_ipv4_summary)) {
+    const Document summary = {"summary", {ipv4_summary(models_, device_)}};
+    merge_document(data, select_data(summary, queries));
+  }
+  return data;
+}
+
+// The subinterfaces that a query names and the device has.
+std::vector<SubinterfaceName> Mapper::concerned(const Query& query) const {
+  auto names = subinterfaces_in(query.expanded.roots);
+  std::erase_if(names, [&](const SubinterfaceName& name) {
+    return !device_.knows(native_name(name.interface, name.index));
+  });
+  return names;
+}
+
+Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
   const Document document = read_document(models_, request.data);
-  check_native_data(document);
+  check_native_data(document, plugin_.read_back);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(request.content),
                .record_calls = format == Format::kCalls,
                .trace = trace_});
-  return finish(run, read_back(run, entries), format,
+  // Those of summaries: no other native data is arranged by them.
+  enter_subinterfaces(run, subinterfaces_in(document.roots));
+  return finish(run, read_back(run, plugin_.read_back), format,
                 "the data holds nothing that is mapped to OpenConfig");
 }
 
@@ -254,9 +354,7 @@ Document Mapper::read_edit(const EditRequest& request) const {
 
 // Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
 // the container around it.
-Document Mapper::read_query(const QueryRequest& request, std::vector<std::string>& notes) {
-  QueryExpansion expansion(models_, request.content, device_.interface_names(),
-                           [this](QueryExpansion::SchemaPath path) { return is_refused(path); });
+Mapper::Query Mapper::read_query(const QueryRequest& request) {
   std::vector<Document> parts;
   if (request.document) {
     parts.push_back(read_document(models_, *request.document));
@@ -266,13 +364,18 @@ Document Mapper::read_query(const QueryRequest& request, std::vector<std::string
   for (const std::string& path : request.paths) {
     parts.push_back(read_path(models_, path));
   }
-  Document document;
+  QueryExpansion expansion(models_, request.content, device_.interface_names(),
+                           [this](QueryExpansion::SchemaPath path) { return is_refused(path); });
+  Query query;
+  query.content = request.content;
   for (Document& part : parts) {
     check_input(part);
-    expansion.expand(part, notes);
-    merge_document(document, std::move(part));
+    query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
+    expansion.expand(part, query.notes);
+    merge_document(query.expanded, std::move(part));
   }
-  return document;
+  put_whole_lists_first(query.expanded.roots);
+  return query;
 }
 
 // Asks the mapping itself, by a read of the leaf alone.

@@ -6,11 +6,13 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "device/device_directory.h"
+#include "device/subinterface_name.h"
 #include "io/models.h"
+#include "mapping/plugin.h"
 #include "mapping/query_expansion.h"
-#include "mapping/read_back.h"
 #include "ocifip/host.h"
 #include "request/request.h"
 #include "tree/path_cache.h"
@@ -25,7 +27,8 @@ struct Applied {
 
 class Mapper {
  public:
-  Mapper(const Models& models, const DeviceDirectory& device, const AugmentEntries& entries,
+  // All outlive the mapper.
+  Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
          bool trace);
 
   // All throw InputError.
@@ -33,20 +36,35 @@ class Mapper {
   // The native edit is applied to a configuration, which stays as it is.
   Applied apply(const EditRequest& request, const Document& native, Format format);
   Outcome query(const QueryRequest& request, Format format);
-  Outcome report(const ReportRequest& request, const ReadBackEntries& entries, Format format);
+  Outcome report(const ReportRequest& request, Format format);
+  Outcome get(const QueryRequest& request, Format format);
 
  private:
-  // Maps an edit and hands over the request, as the mapping left it, with the mapping's result.
+  // A query as its parts were asked, and what they are together when they are expanded.
+  struct Query {
+    Document asked;
+    Document expanded;
+    std::vector<std::string> notes;
+    Content content = Content::kAll;
+  };
+
+  // Take a request as the mapping left it, and the mapping's result.
   using Mapped = std::function<void(Request& request, cerrno result)>;
   void map_edit(const EditRequest& request, Format format, const Mapped& mapped);
+  void map_query(const Query& query, Format format, const Mapped& mapped);
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
-  Document read_query(const QueryRequest& request, std::vector<std::string>& notes);
+  Query read_query(const QueryRequest& request);
+  cerrno map_input(Request& request) const;
+  void answer(const Query& query, const Document& queries, Format format, Outcome& outcome);
+  [[nodiscard]] Document device_data(const Document& queries) const;
+  [[nodiscard]] std::vector<SubinterfaceName> concerned(const Query& query) const;
   bool is_refused(QueryExpansion::SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
 
   const Models& models_;
   const DeviceDirectory& device_;
+  const PluginEntries& plugin_;
   bool trace_;
   PathCache paths_;
   Framework framework_;

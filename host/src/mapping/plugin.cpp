@@ -25,6 +25,20 @@ constexpr const char* kInterfaceReadBacks[] = {
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvlb_interface_configuration",
 };
 
+// Native trees without a registration record, by the module and the tag of their top.
+struct NamedTree {
+  const char* module_namespace;
+  const char* tag;
+  const char* symbol;
+};
+
+constexpr NamedTree kNamedTrees[] = {
+    {"urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg", "global-interface-configuration",
+     OCIFIP_INTERFACE_MANAGER("globalinterfaceconfiguration")},
+    {"urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper", "ipv4-network",
+     "ymap_xo_ocifip_halvaneombrixipv4iooper_lvla_ipv4network"},
+};
+
 // The plug-in's undefined symbols are this library's. They are found when it is global, which it
 // may not be in a process that loaded it by itself.
 void make_host_global() {
@@ -59,14 +73,21 @@ Plugin::Plugin(const std::string& file) {
   if (library_ == nullptr) {
     fail(file, loader_error());
   }
-  entries_.subinterface_ipv4 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvla"));
-  entries_.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
-  entries_.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
-  entries_.routed_vlan_ipv6 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvlb"));
-  read_back_.global_interface_configuration =
-      find(file, OCIFIP_INTERFACE_MANAGER("globalinterfaceconfiguration"));
+  entries_.augments.subinterface_ipv4 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvla"));
+  entries_.augments.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
+  entries_.augments.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
+  entries_.augments.routed_vlan_ipv6 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvlb"));
   for (const char* symbol : kInterfaceReadBacks) {
-    read_back_.interface_configuration.push_back(find(file, symbol));
+    entries_.read_back.interface_configuration.push_back(find(file, symbol));
+  }
+  for (const NamedTree& tree : kNamedTrees) {
+    entries_.read_back.trees.push_back({tree.module_namespace, tree.tag, find(file, tree.symbol)});
+  }
+  registrations_ = load_registrations(library_.get(), file);
+  entries_.openconfig = registrations_.front().record.to_native;
+  for (const auto& [function, record] : registrations_) {
+    entries_.read_back.trees.push_back(
+        {record.native_namespace, record.native_tag, record.to_openconfig});
   }
   load_records(library_.get(), file);
 }

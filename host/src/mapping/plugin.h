@@ -4,21 +4,33 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "mapping/augment_entries.h"
 #include "mapping/read_back.h"
+#include "mapping/registrations.h"
 
 namespace ocifip {
 
+// All the callbacks of a plug-in that the host enters.
+struct PluginEntries {
+  yfw_map_leaf_callback openconfig = nullptr;  // takes an OpenConfig request
+  AugmentEntries augments;
+  ReadBackEntries read_back;
+};
+
 class Plugin {
  public:
-  // Loads the library, finds its entry callbacks and has it register its records. Throws LoadError.
+  // Loads the library, has it fill its registration records, finds the entry callbacks that have no
+  // record, and has it register its database records. Throws LoadError.
   explicit Plugin(const std::string& file);
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
 
-  [[nodiscard]] const AugmentEntries& entries() const { return entries_; }
-  [[nodiscard]] const ReadBackEntries& read_back() const { return read_back_; }
+  [[nodiscard]] const PluginEntries& entries() const { return entries_; }
+  [[nodiscard]] const std::vector<RegistrationRecord>& registrations() const {
+    return registrations_;
+  }
 
  private:
   struct Close {
@@ -28,8 +40,8 @@ class Plugin {
   [[nodiscard]] yfw_map_leaf_callback find(const std::string& file, const char* symbol) const;
 
   std::unique_ptr<void, Close> library_;
-  AugmentEntries entries_;
-  ReadBackEntries read_back_;
+  PluginEntries entries_;
+  std::vector<RegistrationRecord> registrations_;
 };
 
 }  // namespace ocifip

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "device/subinterface_name.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 
@@ -170,12 +171,12 @@ std::vector<std::string> QueryExpansion::keys_on_device(const DocumentNode& entr
   for (const DocumentNode* node : nodes_) {
     interface = is_interface(node->schema) ? key_value(*node) : interface;
   }
-  for (const std::string_view name : interface_names_) {
-    const std::size_t dot = name.find('.');
+  for (const std::string& name : interface_names_) {
+    const SubinterfaceName subinterface = subinterface_of(name);
     if (is_interface(entry.schema)) {
-      add(name.substr(0, dot));
-    } else if (interface != nullptr && name.substr(0, dot) == *interface) {
-      add(dot == std::string_view::npos ? "0" : name.substr(dot + 1));
+      add(subinterface.interface);
+    } else if (interface != nullptr && subinterface.interface == *interface) {
+      add(subinterface.index);
     }
   }
   if (keys.empty() && is_subinterface(entry.schema)) {

@@ -1,12 +1,13 @@
 #include "mapping/read_back.h"
 
-#include <string_view>
+#include <algorithm>
 
 #include "mapping/walked.h"
 
 namespace ocifip {
 namespace {
 
+constexpr std::string_view kInterfaceManager = "urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg";
 constexpr std::string_view kInterfaceConfigurations = "interface-configurations";
 constexpr std::string_view kInterfaceConfiguration = "interface-configuration";
 
@@ -50,15 +51,31 @@ cerrno map_interfaces(Request& request, const ReadBackEntries& entries,
 
 }  // namespace
 
+bool ReadBackEntries::take(std::string_view module_namespace, std::string_view tag) const {
+  const bool is_interface_table =
+      module_namespace == kInterfaceManager && tag == kInterfaceConfigurations;
+  return is_interface_table || std::any_of(trees.begin(), trees.end(), [&](const NativeTree& tree) {
+           return tree.module_namespace == module_namespace && tree.tag == tag;
+         });
+}
+
 cerrno read_back(Request& request, const ReadBackEntries& entries) {
   cerrno result = kOk;
-  for (const InputNode& root : request.input().roots()) {
-    if (result != kOk) {
-      break;
+  const auto each_root = [&](std::string_view module_namespace, std::string_view tag,
+                             const auto& map) {
+    for (const InputNode& root : request.input().roots()) {
+      if (result == kOk && root.module_namespace == module_namespace && root.tag == tag) {
+        result = map(root);
+      }
     }
-    result = has_tag(root, kInterfaceConfigurations)
-                 ? map_interfaces(request, entries, root)
-                 : entries.global_interface_configuration(request.context(), &root, request.out());
+  };
+  each_root(kInterfaceManager, kInterfaceConfigurations,
+            [&](const InputNode& root) { return map_interfaces(request, entries, root); });
+  for (const NativeTree& tree : entries.trees) {
+    each_root(tree.module_namespace, tree.tag, [&](const InputNode& root) {
+      request.forget_current_entries();
+      return tree.enter(request.context(), &root, request.out());
+    });
   }
   return result;
 }

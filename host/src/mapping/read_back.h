@@ -2,6 +2,8 @@
 #ifndef OCIFIP_HOST_MAPPING_READ_BACK_H_
 #define OCIFIP_HOST_MAPPING_READ_BACK_H_
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "request/request.h"
@@ -9,16 +11,26 @@
 
 namespace ocifip {
 
+// A native tree, by its top node, and the callback that takes it as a whole.
+struct NativeTree {
+  std::string module_namespace;
+  std::string tag;
+  yfw_map_leaf_callback enter = nullptr;
+};
+
 // The callbacks of the plug-in that native data is handed to.
 struct ReadBackEntries {
-  yfw_map_leaf_callback global_interface_configuration = nullptr;
   // Each takes one interface-configuration entry, in this order: the walker of the list, then those
   // of the models that augment it.
   std::vector<yfw_map_leaf_callback> interface_configuration;
+  std::vector<NativeTree> trees;
+
+  // Whether a top-level node is mapped: interface-configurations, or the top of one of the trees.
+  [[nodiscard]] bool take(std::string_view module_namespace, std::string_view tag) const;
 };
 
-// Maps the request's input, native data, until a callback fails. Returns the first result that is
-// not 0.
+// Maps the request's input, native data, until a callback fails: the interface configurations, then
+// the trees in their order. Returns the first result that is not 0.
 cerrno read_back(Request& request, const ReadBackEntries& entries);
 
 }  // namespace ocifip

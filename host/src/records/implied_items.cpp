@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "inet/inet.h"
+#include "io/address_text.h"
 #include "records/value_text.h"
 #include "sysdb/sysdb.h"
 
@@ -100,12 +101,6 @@ void add_arp_entry(const std::string& vrf, const DocumentNode& entry, DatabaseIt
                 record_item("arp_gmp_config_entry", fields));
 }
 
-std::string address_text(const DeviceAddress& address) {
-  std::array<char, OMBRIX_INET_TEXT_SIZE> text{};
-  ombrix_inet_ntop(OMBRIX_AF_INET, address.bytes.data(), text.data(), text.size());
-  return text.data();
-}
-
 // What stands behind the interface's name in the path of its detail record.
 std::string detail_tail() {
   std::array<char, 40> tail{};
@@ -116,14 +111,15 @@ std::string detail_tail() {
 std::optional<DatabaseItem> interface_detail(const InterfaceRecord* interface) {
   if (interface == nullptr || !interface->ipv4.primary) return std::nullopt;
   const DeviceAddress& primary = *interface->ipv4.primary;
-  Json fields = {{"PrimaryAddress", address_text(primary)},
+  Json fields = {{"PrimaryAddress", address_text(AddressFamily::kIpv4, primary)},
                  {"PrefixLength", primary.prefix_length},
                  {"VRF_ID", rsi_c_vrf_id_dflt()},
                  {"VRFName", "default"},
                  {"SecondaryAddress", Json::array()}};
   for (const DeviceAddress& secondary : interface->ipv4.secondaries) {
     fields["SecondaryAddress"].push_back(
-        {{"Address", address_text(secondary)}, {"PrefixLength", secondary.prefix_length}});
+        {{"Address", address_text(AddressFamily::kIpv4, secondary)},
+         {"PrefixLength", secondary.prefix_length}});
   }
   return record_item("ipv4_if_detail", fields);
 }

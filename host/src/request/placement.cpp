@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "result_codes.h"
@@ -127,15 +128,27 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
       node = tree_.name_entry(node, key, write.value);
     }
   }
-  if (write.value != nullptr) {
-    tree_.set_value(node, write.value);
-  }
+  set_value(node, write.value);
   apply_operation(
       node,
       write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : write.source->edit_operation,
       request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
   *created = node;
   return kOk;
+}
+
+// A query that asked for a leaf whatever it holds, or for another value, goes on asking for any.
+void Placement::set_value(OutputNode* node, const char* value) {
+  const bool was_asked_for = request_.is_query() && std::exchange(node->is_asked_for, true);
+  if (value == nullptr) {
+    return;
+  }
+  const char* known = node->head.value;
+  if (was_asked_for && (known == nullptr || std::string_view(known) != value)) {
+    node->head.value = nullptr;
+  } else {
+    tree_.set_value(node, value);
+  }
 }
 
 std::optional<Start> Placement::start_at(OutputNode* base, std::string_view path,
@@ -182,12 +195,20 @@ OutputNode* Placement::arrive(OutputNode* parent, const Place* step, const PathW
     return write.create ? new_entry(parent, step) : through(parent, step);
   }
   if (step->is_key && parent->place->is_list() && write.value != nullptr) {
-    return tree_.child(tree_.name_entry(parent, step, write.value), step);
+    OutputNode* entry =
+        stands_for_all(parent, step) ? tree_.sibling_with(parent, step, write.value) : parent;
+    return tree_.child(tree_.name_entry(entry, step, write.value), step);
   }
   if (step->kind == NodeKind::kLeafList) {
     return tree_.leaf_list_node(parent, step, write.value);
   }
   return tree_.child(parent, step);
+}
+
+// Whether a query asks for all entries of a list by one whose key it gave no value.
+bool Placement::stands_for_all(const OutputNode* entry, const Place* key) const {
+  const OutputNode* leaf = OutputTree::find_child(entry, key);
+  return request_.is_query() && leaf != nullptr && leaf->head.value == nullptr;
 }
 
 // The request may permit that an entry which still waits for its keys is taken for the new one.

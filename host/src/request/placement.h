@@ -51,6 +51,8 @@ class Placement {
   std::optional<Start> find_start(const PathWrite& write);
   OutputNode* under_trim_prefix(const PathWrite& write) const;
   OutputNode* under_current_entry(const PathWrite& write) const;
+  void set_value(OutputNode* node, const char* value);
+  [[nodiscard]] bool stands_for_all(const OutputNode* entry, const Place* key) const;
   OutputNode* arrive(OutputNode* parent, const Place* step, const PathWrite& write);
   OutputNode* new_entry(OutputNode* parent, const Place* list);
   OutputNode* entry_on_the_way(OutputNode* parent, const Place* list, bool make);

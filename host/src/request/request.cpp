@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "device/subinterface_name.h"
 #include "io/print_document.h"
 #include "result_codes.h"
 #include "yfw/mapping.h"
@@ -58,6 +59,7 @@ Request::Request(const Framework& framework, const InputTree& input,
                  const RequestSettings& settings)
     : framework_(framework),
       input_(input),
+      is_query_(settings.is_query),
       output_(arena_, framework.paths.root()),
       hierarchy_(state_) {
   if (settings.record_calls) {
@@ -99,14 +101,8 @@ std::string Request::path_of(const InputNode& child) const {
   return instance_path(framework_.models, nodes);
 }
 
-// Subinterface 0, or one whose index is no number, is the interface itself; another index follows
-// the interface's name as it arrived.
 std::string Request::native_interface_name() const {
-  std::string name = state_.current_ifname;
-  if (!name.empty() && std::strtol(state_.current_subif_index, nullptr, 10) > 0) {
-    name.append(".").append(state_.current_subif_index);
-  }
-  return name;
+  return native_name(state_.current_ifname, state_.current_subif_index);
 }
 
 void Request::note(const std::string& remark) {

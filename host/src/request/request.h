@@ -34,6 +34,7 @@ struct Framework {
 struct RequestSettings {
   std::uint32_t request_op = YFW_MAP_REQUEST_MERGE;
   Operation operation = Operation::kWrite;  // of nodes that inherit none
+  bool is_query = false;                    // the output asks for data
   bool record_calls = false;
   bool trace = false;
 };
@@ -52,6 +53,7 @@ class Request {
   yfw_map_ctx* context() { return &context_.head; }
   [[nodiscard]] yfw_map_request_state& state() { return state_; }
   [[nodiscard]] bool is_edit() const;
+  [[nodiscard]] bool is_query() const { return is_query_; }
   [[nodiscard]] const InputTree& input() const { return input_; }
   [[nodiscard]] const AugmentEntries& entries() const { return framework_.entries; }
   [[nodiscard]] PathCache& paths() { return framework_.paths; }
@@ -104,6 +106,7 @@ class Request {
 
   Framework framework_;
   const InputTree& input_;
+  bool is_query_;
   yfw_map_request_state state_{};
   Context context_{};
   yfw_itree_stack visited_entries_;

@@ -210,20 +210,24 @@ OutputNode* OutputTree::find_entry_by_key(const OutputNode* parent, const Place*
 OutputNode* OutputTree::entry(OutputNode* parent, const Place* list, KeyValues values) {
   OutputNode* entry = find_entry(parent, list, values);
   if (entry == nullptr) {
-    entry = add_entry(parent, list);
+    entry = append_entry(parent, list);
     for (std::size_t i = 0; i < values.size(); ++i) {
       give_key(entry, list->keys[i], values[i]);
     }
     index_keys(find_slot(parent, list), entry);
   }
-  make_current(entry);
   return entry;
 }
 
 OutputNode* OutputTree::add_entry(OutputNode* parent, const Place* list) {
+  OutputNode* entry = append_entry(parent, list);
+  make_current(entry);
+  return entry;
+}
+
+OutputNode* OutputTree::append_entry(OutputNode* parent, const Place* list) {
   ChildSlot* entries = slot(parent, list);
   OutputNode* entry = append(entries, parent);
-  set_current(entries, entry);
   if (entries->index == nullptr && entries->count > kShortList && !list->keys.empty()) {
     index_all(entries);
   }
@@ -347,11 +351,20 @@ OutputNode* OutputTree::counterpart(OutputNode* target, const OutputNode* child)
     case NodeKind::kLeafList:
       return leaf_list_node(target, child->place, child->head.value);
     case NodeKind::kList:
-      return is_complete(child) ? entry(target, child->place, key_values(child))
-                                : add_entry(target, child->place);
+      return list_counterpart(target, child);
     default:
       return this->child(target, child->place);
   }
+}
+
+// It becomes current: what follows for the child is written to it.
+OutputNode* OutputTree::list_counterpart(OutputNode* target, const OutputNode* child) {
+  if (!is_complete(child)) {
+    return add_entry(target, child->place);
+  }
+  OutputNode* counterpart = entry(target, child->place, key_values(child));
+  make_current(counterpart);
+  return counterpart;
 }
 
 }  // namespace ocifip

@@ -35,6 +35,7 @@ struct OutputNode {
   OutputNode* next = nullptr;    // in the same slot
   OutputNode* joined = nullptr;  // the older entry that this one turned out to be, or null
   ChildSlot* slots = nullptr;    // in order of first use
+  bool is_asked_for = false;     // in queries: a path ended here
 };
 
 // Values of a list's keys, in the order of its key statement.
@@ -73,7 +74,7 @@ class OutputTree {
   // The first entry with one key's value, or null.
   static OutputNode* find_entry_by_key(const OutputNode* parent, const Place* list,
                                        const Place* key, std::string_view value);
-  // The entry with all its keys given, found or made; it becomes current.
+  // The entry with all its keys given, found or made; what is current stays so.
   OutputNode* entry(OutputNode* parent, const Place* list, KeyValues values);
   // A new entry without keys, which becomes current.
   OutputNode* add_entry(OutputNode* parent, const Place* list);
@@ -82,6 +83,8 @@ class OutputTree {
   // sibling that has the same keys; another value than the entry's goes to the sibling with that
   // value, made when absent. The entry that is meant becomes current and is returned.
   OutputNode* name_entry(OutputNode* entry, const Place* key, std::string_view value);
+  // The sibling of an entry that differs in one key, found or made.
+  OutputNode* sibling_with(const OutputNode* entry, const Place* key, std::string_view value);
   // The value of an entry's key; the view's data is null when the entry lacks it.
   static std::string_view key_value(const OutputNode* entry, const Place* key);
   static bool has_any_key(const OutputNode* entry);
@@ -93,12 +96,13 @@ class OutputTree {
   OutputNode* append(ChildSlot* slot, OutputNode* parent);
   void set_current(ChildSlot* slot, OutputNode* entry);
   void give_key(OutputNode* entry, const Place* key, std::string_view value);
+  OutputNode* append_entry(OutputNode* parent, const Place* list);
   OutputNode* complete_entry(OutputNode* entry);
-  OutputNode* sibling_with(const OutputNode* entry, const Place* key, std::string_view value);
   void index_all(ChildSlot* slot);
   void index_keys(ChildSlot* slot, OutputNode* entry);
   void absorb(OutputNode* target, OutputNode* source);
   OutputNode* counterpart(OutputNode* target, const OutputNode* child);
+  OutputNode* list_counterpart(OutputNode* target, const OutputNode* child);
 
   Arena& arena_;
   OutputNode* root_;

@@ -1,0 +1,99 @@
+#include "io/select_data.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "io/document_nodes.h"
+
+namespace ocifip {
+namespace {
+
+using Nodes = std::vector<DocumentNode>;
+using Queries = std::vector<const DocumentNode*>;
+
+bool is_inner(const DocumentNode& node) {
+  return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
+}
+
+bool gives_value(const DocumentNode& child) { return is_key(child) && child.value; }
+
+// Whether a query asks for all of what it names: keys with values only choose an entry.
+bool asks_for_all(const DocumentNode& query) {
+  return std::all_of(query.children.begin(), query.children.end(), gives_value);
+}
+
+bool names(const DocumentNode& query, const DocumentNode& node) {
+  if (query.tag != node.tag || query.module_namespace != node.module_namespace) return false;
+  if (query.kind == NodeKind::kLeafList) return !query.value || query.value == node.value;
+  return query.kind != NodeKind::kList ||
+         std::all_of(query.children.begin(), query.children.end(), [&node](const auto& key) {
+           if (!gives_value(key)) return true;
+           const auto* value = key_value(node, key.tag);
+           return value != nullptr && *value == *key.value;
+         });
+}
+
+// The queries for siblings. Those that give all the keys of an entry are looked up.
+class Level {
+ public:
+  explicit Level(const Queries& parents) {
+    for (const auto* parent : parents) add(parent->children);
+  }
+  explicit Level(const Nodes& queries) { add(queries); }
+
+  [[nodiscard]] Queries find(const DocumentNode& node) const {
+    Queries found;
+    if (const auto* query = entries_.find(node)) found.push_back(query);
+    for (const auto* query : others_) {
+      if (names(*query, node)) found.push_back(query);
+    }
+    return found;
+  }
+
+ private:
+  void add(const Nodes& queries) {
+    for (const auto& query : queries) {
+      const bool is_entry =
+          query.kind == NodeKind::kList && query.schema != nullptr && !lacks_key(query);
+      if (is_entry && entries_.find(query) == nullptr) {
+        // The index hands out what may be changed; nothing here does.
+        entries_.add(const_cast<DocumentNode&>(query));
+      } else {
+        others_.push_back(&query);
+      }
+    }
+  }
+
+  SiblingIndex entries_;
+  Queries others_;
+};
+
+// Recursion is as deep as documents may be.
+Nodes select(const Nodes& data, const Level& queries) {
+  Nodes selected;
+  for (const auto& node : data) {
+    const auto asking = queries.find(node);
+    if (asking.empty()) continue;
+    const auto asks = [](const DocumentNode* query) { return asks_for_all(*query); };
+    if (!is_inner(node) || std::any_of(asking.begin(), asking.end(), asks)) {
+      selected.push_back(node);
+      continue;
+    }
+    auto part = bare(node);
+    for (auto& child : select(node.children, Level(asking))) {
+      if (!is_key(child)) part.children.push_back(std::move(child));
+    }
+    const bool is_kept = node.kind == NodeKind::kList || !part.children.empty();
+    if (is_kept) selected.push_back(std::move(part));
+  }
+  return selected;
+}
+
+}  // namespace
+
+Document select_data(const Document& data, const Document& query) {
+  return {data.name, select(data.roots, Level(query.roots))};
+}
+
+}  // namespace ocifip

@@ -1,0 +1,17 @@
+// Choosing the part of a document that a query asks for.
+#ifndef OCIFIP_HOST_IO_SELECT_DATA_H_
+#define OCIFIP_HOST_IO_SELECT_DATA_H_
+
+#include "io/document.h"
+
+namespace ocifip {
+
+// Copies what a query selects. Each of its nodes selects the nodes of that name, of entries those
+// with the keys that it gives; where it names something below, only that. A value of a leaf that is
+// no key chooses nothing. Entries come with their keys, containers only if something in them does.
+// The order is the data's. The time grows with the sizes of both, whatever the numbers of entries.
+Document select_data(const Document& data, const Document& query);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_IO_SELECT_DATA_H_
