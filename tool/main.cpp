@@ -6,6 +6,7 @@
 
 #include "ocifip/host.h"
 #include "options.h"
+#include "progress_line.h"
 #include "streams.h"
 
 namespace ocifip::tool {
@@ -32,30 +33,45 @@ EditRequest read_edit(const CommandLine& line, const EditCommand& command) {
   return {read_document(command.document, line.input), command.deletes, command.operation};
 }
 
+// Calls a function with a host, and shows what that is at for as long as it takes.
+template <typename Work>
+auto with_host(const CommandLine& line, const Work& work) {
+  Progress progress;
+  const ProgressLine shown(progress);
+  HostOptions options = line.host;
+  options.progress = &progress;
+  Host host(options);
+  progress.begin("reading the request");
+  return work(host);
+}
+
 Status run(const CommandLine& line, const EditCommand& command) {
-  return show(Host(line.host).edit(read_edit(line, command), line.format));
+  return show(with_host(
+      line, [&](Host& host) { return host.edit(read_edit(line, command), line.format); }));
 }
 
 Status run(const CommandLine& line, const ApplyCommand& command) {
-  const ApplyRequest request = {read_edit(line, command.edit), command.save};
-  return show(Host(line.host).apply(request, line.format));
+  return show(with_host(line, [&](Host& host) {
+    return host.apply({read_edit(line, command.edit), command.save}, line.format);
+  }));
 }
 
 Status run(const CommandLine& line, const QueryCommand& command) {
-  const QueryRequest request = {read_document(command.document, line.input), command.paths,
-                                command.content};
-  Host host(line.host);
-  return show(command.is_answered ? host.get(request, line.format)
-                                  : host.query(request, line.format));
+  return show(with_host(line, [&](Host& host) {
+    const QueryRequest request = {read_document(command.document, line.input), command.paths,
+                                  command.content};
+    return command.is_answered ? host.get(request, line.format) : host.query(request, line.format);
+  }));
 }
 
 Status run(const CommandLine& line, const ReportCommand& command) {
-  const ReportRequest request = {read_source(command.data, line.input), command.content};
-  return show(Host(line.host).report(request, line.format));
+  return show(with_host(line, [&](Host& host) {
+    return host.report({read_source(command.data, line.input), command.content}, line.format);
+  }));
 }
 
 Status run(const CommandLine& line, const RegistrationsCommand&) {
-  write_output(Host(line.host).registrations(line.format));
+  write_output(with_host(line, [&](Host& host) { return host.registrations(line.format); }));
   return kDone;
 }
 

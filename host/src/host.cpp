@@ -37,7 +37,7 @@ class Host::Impl {
         device_(device_file_ ? read_device(models_, *device_file_, device_text_)
                              : example_device()),
         plugin_(options.plugin),
-        mapper_(models_, device_, plugin_.entries(), options.trace) {
+        mapper_(models_, device_, plugin_.entries(), options) {
     check_models(models_, options.models);
     check_native(models_, device_.device());
     check_items(device_);

@@ -402,7 +402,7 @@ class MapperTest : public testing::Test {
 
   DeviceDirectory device{read_device(models(), "device", kDevice)};
   PluginEntries plugin{ymap_ox_ocif_openconfiginterfaces_lvla_interfaces, kStandIn, {}};
-  Mapper mapper{models(), device, plugin, false};
+  Mapper mapper{models(), device, plugin, {}};
   Outcome outcome;
 };
 

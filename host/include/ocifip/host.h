@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "ocifip/progress.h"
+
 namespace ocifip {
 
 // Input that cannot be read: "FILE:LINE: reason", or "FILE: reason" where no line is known.
@@ -35,6 +37,7 @@ struct HostOptions {
   std::string models;                 // folder of the YANG modules
   std::optional<std::string> device;  // device file; the built-in example device when absent
   bool trace = false;                 // trace lines go to standard error
+  Progress* progress = nullptr;       // told what the host is at; outlives the host
 };
 
 // A document as it was given: a file's or standard input's text.

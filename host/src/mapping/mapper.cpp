@@ -188,13 +188,19 @@ DocumentNode probe_node(const Models& models, QueryExpansion::SchemaPath path,
 }  // namespace
 
 Mapper::Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
-               bool trace)
+               const HostOptions& options)
     : models_(models),
       device_(device),
       plugin_(plugin),
-      trace_(trace),
+      trace_(options.trace),
       paths_(models),
-      framework_{models, paths_, plugin.augments} {}
+      framework_{models, paths_, plugin.augments, options.progress} {}
+
+void Mapper::begin(const char* stage) const {
+  if (framework_.progress != nullptr) {
+    framework_.progress->begin(stage);
+  }
+}
 
 // Maps each top-level node until one fails.
 cerrno Mapper::map_input(Request& request) const {
@@ -277,6 +283,7 @@ Outcome Mapper::get(const QueryRequest& request, Format format) {
 
 // Completes the outcome of a query that became native queries.
 void Mapper::answer(const Query& query, const Document& queries, Format format, Outcome& outcome) {
+  begin("selecting native data");
   const Document data = device_data(queries);
   const InputTree input(data, Operation::kWrite);
   Request run(framework_, input,
@@ -297,6 +304,7 @@ void Mapper::answer(const Query& query, const Document& queries, Format format, 
     outcome.notes.emplace_back("the device has nothing of what is asked for");
   }
   if (format != Format::kCalls) {
+    begin("printing");
     outcome.text = print_document(selected, format, outcome.notes);
   }
 }
@@ -400,6 +408,7 @@ Outcome Mapper::finish(Request& request, cerrno result, Format format, const cha
     outcome.notes.emplace_back(nothing);
   }
   if (format != Format::kCalls) {
+    begin("printing");
     outcome.text = print_document(to_document(request.output(), "output"), format, outcome.notes);
   }
   return outcome;

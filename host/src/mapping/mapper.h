@@ -29,7 +29,7 @@ class Mapper {
  public:
   // All outlive the mapper.
   Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
-         bool trace);
+         const HostOptions& options);
 
   // All throw InputError.
   Outcome edit(const EditRequest& request, Format format);
@@ -54,6 +54,7 @@ class Mapper {
   void map_query(const Query& query, Format format, const Mapped& mapped);
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
   Query read_query(const QueryRequest& request);
+  void begin(const char* stage) const;
   cerrno map_input(Request& request) const;
   void answer(const Query& query, const Document& queries, Format format, Outcome& outcome);
   [[nodiscard]] Document device_data(const Document& queries) const;

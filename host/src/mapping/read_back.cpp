@@ -40,10 +40,12 @@ cerrno map_interface(Request& request, const ReadBackEntries& entries, const Inp
 cerrno map_interfaces(Request& request, const ReadBackEntries& entries,
                       const InputNode& container) {
   const Walked walked(request, container);
+  request.begin("mapping native data", children_of(container));
   cerrno result = kOk;
   for (const InputNode& child : children_of(container)) {
     if (result == kOk && has_tag(child, kInterfaceConfiguration)) {
       result = map_interface(request, entries, child);
+      request.advance();
     }
   }
   return result;

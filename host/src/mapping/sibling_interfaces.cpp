@@ -62,7 +62,9 @@ class InterfacesMapping {
     if (is_deleted(interfaces)) {
       return refuse_whole_delete(interfaces);
     }
+    request_.begin("mapping the request", children_of(interfaces));
     return for_each_child(interfaces, [&](const InputNode& child) {
+      request_.advance();
       return is(child, kInterfacesNamespace, "interface") ? map_interface(child) : turn_down(child);
     });
   }

@@ -105,6 +105,18 @@ std::string Request::native_interface_name() const {
   return native_name(state_.current_ifname, state_.current_subif_index);
 }
 
+void Request::begin(const char* stage, std::span<const InputNode> interfaces) const {
+  if (framework_.progress != nullptr) {
+    framework_.progress->begin(stage, interfaces.size());
+  }
+}
+
+void Request::advance() const {
+  if (framework_.progress != nullptr) {
+    framework_.progress->advance();
+  }
+}
+
 void Request::note(const std::string& remark) {
   if (std::find(notes_.begin(), notes_.end(), remark) == notes_.end()) {
     notes_.push_back(remark);

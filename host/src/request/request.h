@@ -29,6 +29,7 @@ struct Framework {
   const Models& models;
   PathCache& paths;
   const AugmentEntries& entries;
+  Progress* progress = nullptr;
 };
 
 struct RequestSettings {
@@ -60,6 +61,10 @@ class Request {
   [[nodiscard]] OutputTree& output() { return output_; }
   [[nodiscard]] nidl_yfw_datatree* out() { return &output_.root()->head; }
   [[nodiscard]] Hierarchy& hierarchy() { return hierarchy_; }
+  // A stage of the request begins; `interfaces` are those that it goes through.
+  void begin(const char* stage, std::span<const InputNode> interfaces) const;
+  // One of them is done.
+  void advance() const;
   // Null when calls are not recorded.
   [[nodiscard]] Recorder* recorder() { return recorder_ ? &*recorder_ : nullptr; }
   // Entries in the output list, the innermost last.
