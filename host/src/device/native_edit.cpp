@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -76,13 +77,21 @@ struct Level {
 
 class NativeEditor {
  public:
-  // False when the edit is refused.
-  bool apply(Nodes& target, const Nodes& edit, Nodes* replaced = nullptr);
-
-  [[nodiscard]] const std::optional<Refusal>& refusal() const { return refusal_; }
+  // Why the edit is refused; nothing when the target has been edited.
+  std::optional<Refusal> edit(Nodes& target, const Nodes& edit);
 
  private:
+  // Deletions with one cause, as far as what they delete is not there: one of them stands for all.
+  struct Cause {
+    bool has_effect = false;
+    std::optional<Refusal> missing;
+  };
+
+  // False when the edit is refused.
+  bool apply(Nodes& target, const Nodes& edit, Nodes* replaced = nullptr);
+  [[nodiscard]] Refusal refusal(cerrno code) const;
   bool refuse(cerrno code);
+  bool note_deletion(const DocumentNode& edit, bool is_there);
   bool apply_node(Level& level, const DocumentNode& edit);
   bool remove(Level& level, const DocumentNode& edit);
   bool remove_all(Level& level, const DocumentNode& edit);
@@ -92,13 +101,38 @@ class NativeEditor {
   bool change_inner(Level& level, const DocumentNode& edit, DocumentNode& target);
 
   std::vector<const DocumentNode*> path_;  // in the edit
+  std::vector<Cause> causes_;              // in the order of the edit
+  std::unordered_map<const void*, std::size_t> positions_;
   std::optional<Refusal> refusal_;
 };
 
+std::optional<Refusal> NativeEditor::edit(Nodes& target, const Nodes& edit) {
+  if (!apply(target, edit)) return refusal_;
+  for (const auto& cause : causes_) {
+    if (!cause.has_effect && cause.missing) return cause.missing;
+  }
+  return std::nullopt;
+}
+
+Refusal NativeEditor::refusal(cerrno code) const {
+  return {code, path_.back()->tag, instance_path(path_), cerr_strerror(code)};
+}
+
 // Always false.
 bool NativeEditor::refuse(cerrno code) {
-  refusal_ = {code, path_.back()->tag, instance_path(path_), cerr_strerror(code)};
+  refusal_ = refusal(code);
   return false;
+}
+
+bool NativeEditor::note_deletion(const DocumentNode& edit, bool is_there) {
+  const bool must_be_there = operation_of(edit) == Operation::kDelete;
+  if (edit.cause == nullptr) return is_there || !must_be_there || refuse(kDataMissing);
+  const auto [known, is_new] = positions_.try_emplace(edit.cause, causes_.size());
+  if (is_new) causes_.emplace_back();
+  auto& cause = causes_[known->second];
+  cause.has_effect = cause.has_effect || is_there;
+  if (!is_there && must_be_there && !cause.missing) cause.missing = refusal(kDataMissing);
+  return true;
 }
 
 bool NativeEditor::apply(Nodes& target, const Nodes& edit, Nodes* replaced) {
@@ -124,11 +158,9 @@ bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
 }
 
 bool NativeEditor::remove(Level& level, const DocumentNode& edit) {
-  if (operation_of(edit) == Operation::kDelete && level.find_former(edit) == nullptr) {
-    return refuse(kDataMissing);
-  }
+  const bool is_there = level.find_former(edit) != nullptr;
   if (const auto* node = level.find(edit)) level.deleted.insert(node);
-  return true;
+  return note_deletion(edit, is_there);
 }
 
 bool NativeEditor::remove_all(Level& level, const DocumentNode& edit) {
@@ -136,11 +168,10 @@ bool NativeEditor::remove_all(Level& level, const DocumentNode& edit) {
   for (const auto& node : level.replaced == nullptr ? level.nodes : *level.replaced) {
     is_there = is_there || is_of(node, edit);
   }
-  if (operation_of(edit) == Operation::kDelete && !is_there) return refuse(kDataMissing);
   for (const auto& node : level.nodes) {
     if (is_of(node, edit)) level.deleted.insert(&node);
   }
-  return true;
+  return note_deletion(edit, is_there);
 }
 
 bool NativeEditor::write_leaf(Level& level, const DocumentNode& edit) {
@@ -207,10 +238,10 @@ Refusal invalid(const DataFault& fault) {
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit) {
   EditedNative result{native, std::nullopt};
   NativeEditor editor;
-  if (!editor.apply(result.native.roots, edit.roots)) {
-    result.refusal = editor.refusal();
-  } else if (const auto fault = check_data(models, result.native)) {
-    result.refusal = invalid(*fault);
+  result.refusal = editor.edit(result.native.roots, edit.roots);
+  if (!result.refusal) {
+    const auto fault = check_data(models, result.native);
+    if (fault) result.refusal = invalid(*fault);
   }
   if (result.refusal) result.native = {};
   return result;

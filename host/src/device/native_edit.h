@@ -17,7 +17,8 @@ struct EditedNative {
 
 // Applies an edit with the semantics of NETCONF's edit-config. Each node of the edit has the
 // operation that it says, kWrite when it says none; nothing is looked at below a deleted node.
-// Refused are: a deletion of what is not there (kDelete, not kRemove), a write below what is not
+// Refused are: a deletion (kDelete, not kRemove) of which nothing is there, neither itself nor
+// another with the same cause; a write below what is not
 // there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit);

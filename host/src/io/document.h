@@ -30,6 +30,7 @@ struct DocumentNode {
   NodeKind kind = NodeKind::kContainer;
   std::optional<std::string> value;    // a leaf's text; absent when the client gave none
   std::optional<Operation> operation;  // the node's own annotation, not what it inherits
+  const void* cause = nullptr;         // of a deletion: those with the same one are one request's
   int line = 0;                        // where it stands in its source, 0 when unknown
   const lysc_node* schema = nullptr;   // null when no model knows the node
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last

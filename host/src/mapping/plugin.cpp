@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <filesystem>
+#include <string_view>
 
 #include "ocifip/host.h"
 #include "records/registry.h"
@@ -38,6 +39,12 @@ constexpr NamedTree kNamedTrees[] = {
     {"urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper", "ipv4-network",
      "ymap_xo_ocifip_halvaneombrixipv4iooper_lvla_ipv4network"},
 };
+
+// The private summaries are the trees of the address managers' own tops.
+bool is_summary(const yfw_map_reg_record& record) {
+  const std::string_view tag = record.native_tag;
+  return tag == "ocifipv4ma" || tag == "ocifipv6ma";
+}
 
 // The plug-in's undefined symbols are this library's. They are found when it is global, which it
 // may not be in a process that loaded it by itself.
@@ -86,8 +93,8 @@ Plugin::Plugin(const std::string& file) {
   registrations_ = load_registrations(library_.get(), file);
   entries_.openconfig = registrations_.front().record.to_native;
   for (const auto& [function, record] : registrations_) {
-    entries_.read_back.trees.push_back(
-        {record.native_namespace, record.native_tag, record.to_openconfig});
+    auto& trees = is_summary(record) ? entries_.read_back.summaries : entries_.read_back.trees;
+    trees.push_back({record.native_namespace, record.native_tag, record.to_openconfig});
   }
   load_records(library_.get(), file);
 }

@@ -51,35 +51,60 @@ cerrno map_interfaces(Request& request, const ReadBackEntries& entries,
   return result;
 }
 
+bool has_tree(const std::vector<NativeTree>& trees, std::string_view module_namespace,
+              std::string_view tag) {
+  return std::any_of(trees.begin(), trees.end(), [&](const NativeTree& tree) {
+    return tree.module_namespace == module_namespace && tree.tag == tag;
+  });
+}
+
+// Hands top-level nodes to what takes them, until one fails.
+class ReadBack {
+ public:
+  ReadBack(Request& request, const ReadBackEntries& entries)
+      : request_(request), entries_(entries) {}
+
+  cerrno run() {
+    map_trees(entries_.summaries);
+    each_root(kInterfaceManager, kInterfaceConfigurations,
+              [&](const InputNode& root) { return map_interfaces(request_, entries_, root); });
+    map_trees(entries_.trees);
+    return result_;
+  }
+
+ private:
+  template <class Map>
+  void each_root(std::string_view module_namespace, std::string_view tag, const Map& map) {
+    for (const InputNode& root : request_.input().roots()) {
+      if (result_ == kOk && root.module_namespace == module_namespace && root.tag == tag) {
+        result_ = map(root);
+      }
+    }
+  }
+
+  void map_trees(const std::vector<NativeTree>& trees) {
+    for (const NativeTree& tree : trees) {
+      each_root(tree.module_namespace, tree.tag, [&](const InputNode& root) {
+        request_.forget_current_entries();
+        return tree.enter(request_.context(), &root, request_.out());
+      });
+    }
+  }
+
+  Request& request_;
+  const ReadBackEntries& entries_;
+  cerrno result_ = kOk;
+};
+
 }  // namespace
 
 bool ReadBackEntries::take(std::string_view module_namespace, std::string_view tag) const {
-  const bool is_interface_table =
-      module_namespace == kInterfaceManager && tag == kInterfaceConfigurations;
-  return is_interface_table || std::any_of(trees.begin(), trees.end(), [&](const NativeTree& tree) {
-           return tree.module_namespace == module_namespace && tree.tag == tag;
-         });
+  return (module_namespace == kInterfaceManager && tag == kInterfaceConfigurations) ||
+         has_tree(summaries, module_namespace, tag) || has_tree(trees, module_namespace, tag);
 }
 
 cerrno read_back(Request& request, const ReadBackEntries& entries) {
-  cerrno result = kOk;
-  const auto each_root = [&](std::string_view module_namespace, std::string_view tag,
-                             const auto& map) {
-    for (const InputNode& root : request.input().roots()) {
-      if (result == kOk && root.module_namespace == module_namespace && root.tag == tag) {
-        result = map(root);
-      }
-    }
-  };
-  each_root(kInterfaceManager, kInterfaceConfigurations,
-            [&](const InputNode& root) { return map_interfaces(request, entries, root); });
-  for (const NativeTree& tree : entries.trees) {
-    each_root(tree.module_namespace, tree.tag, [&](const InputNode& root) {
-      request.forget_current_entries();
-      return tree.enter(request.context(), &root, request.out());
-    });
-  }
-  return result;
+  return ReadBack(request, entries).run();
 }
 
 }  // namespace ocifip

@@ -20,17 +20,19 @@ struct NativeTree {
 
 // The callbacks of the plug-in that native data is handed to.
 struct ReadBackEntries {
+  // Those of the private summaries. They come first: of an address, they know less than the rest.
+  std::vector<NativeTree> summaries;
   // Each takes one interface-configuration entry, in this order: the walker of the list, then those
   // of the models that augment it.
   std::vector<yfw_map_leaf_callback> interface_configuration;
   std::vector<NativeTree> trees;
 
-  // Whether a top-level node is mapped: interface-configurations, or the top of one of the trees.
+  // Whether a top-level node is mapped: interface-configurations, or the top of a summary or tree.
   [[nodiscard]] bool take(std::string_view module_namespace, std::string_view tag) const;
 };
 
-// Maps the request's input, native data, until a callback fails: the interface configurations, then
-// the trees in their order. Returns the first result that is not 0.
+// Maps the request's input, native data, until a callback fails: the summaries, the interface
+// configurations, then the other trees in their order. Returns the first result that is not 0.
 cerrno read_back(Request& request, const ReadBackEntries& entries);
 
 }  // namespace ocifip

@@ -135,7 +135,7 @@ class InterfacesMapping {
   // All of the subinterface goes, whatever the request says of its content. The plug-in is handed
   // the bare entry: nothing of it would be a family's, or more than what goes anyway.
   cerrno delete_subinterface(const InputNode& entry) {
-    InputNode bare = entry;
+    InputNode& bare = request_.copy(entry);
     bare.children = nullptr;
     bare.child_count = 0;
     bare.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);

@@ -129,6 +129,9 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
     }
   }
   set_value(node, write.value);
+  if (write.source != nullptr && is_deleting(write.source->edit_operation)) {
+    node->cause = write.source;
+  }
   apply_operation(
       node,
       write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : write.source->edit_operation,

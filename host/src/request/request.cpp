@@ -88,6 +88,8 @@ bool Request::is_edit() const {
   return op != YFW_MAP_REQUEST_READ_CONFIG && op != YFW_MAP_REQUEST_READ_STATE;
 }
 
+InputNode& Request::copy(const InputNode& node) { return *arena_.make<InputNode>(node); }
+
 void Request::forget_current_entries() {
   output_.forget_current_entries();
   state_.current_list_node = nullptr;

@@ -34,6 +34,7 @@ DocumentNode to_document(const OutputNode& node) {
   if (node.head.edit_operation != NIDL_YFW_EDIT_WRITE && !place.is_key) {
     document.operation = static_cast<Operation>(node.head.edit_operation);
   }
+  document.cause = node.cause;
   document.children = children_of(node);
   return document;
 }

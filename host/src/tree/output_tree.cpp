@@ -335,6 +335,9 @@ void OutputTree::absorb(OutputNode* target, OutputNode* source) {
   if (source->head.value != nullptr) {
     set_value(target, source->head.value);
   }
+  if (target->cause == nullptr) {
+    target->cause = source->cause;
+  }
   target->head.edit_operation =
       combined_operation(target->head.edit_operation, source->head.edit_operation);
   for (ChildSlot* slot = source->slots; slot != nullptr; slot = slot->next) {

@@ -36,6 +36,7 @@ struct OutputNode {
   OutputNode* joined = nullptr;  // the older entry that this one turned out to be, or null
   ChildSlot* slots = nullptr;    // in order of first use
   bool is_asked_for = false;     // in queries: a path ended here
+  const void* cause = nullptr;   // of a deletion: the input node that asks for it
 };
 
 // Values of a list's keys, in the order of its key statement.
