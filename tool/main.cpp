@@ -75,6 +75,11 @@ Status run(const CommandLine& line, const RegistrationsCommand&) {
   return kDone;
 }
 
+Status run(const CommandLine& line, const CoverageCommand&) {
+  write_output(with_host(line, [&](Host& host) { return host.coverage().text(line.format); }));
+  return kDone;
+}
+
 Status run(const CommandLine&, const Information& information) {
   write_output(information.text);
   return kDone;

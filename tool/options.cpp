@@ -52,6 +52,15 @@ constexpr const char* kReportExample =
     "Example:\n"
     "  ocifip report --content config native.json";
 
+constexpr const char* kCoverageExample =
+    "A line for each leaf of IP on a subinterface: what becomes of an edit and of a read of it, "
+    "and\n"
+    "which native data is read back as it. Found by making requests of the plug-in, on devices "
+    "made\n"
+    "up for it.\n\n"
+    "Example:\n"
+    "  ocifip coverage --format tree";
+
 template <typename Value>
 using Words = std::map<std::string, Value>;
 
@@ -185,6 +194,14 @@ CLI::App* add_registrations(CLI::App& program, CommandLine& line) {
   return command;
 }
 
+CLI::App* add_coverage(CLI::App& program, CommandLine& line) {
+  CLI::App* command = program.add_subcommand(
+      "coverage", "Which leaves are mapped, ignored or refused, in both directions");
+  add_listing_options(command, line);
+  command->footer(kCoverageExample);
+  return command;
+}
+
 void check_edit(const EditCommand& edit) {
   if (!edit.document && edit.deletes.empty()) {
     throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
@@ -255,6 +272,7 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   const CLI::App* get_command = add_get(program, line, query, query_arguments);
   const CLI::App* report_command = add_report(program, line, report);
   const CLI::App* registrations_command = add_registrations(program, line);
+  const CLI::App* coverage_command = add_coverage(program, line);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
@@ -273,6 +291,8 @@ CommandLine read_command_line(int count, const char* const* arguments) {
     line.command = std::move(report);
   } else if (registrations_command->parsed()) {
     line.command = RegistrationsCommand();
+  } else if (coverage_command->parsed()) {
+    line.command = CoverageCommand();
   } else {
     query.is_answered = get_command->parsed();
     if (query.is_answered) check_get(line.host);

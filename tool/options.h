@@ -53,12 +53,15 @@ struct ReportCommand {
 // `ocifip registrations`
 struct RegistrationsCommand {};
 
+// `ocifip coverage`
+struct CoverageCommand {};
+
 struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
   std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand,
-               RegistrationsCommand>
+               RegistrationsCommand, CoverageCommand>
       command;
 };
 

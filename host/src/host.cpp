@@ -10,6 +10,7 @@
 #include "io/models.h"
 #include "io/print_document.h"
 #include "io/save_file.h"
+#include "mapping/coverage.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
 #include "records/item_bytes.h"
@@ -49,6 +50,7 @@ class Host::Impl {
   [[nodiscard]] std::string registrations(Format format) const {
     return print_registrations(plugin_.registrations(), format);
   }
+  [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
 
  private:
   void save(const Document& native);
@@ -112,5 +114,7 @@ Outcome Host::report(const ReportRequest& request, Format format) {
 }
 
 std::string Host::registrations(Format format) const { return impl_->registrations(format); }
+
+Coverage Host::coverage() const { return impl_->coverage(); }
 
 }  // namespace ocifip

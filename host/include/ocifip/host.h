@@ -88,6 +88,37 @@ struct Outcome {
   std::vector<std::string> notes;  // remarks for the user, a sentence each
 };
 
+// What becomes of a leaf in one use.
+struct LeafUse {
+  // Ignored: accepted, and nothing comes of it.
+  enum class Result { kMapped, kIgnored, kRefused };
+
+  Result result = Result::kIgnored;
+  // Of the native nodes, when it is mapped: "/MODULE:a/b", with the module of each node that is not
+  // in that of the one before; in schema order, each once.
+  std::vector<std::string> native;
+  std::string code;  // name of the result, as "unsupported", when it is refused
+
+  bool operator==(const LeafUse&) const = default;
+};
+
+struct LeafCoverage {
+  std::string path;                    // in the form of the native ones
+  LeafUse edit;                        // merged, replaced and deleted
+  LeafUse read;                        // with state
+  std::optional<LeafUse> read_config;  // without, where that makes a difference
+  LeafUse read_back;                   // mapped from the native nodes, or ignored
+};
+
+// What the mapping does with each leaf of IP on a subinterface, in schema order.
+struct Coverage {
+  std::vector<LeafCoverage> leaves;
+
+  // As JSON an array with an object, in a line of its own, for each leaf; as a tree a table. Throws
+  // InputError for the other formats, which have no form for it.
+  [[nodiscard]] std::string text(Format format) const;
+};
+
 class Host {
  public:
   // Loads the models, the device and the plug-in. Throws LoadError or InputError.
@@ -122,6 +153,9 @@ class Host {
   // their callbacks: as JSON an array of objects, as a tree each with its fields below it. Throws
   // InputError for the other formats, which have no form for them.
   [[nodiscard]] std::string registrations(Format format) const;
+
+  // What the mapping does with each leaf, found by making requests of it, whatever the device is.
+  [[nodiscard]] Coverage coverage() const;
 
  private:
   class Impl;

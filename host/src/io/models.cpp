@@ -243,6 +243,10 @@ NodeKind Models::kind(const lysc_node* node) {
 std::string_view Models::tag(const lysc_node* node) { return node->name; }
 std::string_view Models::module(const lysc_node* node) { return node->module->name; }
 std::string_view Models::module_namespace(const lysc_node* node) { return node->module->ns; }
+bool Models::is_leaf(const lysc_node* node) {
+  return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
+}
+
 bool Models::is_key(const lysc_node* node) { return is_flagged(node, LYS_KEY); }
 bool Models::is_state(const lysc_node* node) { return is_flagged(node, LYS_CONFIG_R); }
 

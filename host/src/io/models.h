@@ -51,6 +51,7 @@ class Models {
   [[nodiscard]] static std::string_view tag(const lysc_node* node);
   [[nodiscard]] static std::string_view module(const lysc_node* node);
   [[nodiscard]] static std::string_view module_namespace(const lysc_node* node);
+  [[nodiscard]] static bool is_leaf(const lysc_node* node);  // or leaf-list
   [[nodiscard]] static bool is_key(const lysc_node* node);
   [[nodiscard]] static bool is_state(const lysc_node* node);       // config false
   [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty

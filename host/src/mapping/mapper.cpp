@@ -11,6 +11,7 @@
 #include "io/read_document.h"
 #include "io/select_data.h"
 #include "mapping/input_checks.h"
+#include "mapping/map_input.h"
 #include "mapping/subinterfaces.h"
 #include "result_codes.h"
 #include "tree/operations.h"
@@ -18,8 +19,6 @@
 
 namespace ocifip {
 namespace {
-
-constexpr std::string_view kAnyNumber = "1";  // for a key that is none of those below
 
 Operation operation_of(DefaultOperation operation) {
   switch (operation) {
@@ -108,25 +107,6 @@ void apply_edit(const Models& models, const Document& native, const Document& ed
   }
 }
 
-// --- probes --------------------------------------------------------------------------------------
-
-std::string_view probe_key(QueryExpansion::SchemaPath path, std::string_view key) {
-  if (key == "name") {
-    return "probe";
-  }
-  if (key == "index") {
-    return "0";
-  }
-  bool is_ipv6 = false;
-  for (const lysc_node* node : path) {
-    is_ipv6 = is_ipv6 || Models::tag(node) == "ipv6";
-  }
-  if (key == "ip") {
-    return is_ipv6 ? "2001:db8::1" : "192.0.2.1";
-  }
-  return kAnyNumber;
-}
-
 // An empty value selects nothing: whoever asks for a leaf in XML has no way to give none.
 void forget_empty_values(std::vector<DocumentNode>& nodes) {
   for (DocumentNode& node : nodes) {
@@ -167,24 +147,6 @@ bool has_content(const std::vector<DocumentNode>& nodes) {
   });
 }
 
-// The nodes of a schema path, with keys for its lists; the leaf at its end has no value.
-DocumentNode probe_node(const Models& models, QueryExpansion::SchemaPath path,
-                        std::size_t depth = 0) {
-  DocumentNode node = node_of(path[depth]);
-  if (depth + 1 == path.size()) {
-    return node;
-  }
-  for (const std::string& key : Models::keys(node.schema)) {
-    DocumentNode leaf = node_of(models.child(node.schema, key, {}));
-    leaf.value = probe_key(path, key);
-    if (leaf.schema != path[depth + 1]) {
-      node.children.push_back(std::move(leaf));
-    }
-  }
-  node.children.push_back(probe_node(models, path, depth + 1));
-  return node;
-}
-
 }  // namespace
 
 Mapper::Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
@@ -194,24 +156,13 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       plugin_(plugin),
       trace_(options.trace),
       paths_(models),
-      framework_{models, paths_, plugin.augments, options.progress} {}
+      framework_{models, paths_, plugin.augments, options.progress},
+      probes_(models) {}
 
 void Mapper::begin(const char* stage) const {
   if (framework_.progress != nullptr) {
     framework_.progress->begin(stage);
   }
-}
-
-// Maps each top-level node until one fails.
-cerrno Mapper::map_input(Request& request) const {
-  cerrno result = kOk;
-  for (const InputNode& root : request.input().roots()) {
-    result = plugin_.openconfig(request.context(), &root, request.out());
-    if (result != kOk) {
-      break;
-    }
-  }
-  return result;
 }
 
 void Mapper::map_edit(const EditRequest& request, Format format, const Mapped& mapped) {
@@ -224,7 +175,7 @@ void Mapper::map_edit(const EditRequest& request, Format format, const Mapped& m
                .operation = operation,
                .record_calls = format == Format::kCalls,
                .trace = trace_});
-  mapped(run, map_input(run));
+  mapped(run, map_input(run, plugin_.openconfig));
 }
 
 Outcome Mapper::edit(const EditRequest& request, Format format) {
@@ -256,7 +207,7 @@ void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) 
   for (const std::string& note : query.notes) {
     run.note(note);
   }
-  mapped(run, map_input(run));
+  mapped(run, map_input(run, plugin_.openconfig));
 }
 
 Outcome Mapper::query(const QueryRequest& request, Format format) {
@@ -373,7 +324,7 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
     parts.push_back(read_path(models_, path));
   }
   QueryExpansion expansion(models_, request.content, device_.interface_names(),
-                           [this](QueryExpansion::SchemaPath path) { return is_refused(path); });
+                           [this](SchemaPath path) { return is_refused(path); });
   Query query;
   query.content = request.content;
   for (Document& part : parts) {
@@ -387,14 +338,14 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
 }
 
 // Asks the mapping itself, by a read of the leaf alone.
-bool Mapper::is_refused(QueryExpansion::SchemaPath path) {
+bool Mapper::is_refused(SchemaPath path) {
   const auto [known, is_new] = refused_.try_emplace(path.back(), false);
   if (is_new) {
     Document document;
-    document.roots.push_back(probe_node(models_, path));
+    document.roots.push_back(probes_.node(path));
     const InputTree input(document, Operation::kWrite);
     Request probe(framework_, input, {.request_op = YFW_MAP_REQUEST_READ_STATE});
-    known->second = map_input(probe) == kUnsupported;
+    known->second = map_input(probe, plugin_.openconfig) == kUnsupported;
   }
   return known->second;
 }

@@ -12,6 +12,7 @@
 #include "device/subinterface_name.h"
 #include "io/models.h"
 #include "mapping/plugin.h"
+#include "mapping/probe.h"
 #include "mapping/query_expansion.h"
 #include "ocifip/host.h"
 #include "request/request.h"
@@ -55,11 +56,10 @@ class Mapper {
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
-  cerrno map_input(Request& request) const;
   void answer(const Query& query, const Document& queries, Format format, Outcome& outcome);
   [[nodiscard]] Document device_data(const Document& queries) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Query& query) const;
-  bool is_refused(QueryExpansion::SchemaPath path);
+  bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
 
@@ -69,6 +69,7 @@ class Mapper {
   bool trace_;
   PathCache paths_;
   Framework framework_;
+  Probes probes_;
   std::unordered_map<const lysc_node*, bool> refused_;  // leaves, as far as they were probed
 };
 

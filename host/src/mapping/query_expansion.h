@@ -3,13 +3,13 @@
 #define OCIFIP_HOST_MAPPING_QUERY_EXPANSION_H_
 
 #include <functional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "io/document.h"
 #include "io/models.h"
+#include "mapping/probe.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -20,7 +20,6 @@ namespace ocifip {
 // stands for all that the device has. Of the interface itself nothing is asked for.
 class QueryExpansion {
  public:
-  using SchemaPath = std::span<const lysc_node* const>;
   // Whether the mapping refuses a read of the leaf at the end of a schema path.
   using IsRefused = std::function<bool(SchemaPath)>;
 

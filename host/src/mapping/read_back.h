@@ -21,11 +21,11 @@ struct NativeTree {
 // The callbacks of the plug-in that native data is handed to.
 struct ReadBackEntries {
   // Those of the private summaries. They come first: of an address, they know less than the rest.
-  std::vector<NativeTree> summaries;
+  std::vector<NativeTree> summaries{};
   // Each takes one interface-configuration entry, in this order: the walker of the list, then those
   // of the models that augment it.
-  std::vector<yfw_map_leaf_callback> interface_configuration;
-  std::vector<NativeTree> trees;
+  std::vector<yfw_map_leaf_callback> interface_configuration{};
+  std::vector<NativeTree> trees{};
 
   // Whether a top-level node is mapped: interface-configurations, or the top of a summary or tree.
   [[nodiscard]] bool take(std::string_view module_namespace, std::string_view tag) const;

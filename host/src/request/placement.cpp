@@ -136,6 +136,7 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
       node,
       write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : write.source->edit_operation,
       request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
+  request_.note_written(node->place, write.value);
   *created = node;
   return kOk;
 }

@@ -60,6 +60,7 @@ Request::Request(const Framework& framework, const InputTree& input,
     : framework_(framework),
       input_(input),
       is_query_(settings.is_query),
+      written_(settings.written),
       output_(arena_, framework.paths.root()),
       hierarchy_(state_) {
   if (settings.record_calls) {

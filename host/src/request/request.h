@@ -32,12 +32,21 @@ struct Framework {
   Progress* progress = nullptr;
 };
 
+// A node that a mapping wrote, and the value that it gave.
+struct WrittenNode {
+  const Place* place;
+  std::string value;
+
+  auto operator<=>(const WrittenNode&) const = default;
+};
+
 struct RequestSettings {
   std::uint32_t request_op = YFW_MAP_REQUEST_MERGE;
   Operation operation = Operation::kWrite;  // of nodes that inherit none
   bool is_query = false;                    // the output asks for data
   bool record_calls = false;
   bool trace = false;
+  std::vector<WrittenNode>* written = nullptr;  // takes what the mapping writes
 };
 
 class Request {
@@ -67,6 +76,12 @@ class Request {
   void advance() const;
   // Null when calls are not recorded.
   [[nodiscard]] Recorder* recorder() { return recorder_ ? &*recorder_ : nullptr; }
+  // What the mapping writes; kept when the settings ask for it.
+  void note_written(const Place* place, const char* value) {
+    if (written_ != nullptr) {
+      written_->push_back({place, value == nullptr ? "" : value});
+    }
+  }
   // Entries in the output list, the innermost last.
   [[nodiscard]] std::vector<const InputNode*>& output_list() { return output_list_; }
 
@@ -115,6 +130,7 @@ class Request {
   Framework framework_;
   const InputTree& input_;
   bool is_query_;
+  std::vector<WrittenNode>* written_;
   yfw_map_request_state state_{};
   Context context_{};
   yfw_itree_stack visited_entries_;
