@@ -18,6 +18,9 @@
 namespace ocifip {
 namespace {
 
+// Namespaces of native modules: this, and the name of the module.
+constexpr std::string_view kNativeNamespaces = "urn:halvane:yang:";
+
 constexpr std::uint16_t kDataNodes =
     LYS_CONTAINER | LYS_LIST | LYS_LEAF | LYS_LEAFLIST | LYS_ANYXML | LYS_ANYDATA;
 
@@ -188,7 +191,9 @@ const ly_ctx* Models::context() const { return impl_->context.get(); }
 
 std::string_view Models::module_of(std::string_view module_namespace) const {
   const auto found = impl_->names.find(module_namespace);
-  return found == impl_->names.end() ? std::string_view() : found->second;
+  if (found != impl_->names.end()) return found->second;
+  const bool is_native = module_namespace.starts_with(kNativeNamespaces);
+  return is_native ? module_namespace.substr(kNativeNamespaces.size()) : std::string_view();
 }
 
 std::string_view Models::namespace_of(std::string_view module) const {

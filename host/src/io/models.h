@@ -25,7 +25,8 @@ class Models {
 
   [[nodiscard]] const ly_ctx* context() const;
 
-  // Name of the module with a namespace, and the reverse; "" when unknown.
+  // Name of the module with a namespace, and the reverse; "" when unknown. The name of a native
+  // module is known by its namespace, also when the module is not there.
   [[nodiscard]] std::string_view module_of(std::string_view module_namespace) const;
   [[nodiscard]] std::string_view namespace_of(std::string_view module) const;
 
