@@ -27,4 +27,5 @@ if(OCIFIP_SANITIZE)
 endif()
 
 # No path of the machine that builds gets into what is built.
-add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+                    -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)

@@ -1,8 +1,12 @@
 # Shared by ./ocifip and ./check, which set `program` and `root` (the repository's folder) and source
 # this with bash.
+# shellcheck shell=bash
+# shellcheck disable=SC2034 # what is set here is used there
+# shellcheck disable=SC2154 # and the other way round
 
 tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev nlohmann-json3-dev)
-test_packages=(libgtest-dev clang-14 clang-format-14 clang-tidy-14 python3)
+test_packages=(libgtest-dev clang-14 clang-format-14 clang-tidy-14 cppcheck shellcheck python3 ccache
+  dpkg-dev file groff-base)
 
 # What the tool is made from, as far as it is there.
 tool_sources=()

@@ -48,7 +48,7 @@ class Host::Impl {
 
   Outcome apply(const ApplyRequest& request, Format format);
   [[nodiscard]] std::string registrations(Format format) const {
-    return print_registrations(plugin_.registrations(), format);
+    return print_registrations(plugin_.version(), plugin_.registrations(), format);
   }
   [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
 

@@ -531,13 +531,5 @@ TEST_F(MapperTest, InputThatCannotBeMappedIsNamed) {
                                      "\" is longer than 63 characters");
 }
 
-TEST(PluginTest, ALibraryThatIsNoPlugInIsNamed) {
-  const auto load = [](const char* file) { return result_of([&] { return Plugin(file), ""; }); };
-  EXPECT_TRUE(load("/absent.so").starts_with("cannot load the plug-in /absent.so: "));
-  EXPECT_EQ(load("libyfw_host.so"),
-            "cannot load the plug-in libyfw_host.so: it does not export "
-            "ymap_ox_ocifip_openconfigifip_augment_lvla_subinterface");
-}
-
 }  // namespace
 }  // namespace ocifip

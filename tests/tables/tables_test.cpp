@@ -264,6 +264,7 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
   const std::string ipv4_io_cfg = "ymap_xo_ocifip_halvaneombrixipv4iocfg_";
   std::set<std::string> names = names_of_rows();
   names.merge(names_of_records());
+  names.insert({"yfw_map_contract_version", "yfw_map_plugin_version"});
   names.insert({"yfw_map_oc_dhcp_sysdb_unbind", "yfw_map_oc_ipv6_sysdb_unbind",
                 "ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index"});
   names.insert({"yfw_map_reg_ocifip_v4ma_oper", "yfw_map_reg_ocifip_v6ma_oper"});

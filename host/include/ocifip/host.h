@@ -150,8 +150,8 @@ class Host {
   Outcome report(const ReportRequest& request, Format format);
 
   // The plug-in's registration records, with the names of the functions that filled them and of
-  // their callbacks: as JSON an array of objects, as a tree each with its fields below it. Throws
-  // InputError for the other formats, which have no form for them.
+  // their callbacks: as JSON an array of objects, as a tree the plug-in's version and then each
+  // with its fields below it. Throws InputError for the other formats, which have no form for them.
   [[nodiscard]] std::string registrations(Format format) const;
 
   // What the mapping does with each leaf, found by making requests of it, whatever the device is.

@@ -2,12 +2,14 @@
 
 #include <dlfcn.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string_view>
 
 #include "ocifip/host.h"
 #include "records/registry.h"
 #include "yfw/text.h"
+#include "yfw/version.h"
 
 namespace ocifip {
 namespace {
@@ -70,6 +72,28 @@ std::string loader_error() {
   return error == nullptr ? "unknown reason" : error;
 }
 
+// A contract version as users see it, "1.0".
+std::string version_text(std::uint32_t version) {
+  return std::to_string(version / 1000) + '.' + std::to_string(version % 1000);
+}
+
+// What a plug-in tells of itself. Nothing else of it is called before it is known to fit.
+std::string check_version(void* library, const std::string& file) {
+  const auto contract = reinterpret_cast<decltype(&yfw_map_contract_version)>(
+      dlsym(library, "yfw_map_contract_version"));
+  const auto own =
+      reinterpret_cast<decltype(&yfw_map_plugin_version)>(dlsym(library, "yfw_map_plugin_version"));
+  const std::string offered = "this host offers " + version_text(YFW_CONTRACT_VERSION);
+  if (contract == nullptr || own == nullptr) {
+    fail(file, "it does not say which version of the contract it was built for; " + offered);
+  }
+  if (!YFW_CONTRACT_FITS(YFW_CONTRACT_VERSION, contract())) {
+    fail(file,
+         "it was built for version " + version_text(contract()) + " of the contract; " + offered);
+  }
+  return std::string(own()) + " for contract " + version_text(contract());
+}
+
 }  // namespace
 
 void Plugin::Close::operator()(void* library) const { dlclose(library); }
@@ -80,6 +104,7 @@ Plugin::Plugin(const std::string& file) {
   if (library_ == nullptr) {
     fail(file, loader_error());
   }
+  version_ = check_version(library_.get(), file);
   entries_.augments.subinterface_ipv4 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvla"));
   entries_.augments.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
   entries_.augments.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
@@ -97,6 +122,15 @@ Plugin::Plugin(const std::string& file) {
     trees.push_back({record.native_namespace, record.native_tag, record.to_openconfig});
   }
   load_records(library_.get(), file);
+}
+
+// The plug-in may hold connections beyond a request.
+Plugin::~Plugin() {
+  for (const char* hook : {"yfw_map_oc_dhcp_sysdb_unbind", "yfw_map_oc_ipv6_sysdb_unbind"}) {
+    if (void* found = dlsym(library_.get(), hook); found != nullptr) {
+      reinterpret_cast<void (*)()>(found)();
+    }
+  }
 }
 
 yfw_map_leaf_callback Plugin::find(const std::string& file, const char* symbol) const {

@@ -21,13 +21,18 @@ struct PluginEntries {
 
 class Plugin {
  public:
-  // Loads the library, has it fill its registration records, finds the entry callbacks that have no
-  // record, and has it register its database records. Throws LoadError.
+  // Loads the library, asks for which contract it was built, finds the entry callbacks that have no
+  // record, has it fill its registration records, and has it register its database records. Throws
+  // LoadError.
   explicit Plugin(const std::string& file);
+  // Calls the unload hooks first.
+  ~Plugin();
   Plugin(const Plugin&) = delete;
   Plugin& operator=(const Plugin&) = delete;
 
   [[nodiscard]] const PluginEntries& entries() const { return entries_; }
+  // Its own version and that of its contract, "0.1.0 for contract 1.0".
+  [[nodiscard]] const std::string& version() const { return version_; }
   [[nodiscard]] const std::vector<RegistrationRecord>& registrations() const {
     return registrations_;
   }
@@ -40,6 +45,7 @@ class Plugin {
   [[nodiscard]] yfw_map_leaf_callback find(const std::string& file, const char* symbol) const;
 
   std::unique_ptr<void, Close> library_;
+  std::string version_;
   PluginEntries entries_;
   std::vector<RegistrationRecord> registrations_;
 };

@@ -61,12 +61,13 @@ std::vector<RegistrationRecord> load_registrations(void* library, const std::str
   return records;
 }
 
-std::string print_registrations(const std::vector<RegistrationRecord>& records, Format format) {
+std::string print_registrations(const std::string& version,
+                                const std::vector<RegistrationRecord>& records, Format format) {
   if (format != Format::kJson && format != Format::kTree) {
     throw InputError("registrations are shown as json or tree");
   }
   Json list = Json::array();
-  std::string tree;
+  std::string tree = "plug-in " + version + '\n';
   for (const auto& [function, record] : records) {
     const std::pair<const char*, std::string> fields[] = {
         {"function", function},

@@ -21,8 +21,9 @@ struct RegistrationRecord {
 // OpenConfig's interfaces.
 std::vector<RegistrationRecord> load_registrations(void* library, const std::string& file);
 
-// The records as users see them, for Host::registrations.
-std::string print_registrations(const std::vector<RegistrationRecord>& records, Format format);
+// The records as users see them, for Host::registrations, with the plug-in's version.
+std::string print_registrations(const std::string& version,
+                                const std::vector<RegistrationRecord>& records, Format format);
 
 }  // namespace ocifip
 

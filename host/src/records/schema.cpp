@@ -118,7 +118,7 @@ class SchemaReader {
   SchemaType read_plain();
   SchemaType read_numbered(std::uint32_t level);
   SchemaType read_reference();
-  SchemaType read_container(TypeKind kind, Extent extent, std::uint32_t level);
+  SchemaType read_container(TypeKind kind, const Extent& extent, std::uint32_t level);
 
   std::string_view text_;
   Schema& schema_;
@@ -269,7 +269,7 @@ SchemaType SchemaReader::read_reference() {
   return type;
 }
 
-SchemaType SchemaReader::read_container(TypeKind kind, Extent extent, std::uint32_t level) {
+SchemaType SchemaReader::read_container(TypeKind kind, const Extent& extent, std::uint32_t level) {
   require('(');
   SchemaType type;
   type.kind = kind;
