@@ -1,6 +1,7 @@
 #include "mapping/query_expansion.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "device/subinterface_name.h"
@@ -160,29 +161,36 @@ void QueryExpansion::multiply_entries(DocumentNode& node) {
 
 // Names of the device's interfaces, or indexes of the subinterfaces of the interface being
 // expanded. An interface that the device does not have is asked for its subinterface 0.
-std::vector<std::string> QueryExpansion::keys_on_device(const DocumentNode& entry) const {
-  std::vector<std::string> keys;
-  const auto add = [&](std::string_view key) {
-    if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
-      keys.emplace_back(key);
-    }
-  };
+std::vector<std::string> QueryExpansion::keys_on_device(const DocumentNode& entry) {
+  sort_names();
+  if (is_interface(entry.schema)) {
+    return interfaces_;
+  }
   const std::string* interface = nullptr;
   for (const DocumentNode* node : nodes_) {
     interface = is_interface(node->schema) ? key_value(*node) : interface;
   }
+  const auto indexes = interface == nullptr ? indexes_.end() : indexes_.find(*interface);
+  return indexes == indexes_.end() ? std::vector<std::string>{"0"} : indexes->second;
+}
+
+// Finds out which interfaces and subinterfaces the device's names are, each once, when a query asks
+// for all of them.
+void QueryExpansion::sort_names() {
+  if (!indexes_.empty()) {
+    return;
+  }
+  std::unordered_set<std::string> known;
   for (const std::string& name : interface_names_) {
     const SubinterfaceName subinterface = subinterface_of(name);
-    if (is_interface(entry.schema)) {
-      add(subinterface.interface);
-    } else if (interface != nullptr && subinterface.interface == *interface) {
-      add(subinterface.index);
+    std::vector<std::string>& indexes = indexes_[subinterface.interface];
+    if (indexes.empty()) {
+      interfaces_.push_back(subinterface.interface);
+    }
+    if (known.insert(subinterface.interface + "." + subinterface.index).second) {
+      indexes.push_back(subinterface.index);
     }
   }
-  if (keys.empty() && is_subinterface(entry.schema)) {
-    add("0");
-  }
-  return keys;
 }
 
 }  // namespace ocifip

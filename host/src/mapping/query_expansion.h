@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "io/document.h"
@@ -39,7 +41,8 @@ class QueryExpansion {
   void add_below(DocumentNode& node);
   void add_leaves(DocumentNode& node);
   void multiply_entries(DocumentNode& node);
-  [[nodiscard]] std::vector<std::string> keys_on_device(const DocumentNode& entry) const;
+  [[nodiscard]] std::vector<std::string> keys_on_device(const DocumentNode& entry);
+  void sort_names();
   [[nodiscard]] bool is_wanted(const lysc_node* leaf);
   [[nodiscard]] bool is_left_alone(const DocumentNode& node) const;
 
@@ -47,6 +50,8 @@ class QueryExpansion {
   Content content_;
   const std::vector<std::string>& interface_names_;
   IsRefused is_refused_;
+  std::vector<std::string> interfaces_;                                // of the device, in order
+  std::unordered_map<std::string, std::vector<std::string>> indexes_;  // of their subinterfaces
   std::vector<const lysc_node*> schema_path_;
   std::vector<const DocumentNode*> nodes_;  // those of schema_path_ that stood in the document
   std::vector<std::string>* notes_ = nullptr;
