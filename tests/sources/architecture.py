@@ -51,6 +51,7 @@ PARTS = (
     Part("tests/tables", ("tests/tables", PLUGIN, "records", "host/src", "host/include", PLATFORM)),
     Part("tests/records", ("tests/records", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "host/src", "host/include", PLATFORM)),
+    Part("tests/faults", ("tests/faults", "tool", "host/src", "host/include", PLATFORM)),
 )
 
 
