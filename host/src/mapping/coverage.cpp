@@ -34,8 +34,8 @@ void for_each_leaf(const Models& models, Nodes& path, const Function& function) 
   }
 }
 
-// The interface without addresses, with the probe's as its primary ones, and with those beside
-// other primary ones.
+// The interface without addresses but a leased one, with the probe's as its primary ones, and with
+// those beside other primary ones.
 std::vector<DeviceDirectory> probe_devices(const Models& models) {
   const std::string ipv4 = '"' + std::string(kProbeIpv4) + "/24\"";
   const std::string ipv6 = '"' + std::string(kProbeIpv6) + "/64\"";
@@ -46,21 +46,27 @@ std::vector<DeviceDirectory> probe_devices(const Models& models) {
       R"(,"ipv4":{"primary":"198.51.100.1/24","secondaries":[)" + ipv4 +
           R"(]},"ipv6":{"primary":"2001:db8:1::1/64","secondaries":[)" + ipv6 + "]}",
   };
-  const std::string name = '"' + std::string(kProbeInterface) + '"';
+  const std::string name(kProbeInterface);
+  const std::string lease = R"("/oper/ipv4-io/if/)" + name +
+                            R"(/0x60000000/1/ifdetail":{"record":"ipv4_if_detail",)" +
+                            R"("fields":{"PrimaryAddress":"203.0.113.1","PrefixLength":24}})";
   std::vector<DeviceDirectory> devices;
   for (const std::string& of_interface : addresses) {
-    devices.emplace_back(
-        read_device(models, "probe",
-                    R"({"node":"node0_1","interfaces":[{"name":)" + name + of_interface + "}]}"));
+    devices.emplace_back(read_device(models, "probe",
+                                     R"({"node":"node0_1","interfaces":[{"name":")" + name + '"' +
+                                         of_interface + R"(}],)" + R"("sysdb":{)" +
+                                         (of_interface.empty() ? lease : "") + "}}"));
   }
   return devices;
 }
 
 class CoverageSearch {
  public:
-  CoverageSearch(const Models& models, const PluginEntries& plugin)
+  CoverageSearch(const Models& models, const PluginEntries& plugin,
+                 const std::function<void(const WrittenNode&)>& read_back)
       : models_(models),
         plugin_(plugin),
+        read_back_(read_back),
         paths_(models),
         framework_{models, paths_, plugin.augments},
         probes_(models) {}
@@ -127,8 +133,11 @@ class CoverageSearch {
       }
       Nodes path = {root};
       for_each_leaf(models_, path, [&](SchemaPath native) {
-        for (const lysc_node* leaf : probe.leaves_from(native)) {
-          if (const auto index = indexes_.find(leaf); index != indexes_.end()) {
+        for (const WrittenNode& node : probe.written_from(native)) {
+          if (read_back_) {
+            read_back_(node);
+          }
+          if (const auto index = indexes_.find(node.place->schema); index != indexes_.end()) {
             leaves_[index->second].native.insert(place_of(native));
           }
         }
@@ -152,6 +161,7 @@ class CoverageSearch {
 
   const Models& models_;
   const PluginEntries& plugin_;
+  const std::function<void(const WrittenNode&)>& read_back_;
   PathCache paths_;
   Framework framework_;
   Probes probes_;
@@ -161,8 +171,9 @@ class CoverageSearch {
 
 }  // namespace
 
-Coverage find_coverage(const Models& models, const PluginEntries& plugin) {
-  return CoverageSearch(models, plugin).run();
+Coverage find_coverage(const Models& models, const PluginEntries& plugin,
+                       const std::function<void(const WrittenNode&)>& read_back) {
+  return CoverageSearch(models, plugin, read_back).run();
 }
 
 }  // namespace ocifip

@@ -2,15 +2,19 @@
 #ifndef OCIFIP_HOST_MAPPING_COVERAGE_H_
 #define OCIFIP_HOST_MAPPING_COVERAGE_H_
 
+#include <functional>
+
 #include "io/models.h"
 #include "mapping/plugin.h"
 #include "ocifip/host.h"
+#include "request/request.h"
 
 namespace ocifip {
 
 // Has a plug-in map edits and reads of every leaf by itself, on devices made up for it, and every
-// native leaf that it reads back.
-Coverage find_coverage(const Models& models, const PluginEntries& plugin);
+// native leaf that it reads back; `read_back`, when given, is shown what it writes then.
+Coverage find_coverage(const Models& models, const PluginEntries& plugin,
+                       const std::function<void(const WrittenNode&)>& read_back = {});
 
 }  // namespace ocifip
 

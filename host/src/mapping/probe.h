@@ -15,8 +15,8 @@
 namespace ocifip {
 
 // The interface and the addresses that stand for any others: values begin with them where a type
-// takes them.
-inline constexpr std::string_view kProbeInterface = "probe";
+// takes them. Of a tunnel, more is read back than of other interfaces.
+inline constexpr std::string_view kProbeInterface = "tunnel-ip1";
 inline constexpr std::string_view kProbeIpv4 = "192.0.2.1";
 inline constexpr std::string_view kProbeIpv6 = "2001:db8::1";
 

@@ -1,6 +1,7 @@
 #include "mapping/read_back_probe.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "io/document_nodes.h"
 #include "mapping/subinterfaces.h"
@@ -8,24 +9,22 @@
 
 namespace ocifip {
 
-std::set<const lysc_node*> ReadBackProbe::leaves_from(SchemaPath native) const {
-  auto leaves = leaves_from(native, false);
-  return leaves.empty() ? leaves_from(native, true) : leaves;
+std::vector<WrittenNode> ReadBackProbe::written_from(SchemaPath native) const {
+  auto written = written_from(native, false);
+  return written.empty() ? written_from(native, true) : written;
 }
 
-std::set<const lysc_node*> ReadBackProbe::leaves_from(SchemaPath native, bool siblings) const {
+std::vector<WrittenNode> ReadBackProbe::written_from(SchemaPath native, bool siblings) const {
   const SchemaPath above = native.first(native.size() - 1);
   DocumentNode top = surroundings(native, siblings);
   const auto without = read_back_of(top);
   DocumentNode& leaf = insert_in_order(probe_end(top, above), node_of(native.back()));
-  std::set<const lysc_node*> leaves;
+  std::vector<WrittenNode> written;
   for (const std::string& value : probes_.values(native.back())) {
     leaf.value = value;
-    for (const WrittenNode& node : beyond(read_back_of(top), without)) {
-      leaves.insert(node.place->schema);
-    }
+    std::ranges::move(beyond(read_back_of(top), without), std::back_inserter(written));
   }
-  return leaves;
+  return written;
 }
 
 // What a leaf stands in, without the leaf: the entries with their keys, and its siblings if wanted.

@@ -2,7 +2,6 @@
 #ifndef OCIFIP_HOST_MAPPING_READ_BACK_PROBE_H_
 #define OCIFIP_HOST_MAPPING_READ_BACK_PROBE_H_
 
-#include <set>
 #include <vector>
 
 #include "mapping/probe.h"
@@ -15,14 +14,14 @@ class ReadBackProbe {
   ReadBackProbe(const Framework& framework, const ReadBackEntries& entries, Probes& probes)
       : framework_(framework), entries_(entries), probes_(probes) {}
 
-  // The OpenConfig nodes that are written because of the native leaf at the end of a path: of the
-  // leaf alone in its entries or, when that is none, of the leaf among its siblings.
-  [[nodiscard]] std::set<const lysc_node*> leaves_from(SchemaPath native) const;
+  // What is written because of the native leaf at the end of a path, for each value that it is
+  // given: because of the leaf alone in its entries or, when that is nothing, among its siblings.
+  [[nodiscard]] std::vector<WrittenNode> written_from(SchemaPath native) const;
 
  private:
   [[nodiscard]] std::vector<WrittenNode> read_back_of(const DocumentNode& top) const;
   [[nodiscard]] DocumentNode surroundings(SchemaPath native, bool siblings) const;
-  [[nodiscard]] std::set<const lysc_node*> leaves_from(SchemaPath native, bool siblings) const;
+  [[nodiscard]] std::vector<WrittenNode> written_from(SchemaPath native, bool siblings) const;
 
   const Framework& framework_;
   const ReadBackEntries& entries_;

@@ -152,6 +152,7 @@ cerrno operate_on_path(Request& request, const yfw_map_xpath_request& operation)
   request.output().set_value(leaf, operation.value);
   apply_operation(leaf, NIDL_YFW_EDIT_WRITE,
                   request.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
+  request.note_written(leaf->place, operation.value);
   return kOk;
 }
 
