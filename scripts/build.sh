@@ -8,6 +8,9 @@ tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli1
 test_packages=(libgtest-dev clang-14 clang-format-14 clang-tidy-14 cppcheck shellcheck python3 ccache
   dpkg-dev file groff-base)
 
+# What the compiler cache has from one clone of the repository serves another.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+
 # What the tool is made from, as far as it is there.
 tool_sources=()
 for source in CMakeLists.txt CMakePresets.json cmake host manageability platform records tool; do
