@@ -29,8 +29,10 @@ inline std::vector<yfw_map_leaf_callback*> callbacks_of(PluginEntries& entries) 
   for (yfw_map_leaf_callback& callback : entries.read_back.interface_configuration) {
     callbacks.push_back(&callback);
   }
-  for (NativeTree& tree : entries.read_back.trees) {
-    callbacks.push_back(&tree.enter);
+  for (auto* trees : {&entries.read_back.trees, &entries.read_back.summaries}) {
+    for (NativeTree& tree : *trees) {
+      callbacks.push_back(&tree.enter);
+    }
   }
   return callbacks;
 }
