@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -98,7 +99,14 @@ struct StandIn<kFunction, kWay, kFailure> {
   }
 };
 
-#define FAILS(function, way, failure) StandIn<&function, Way::way, failure>::service(#function)
+// A function's address, whether or not the function may throw.
+template <typename Result, typename... Arguments>
+constexpr auto address_of(Result (*function)(Arguments...)) {
+  return function;
+}
+
+#define FAILS(function, way, failure) \
+  StandIn<address_of(&function), Way::way, failure>::service(#function)
 
 const auto kServices = std::to_array<Service>({
     FAILS(_sysdb_bind, kUndone, kFault),
@@ -108,6 +116,7 @@ const auto kServices = std::to_array<Service>({
     FAILS(bag_register, kUndone, kFault),
     FAILS(bag_register_end, kUndone, kFault),
     FAILS(bag_register_start, kUndone, kFault),
+    FAILS(calloc, kUndone, nullptr),
     FAILS(event_manager_create, kUndone, kFault),
     FAILS(im_internal_namestring, kUndone, kFault),
     FAILS(imc_attr_query, kUndone, kFault),

@@ -36,6 +36,7 @@ constexpr Documented kPassedOn{.stops_with = kFault};
 constexpr Documented kRefusesValue{.stops_with = 0xaaf2f400};
 constexpr Documented kFindsNoEntry{.stops_with = kNotFound};
 constexpr Documented kFindsNoInterface{.stops_with = IMC_INTERFACE_UNKNOWN};
+constexpr Documented kIsOutOfMemory{.stops_with = 12};
 constexpr Documented kGoesOn{};
 constexpr Documented kUnseen{.is_unseen = true};
 
@@ -93,6 +94,7 @@ constexpr Exception kExceptions[] = {
     {"sysdb_item_get", "", "", kGoesOn, "as above"},
     {"bag_decode", "", "", kGoesOn, "as above"},
 
+    {"calloc", "", "", kIsOutOfMemory, "the platform's own code for it"},
     {"ombrix_inet_pton", "", "", kRefusesValue, "a primary that is no address is refused"},
     {"ombrix_inet_aton", "", "", kGoesOn, "a key that is no address is a secondary, a netmask that is none is passed over"},
     {"strcmp_s", "", "", kGoesOn, "what is not \"true\" writes nothing"},
