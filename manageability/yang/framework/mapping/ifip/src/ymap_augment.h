@@ -51,7 +51,7 @@ cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntr
 #define YMAP_READ_BACK_ENTRY(name, hook, row)                                                      \
   YMAP_EXPORT cerrno hook(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
     static constinit std::array words = ymap::fresh_site_words<ymap::kHookSiteCount>();            \
-    assert(NULL != ctx);                                                                           \
+    YMAP_ASSERT_CONTEXT(ctx, hook, kLeafForm);                                                     \
     return ymap::ignore_augment({#hook, __LINE__, words.data()}, ctx, in, out);                    \
   }                                                                                                \
   YMAP_GENERATED_LEAF(name) {                                                                      \

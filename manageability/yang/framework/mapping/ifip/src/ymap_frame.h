@@ -20,16 +20,35 @@
 #include "yfw/context.h"
 #include "yfw/mapping.h"
 
-// A callback entered without a context is a programming error that stops the process in every
-// build.
-#undef NDEBUG
-#include <cassert>
-
 #define YMAP_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace ymap {
 
 using Node = nidl_yfw_datatree;
+
+// --- the context ---------------------------------------------------------------------------------
+
+// The arguments of the two forms of a callback, as an assertion names them.
+inline constexpr const char* kLeafForm =
+    "yfw_map_ctx*, const nidl_yfw_datatree*, nidl_yfw_datatree*";
+inline constexpr const char* kContainerForm =
+    "yfw_map_ctx*, const nidl_yfw_datatree*, uint32_t, nidl_yfw_datatree*";
+
+// Stops the process as assert does when `NULL != ctx` does not hold.
+[[noreturn]] void fail_without_context(const char* file, unsigned line, const char* callback,
+                                       const char* form);
+
+// A callback entered without a context is a programming error that stops the process in every
+// build. Not assert itself: it keeps a text with the whole signature of each callback, and all
+// those texts take as much room as the code.
+#define YMAP_ASSERT_CONTEXT(ctx, callback, form)                             \
+  do {                                                                       \
+    if ((ctx) == nullptr) {                                                  \
+      ymap::fail_without_context(__FILE__, __LINE__, #callback, ymap::form); \
+    }                                                                        \
+  } while (false)
+
+// --- results and lines ---------------------------------------------------------------------------
 
 // Results of the library. Callers compare against the values.
 inline constexpr cerrno YMAP_OK = 0;
@@ -166,8 +185,15 @@ inline cerrno reject_arguments(yfw_map_ctx* ctx, const Site& site) {
   return YMAP_ERR_INVALID_ARGS;
 }
 
-// Runs a callback's body inside the frame: start line, argument checks, body, end line.
-cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call& call));
+using Body = cerrno (*)(const Call& call);
+
+// Run a callback's body inside the frame: start line, argument checks, body, end line. The
+// callback's own arguments come first, in its order, so that nothing is moved: hundreds of
+// callbacks are no more than this call.
+cerrno run_leaf(yfw_map_ctx* ctx, const Node* in, Node* out, const char* name, FrameSites& sites,
+                Body body);
+cerrno run_container(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out,
+                     const char* name, FrameSites& sites, Body body);
 
 }  // namespace ymap
 
@@ -176,20 +202,20 @@ cerrno run_framed(const Call& call, FrameSites& sites, cerrno (*body)(const Call
   static cerrno name##_body(const ymap::Call& call);                                               \
   YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
     static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};                \
-    assert(NULL != ctx);                                                                           \
-    return ymap::run_framed(ymap::Call{ctx, in, out, 0, #name}, sites, name##_body);               \
+    YMAP_ASSERT_CONTEXT(ctx, name, kLeafForm);                                                     \
+    return ymap::run_leaf(ctx, in, out, #name, sites, name##_body);                                \
   }                                                                                                \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
 
 // Declares and opens a callback of the container form.
-#define YMAP_CONTAINER_FORM(name, frame_kind)                                                  \
-  static cerrno name##_body(const ymap::Call& call);                                           \
-  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,                       \
-                          std::uint32_t child_count, nidl_yfw_datatree* out) {                 \
-    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};            \
-    assert(NULL != ctx);                                                                       \
-    return ymap::run_framed(ymap::Call{ctx, in, out, child_count, #name}, sites, name##_body); \
-  }                                                                                            \
+#define YMAP_CONTAINER_FORM(name, frame_kind)                                         \
+  static cerrno name##_body(const ymap::Call& call);                                  \
+  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,              \
+                          std::uint32_t child_count, nidl_yfw_datatree* out) {        \
+    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};   \
+    YMAP_ASSERT_CONTEXT(ctx, name, kContainerForm);                                   \
+    return ymap::run_container(ctx, in, child_count, out, #name, sites, name##_body); \
+  }                                                                                   \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
 
 // The callbacks written by hand.

@@ -13,7 +13,7 @@
 #define YMAP_AUGMENT_ENTRY(name, hook, row, tag, key)                                              \
   YMAP_EXPORT cerrno hook(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
     static constinit std::array words = ymap::fresh_site_words<ymap::kHookSiteCount>();            \
-    assert(NULL != ctx);                                                                           \
+    YMAP_ASSERT_CONTEXT(ctx, hook, kLeafForm);                                                     \
     return ymap::refuse_augment({#hook, __LINE__, words.data()}, ctx, in, out);                    \
   }                                                                                                \
   YMAP_GENERATED_LEAF(name) {                                                                      \

@@ -13,32 +13,6 @@ const Node* Children::find(const char* tag) const {
   return nullptr;
 }
 
-bool read_children(const Node& node, Children& children) {
-  children = {};
-  if (!has_flag(node, NIDL_YFW_FLAG_HAS_SUBTREE)) {
-    return true;
-  }
-  if (node.children == nullptr) {
-    return node.child_count == 0;
-  }
-  children = {node.children, node.child_count};
-  return true;
-}
-
-std::uint32_t request_op(const yfw_map_ctx* ctx) {
-  return ctx->request_state != nullptr ? ctx->request_state->request.request_op
-                                       : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG};
-}
-
-bool is_read(const yfw_map_ctx* ctx) {
-  const std::uint32_t operation = request_op(ctx);
-  return operation == YFW_MAP_REQUEST_READ_CONFIG || operation == YFW_MAP_REQUEST_READ_STATE;
-}
-
-bool is_list_wide(const yfw_map_ctx* ctx) {
-  return ctx->request_state != nullptr && ctx->request_state->list_wide != 0;
-}
-
 cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write) {
   const cerrno result = yfw_map_datatree_add_path_flagged(
       call.ctx, write.base != nullptr ? write.base : call.out, write.path, module_namespace,

@@ -32,7 +32,17 @@ struct Children {
 };
 
 // Reads a node's children; false when it claims children that cannot be read.
-[[nodiscard]] bool read_children(const Node& node, Children& children);
+[[nodiscard]] inline bool read_children(const Node& node, Children& children) {
+  children = {};
+  if (!has_flag(node, NIDL_YFW_FLAG_HAS_SUBTREE)) {
+    return true;
+  }
+  if (node.children == nullptr) {
+    return node.child_count == 0;
+  }
+  children = {node.children, node.child_count};
+  return true;
+}
 
 // The children of a node that a walker has read before.
 [[nodiscard]] inline Children children_of(const Node& node) {
@@ -44,8 +54,14 @@ struct Children {
 
 // Code of the whole request (enum yfw_map_request_op); without a request state, a configuration
 // read, which changes nothing.
-[[nodiscard]] std::uint32_t request_op(const yfw_map_ctx* ctx);
-[[nodiscard]] bool is_read(const yfw_map_ctx* ctx);
+[[nodiscard]] inline std::uint32_t request_op(const yfw_map_ctx* ctx) {
+  return ctx->request_state != nullptr ? ctx->request_state->request.request_op
+                                       : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG};
+}
+[[nodiscard]] inline bool is_read(const yfw_map_ctx* ctx) {
+  const std::uint32_t operation = request_op(ctx);
+  return operation == YFW_MAP_REQUEST_READ_CONFIG || operation == YFW_MAP_REQUEST_READ_STATE;
+}
 [[nodiscard]] inline bool is_edit(const yfw_map_ctx* ctx) { return !is_read(ctx); }
 
 // Whether a node carries a delete or remove.
@@ -57,7 +73,9 @@ struct Children {
 }
 
 // Whether a list of the request is deleted as a whole, without keys.
-[[nodiscard]] bool is_list_wide(const yfw_map_ctx* ctx);
+[[nodiscard]] inline bool is_list_wide(const yfw_map_ctx* ctx) {
+  return ctx->request_state != nullptr && ctx->request_state->list_wide != 0;
+}
 
 // --- writing -------------------------------------------------------------------------------------
 
