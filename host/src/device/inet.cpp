@@ -76,6 +76,24 @@ std::uint32_t masked(std::uint32_t address, std::uint32_t length) {
   return length == 0 ? 0 : host_order(address) & ones << (32 - std::min(length, 32u));
 }
 
+// Writes the dotted text of an IPv4 address; null when it does not fit. Edits write many netmasks,
+// and the C library's way, by printf, takes ten times as long.
+const char* write_dotted(const std::uint8_t* bytes, char* text, std::size_t size) {
+  constexpr std::size_t kMostDigits = 3;
+  std::array<char, (kMostDigits + 1) * kIpv4Size> dotted;
+  char* end = dotted.data();
+  for (std::size_t i = 0; i < kIpv4Size; ++i) {
+    end = std::to_chars(end, end + kMostDigits, bytes[i]).ptr;
+    *end++ = i + 1 < kIpv4Size ? '.' : '\0';
+  }
+  const auto length = static_cast<std::size_t>(end - dotted.data());
+  if (length > size) {
+    return nullptr;
+  }
+  std::memcpy(text, dotted.data(), length);
+  return text;
+}
+
 }  // namespace
 
 extern "C" {
@@ -102,7 +120,9 @@ const char* ombrix_inet_ntop(int family, const void* address, char* text, size_t
   if (address == nullptr || text == nullptr) {
     return nullptr;
   }
-  return inet_ntop(family, address, text, static_cast<socklen_t>(size));
+  return family == OMBRIX_AF_INET
+             ? write_dotted(static_cast<const std::uint8_t*>(address), text, size)
+             : inet_ntop(family, address, text, static_cast<socklen_t>(size));
 }
 
 char* inet_ntoa_r(uint32_t address, char* text, size_t size) {

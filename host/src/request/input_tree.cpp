@@ -36,13 +36,13 @@ std::span<InputNode> InputTree::build(const std::vector<DocumentNode>& nodes, Op
 // Recursion is as deep as the document, whose depth its reader bounds.
 void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inherited) {
   const Operation operation = operation_of(from, inherited);
-  node.tag = from.tag.c_str();
-  node.module_namespace = from.module_namespace.c_str();
+  node.tag = shared(from.tag);
+  node.module_namespace = shared(from.module_namespace);
   node.kind = static_cast<std::uint8_t>(from.kind);
   node.edit_operation = static_cast<std::uint8_t>(operation);
   replaces_ = replaces_ || from.operation == Operation::kReplace;
   if (from.value) {
-    node.value = from.value->c_str();
+    node.value = arena_.copy(*from.value);
     node.flags |= NIDL_YFW_FLAG_HAS_VALUE;
   }
   if (!from.children.empty()) {
@@ -54,6 +54,11 @@ void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inheri
   if (is_deleting(operation) && is_whole_list(from)) {
     whole_list_deletes_.insert(&node);
   }
+}
+
+const char* InputTree::shared(const std::string& name) {
+  const auto known = names_.find(name);
+  return known != names_.end() ? known->data() : names_.insert(arena_.copy(name)).first->data();
 }
 
 bool InputTree::deletes_whole_list(const InputNode& node) const {

@@ -3,6 +3,8 @@
 #define OCIFIP_HOST_REQUEST_INPUT_TREE_H_
 
 #include <span>
+#include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "io/document.h"
@@ -11,8 +13,7 @@
 
 namespace ocifip {
 
-// Nodes with their operations, the children of each one after another. Texts are the document's,
-// which must live as long.
+// Nodes with their operations, the children of each one after another.
 class InputTree {
  public:
   // The operation of a node is its own, else its parent's, else the request's. A key leaf is never
@@ -28,8 +29,12 @@ class InputTree {
  private:
   std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited);
   void fill(InputNode& node, const DocumentNode& from, Operation inherited);
+  // One text for all nodes of a name: names are compared all the time, and a few texts stay in the
+  // processor's cache.
+  const char* shared(const std::string& name);
 
   Arena arena_;
+  std::unordered_set<std::string_view> names_;
   std::span<InputNode> roots_;
   std::unordered_set<const InputNode*> whole_list_deletes_;
   bool replaces_ = false;

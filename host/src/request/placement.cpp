@@ -241,11 +241,8 @@ OutputNode* Placement::existing(OutputNode* parent, const Place* step) {
 // A native interface is the one of the subinterface being mapped, whatever was current before: a
 // request has several.
 OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, bool make) {
-  if (list->role == PlaceRole::kNativeInterface) {
-    const std::string name = request_.native_interface_name();
-    if (!name.empty()) {
-      return named_entry(parent, list, native_interface_keys(*list, name), make);
-    }
+  if (list->role == PlaceRole::kNativeInterface && request_.state().current_ifname[0] != '\0') {
+    return native_interface(parent, list, make);
   }
   if (const auto values = keys_of_walked_entry(request_.hierarchy(), *list)) {
     return named_entry(parent, list, *values, make);
@@ -257,6 +254,20 @@ OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, b
     return named_entry(parent, list, {&*value, 1}, make);
   }
   return make ? tree_.add_entry(parent, list) : nullptr;
+}
+
+// Nearly all writes are to the interface that the last one was to. Entries stay where they are, and
+// keep their keys.
+OutputNode* Placement::native_interface(OutputNode* parent, const Place* list, bool make) {
+  const yfw_map_request_state& state = request_.state();
+  NativeInterface& known = request_.last_native_interface();
+  if (known.entry == nullptr || known.entry->parent != parent || known.entry->place != list ||
+      known.name != state.current_ifname || known.index != state.current_subif_index) {
+    const std::string name = request_.native_interface_name();
+    known = {state.current_ifname, state.current_subif_index,
+             named_entry(parent, list, native_interface_keys(*list, name), make)};
+  }
+  return OutputTree::resolved(known.entry);
 }
 
 OutputNode* Placement::named_entry(OutputNode* parent, const Place* list, KeyValues values,

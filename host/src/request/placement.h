@@ -56,6 +56,7 @@ class Placement {
   OutputNode* arrive(OutputNode* parent, const Place* step, const PathWrite& write);
   OutputNode* new_entry(OutputNode* parent, const Place* list);
   OutputNode* entry_on_the_way(OutputNode* parent, const Place* list, bool make);
+  OutputNode* native_interface(OutputNode* parent, const Place* list, bool make);
   OutputNode* named_entry(OutputNode* parent, const Place* list, KeyValues values, bool make);
 
   Request& request_;

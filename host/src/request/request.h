@@ -49,6 +49,13 @@ struct RequestSettings {
   std::vector<WrittenNode>* written = nullptr;  // takes what the mapping writes
 };
 
+// The entry of a native interface, and the subinterface that it is the interface of.
+struct NativeInterface {
+  std::string name;
+  std::string index;
+  OutputNode* entry = nullptr;
+};
+
 class Request {
  public:
   // The input lives as long as the request.
@@ -101,6 +108,8 @@ class Request {
 
   // Native name of the subinterface being mapped; empty when no interface is.
   [[nodiscard]] std::string native_interface_name() const;
+  // The native interface that was written to last.
+  [[nodiscard]] NativeInterface& last_native_interface() { return native_interface_; }
 
   // A remark for the user; the same one is kept once.
   void note(const std::string& remark);
@@ -140,6 +149,7 @@ class Request {
   std::optional<Recorder> recorder_;
   std::vector<const InputNode*> output_list_;
   std::string trim_prefix_;
+  NativeInterface native_interface_;
   std::vector<std::string> notes_;
   std::string error_line_;
   std::optional<std::vector<const InputNode*>> failing_nodes_;

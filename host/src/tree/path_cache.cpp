@@ -58,10 +58,17 @@ std::vector<std::string_view> split_path(std::string_view path) {
   return tags;
 }
 
+// Paths have long stems in common and differ in their lengths and at their ends; namespaces differ
+// in their lengths.
+std::size_t PathCache::TextHash::operator()(std::string_view text) const {
+  constexpr std::size_t kEnd = 24;
+  text.remove_prefix(text.size() - std::min(text.size(), kEnd));
+  return std::hash<std::string_view>()(text);
+}
+
 std::size_t PathCache::KeyHash::operator()(const KeyView& key) const {
-  const std::hash<std::string_view> text;
-  return combine(combine(std::hash<const Place*>()(key.from), text(key.path)),
-                 text(key.module_namespace));
+  return combine(combine(std::hash<const Place*>()(key.from), TextHash()(key.path)),
+                 (key.path.size() << 8) + key.module_namespace.size());
 }
 
 bool PathCache::KeyEqual::operator()(const KeyView& first, const KeyView& second) const {

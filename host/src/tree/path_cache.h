@@ -84,9 +84,7 @@ class PathCache {
   };
   struct TextHash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>()(text);
-    }
+    std::size_t operator()(std::string_view text) const;
   };
   struct KeyHash {
     using is_transparent = void;
