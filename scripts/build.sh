@@ -1,5 +1,5 @@
-# Shared by ./ocifip and ./check, which set `program` and `root` (the repository's folder) and source
-# this with bash.
+# Shared by ./ocifip, ./check and bench/run, which set `program` and `root` (the repository's folder) and
+# source this with bash.
 # shellcheck shell=bash
 # shellcheck disable=SC2034 # what is set here is used there
 # shellcheck disable=SC2154 # and the other way round
@@ -7,6 +7,7 @@
 tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev clang-14 clang-format-14 clang-tidy-14 cppcheck shellcheck python3 ccache
   dpkg-dev file groff-base)
+bench_packages=(libbenchmark-dev libxslt1-dev python3) # the tests run the benchmarks, too
 
 # What the compiler cache has from one clone of the repository serves another.
 export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1

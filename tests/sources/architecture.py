@@ -47,6 +47,8 @@ PARTS = (
     Part("host/include", ("host/include",), confined=True),
     Part("host/src", ("host/src", "host/include", PLATFORM)),
     Part("tool", ("tool", "host/include")),
+    Part("bench", ("bench", "host/src", "host/include", PLATFORM)),
+    Part("tests/plugin-file", (PLUGIN, "bench", "host/include", PLATFORM)),
     Part("tests/unit", ("tests/unit", PLUGIN, PLATFORM, "records")),
     Part("tests/tables", ("tests/tables", PLUGIN, "records", "host/src", "host/include", PLATFORM)),
     Part("tests/records", ("tests/records", "records", "host/src", "host/include", PLATFORM)),

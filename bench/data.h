@@ -1,0 +1,30 @@
+// The data of the benchmarks, in any size: each subinterface has two IPv4 addresses and an MTU.
+#ifndef OCIFIP_BENCH_DATA_H_
+#define OCIFIP_BENCH_DATA_H_
+
+#include <cstddef>
+#include <string>
+
+namespace ocifip::bench {
+
+// How many subinterfaces there are, and how they are spread over interfaces.
+struct Layout {
+  std::size_t subinterfaces;
+  std::size_t per_interface = 1000;
+};
+
+// An OpenConfig document with all of them, as JSON: the content of an edit.
+std::string openconfig_json(const Layout& layout);
+
+// Native configuration of all of them, as JSON: what the edit makes.
+std::string native_json(const Layout& layout);
+
+// A device file of a device that is configured like that.
+std::string device_json(const Layout& layout);
+
+// An OpenConfig document that gives one subinterface, by its number, one more address.
+std::string small_edit_json(const Layout& layout, std::size_t subinterface);
+
+}  // namespace ocifip::bench
+
+#endif  // OCIFIP_BENCH_DATA_H_
