@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 
 #include "inet/inet.h"
 #include "log/log.h"
@@ -71,10 +73,10 @@ enum ServiceNumber : Word {
 
 #define THE_SERVICE(function, ...) Service<kNumberOf_##function, &function, ##__VA_ARGS__>
 
-#define REDIRECTION(function, ...) \
+#define RECORDER(function, ...) \
   {#function, reinterpret_cast<void*>(&THE_SERVICE(function, ##__VA_ARGS__)::record)},
-const Redirection kRedirections[] = {SERVICES(REDIRECTION, REDIRECTION)};
-#undef REDIRECTION
+const std::unordered_map<std::string_view, void*> kRecorders = {SERVICES(RECORDER, RECORDER)};
+#undef RECORDER
 
 void set_slot(Player& from) { from.node(kSlotNode) = from.node(from.word()); }
 
@@ -94,6 +96,15 @@ constexpr Step kReadingSteps[] = {pass_slot_over, SERVICES(STEP, STEP)};
   cannot_record("it calls a service that is not among those of recording.cpp");
 }
 
+void* recorder_of(std::string_view service, void* address) {
+  if (const auto found = kRecorders.find(service); found != kRecorders.end()) {
+    return found->second;
+  }
+  const bool is_service =
+      are_in_one_library(address, reinterpret_cast<const void*>(&yfw_map_do_these_match));
+  return is_service ? reinterpret_cast<void*>(&refuse_to_record) : address;
+}
+
 Player player;
 
 }  // namespace
@@ -101,9 +112,7 @@ Player player;
 void record(const std::string& plugin, Recording& recording, const std::function<void()>& map) {
   const std::unique_ptr<void, int (*)(void*)> library(
       dlopen(plugin.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose);
-  const RedirectedCalls redirected(library.get(), kRedirections,
-                                   reinterpret_cast<const void*>(&yfw_map_do_these_match),
-                                   reinterpret_cast<void*>(&refuse_to_record));
+  const RedirectedCalls redirected(library.get(), recorder_of);
   Recorder recorder(recording);
   Recorder::active = &recorder;
   map();

@@ -1,20 +1,13 @@
 #include "fault_layer.h"
 
 #include <dlfcn.h>
-#include <elf.h>
-#include <link.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
 #include "bag/bag.h"
 #include "im/address_manager.h"
@@ -39,7 +32,7 @@ FaultLayer* the_layer = nullptr;
 enum class Way { kUndone, kDone };
 
 struct Service {
-  const char* name;
+  std::string_view name;
   void* stand_in;
   void** real;
 };
@@ -183,79 +176,34 @@ constexpr auto kNeverFail = std::to_array<std::string_view>({
 // ----------------------------------------------------------------------
 
 // Names of C++, of which a sanitizer may add some, are no services.
-bool is_platform(const char* symbol) {
-  Dl_info library{};
-  Dl_info platform{};
-  return std::strncmp(symbol, "_Z", 2) != 0 && dladdr(dlsym(RTLD_DEFAULT, symbol), &library) != 0 &&
-         dladdr(reinterpret_cast<void*>(&yfw_strdup), &platform) != 0 &&
-         library.dli_fbase == platform.dli_fbase;
+bool is_platform(std::string_view symbol) {
+  const void* address = dlsym(RTLD_DEFAULT, std::string(symbol).c_str());
+  return !symbol.starts_with("_Z") &&
+         are_in_one_library(address, reinterpret_cast<const void*>(&yfw_strdup));
 }
 
-// Turns a reference from the service that it leads to.
-void turn(const char* symbol, void** reference) {
-  const auto service = std::find_if(kServices.begin(), kServices.end(), [&](const Service& each) {
-    return std::strcmp(each.name, symbol) == 0;
-  });
+void* stand_in_of(std::string_view symbol, void* address) {
+  const auto service = std::find_if(kServices.begin(), kServices.end(),
+                                    [&](const Service& each) { return each.name == symbol; });
   if (service != kServices.end()) {
-    *service->real = std::exchange(*reference, service->stand_in);
-  } else if (is_platform(symbol) &&
-             std::find(kNeverFail.begin(), kNeverFail.end(), symbol) == kNeverFail.end()) {
-    throw LoadError(std::string("no row says how ") + symbol + " fails");
+    *service->real = address;
+    return service->stand_in;
   }
+  if (is_platform(symbol) &&
+      std::find(kNeverFail.begin(), kNeverFail.end(), symbol) == kNeverFail.end()) {
+    throw LoadError("no row says how " + std::string(symbol) + " fails");
+  }
+  return address;
 }
 
-void make_writable(const void* address) {
-  const auto size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t page = reinterpret_cast<std::uintptr_t>(address) / size * size;
-  mprotect(reinterpret_cast<void*>(page), size, PROT_READ | PROT_WRITE);
+std::unique_ptr<void, int (*)(void*)> loaded(const std::string& plugin) {
+  return {dlopen(plugin.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose};
 }
-
-class DynamicSection {
- public:
-  explicit DynamicSection(const link_map& library) : library_(library) {}
-
-  void turn_references() const {
-    turn_table(entry(DT_RELA), entry(DT_RELASZ));
-    turn_table(entry(DT_JMPREL), entry(DT_PLTRELSZ));
-  }
-
- private:
-  [[nodiscard]] std::uintptr_t entry(decltype(ElfW(Dyn)::d_tag) tag) const {
-    const ElfW(Dyn)* entry = library_.l_ld;
-    while (entry->d_tag != tag && entry->d_tag != DT_NULL) {
-      ++entry;
-    }
-    return entry->d_tag == tag ? entry->d_un.d_ptr : 0;
-  }
-
-  void turn_table(std::uintptr_t table, std::uintptr_t bytes) const {
-    const auto* symbols = reinterpret_cast<const ElfW(Sym)*>(entry(DT_SYMTAB));
-    const auto* names = reinterpret_cast<const char*>(entry(DT_STRTAB));
-    const auto* first = reinterpret_cast<const ElfW(Rela)*>(table);
-    std::for_each(first, first + bytes / sizeof *first, [&](const ElfW(Rela) & relocation) {
-      const std::size_t symbol = ELF64_R_SYM(relocation.r_info);
-      void* place = reinterpret_cast<void*>(library_.l_addr + relocation.r_offset);
-      if (symbol != 0) {
-        make_writable(place);
-        turn(names + symbols[symbol].st_name, static_cast<void**>(place));
-      }
-    });
-  }
-
-  const link_map& library_;
-};
 
 }  // namespace
 
-FaultLayer::FaultLayer(const std::string& plugin) {
-  const std::unique_ptr<void, int (*)(void*)> library(
-      dlopen(plugin.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose);
-  link_map* map = nullptr;
-  if (library == nullptr || dlinfo(library.get(), RTLD_DI_LINKMAP, &map) != 0) {
-    throw LoadError(plugin + " is not loaded");
-  }
+FaultLayer::FaultLayer(const std::string& plugin) : redirected_(loaded(plugin).get(), stand_in_of) {
   the_layer = this;
-  DynamicSection(*map).turn_references();
 }
 
 FaultLayer::~FaultLayer() { the_layer = nullptr; }

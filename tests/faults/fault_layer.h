@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "redirected_calls.h"
 #include "yfw/cerrno.h"
 #include "yfw/datatree.h"
 
@@ -25,8 +26,8 @@ struct ServiceCall {
 class FaultLayer {
  public:
   // Turns the references of a plug-in, which stays loaded for as long as the layer lives, from the
-  // platform's functions to the layer. Throws LoadError when it is not loaded, and for a function
-  // of the platform of which the layer's table does not say how it fails.
+  // platform's functions to the layer. Throws std::runtime_error when it is not loaded, and
+  // LoadError for a function of the platform of which the layer's table does not say how it fails.
   explicit FaultLayer(const std::string& plugin);
   ~FaultLayer();
   FaultLayer(const FaultLayer&) = delete;
@@ -34,6 +35,9 @@ class FaultLayer {
 
   // Is asked at every call that can fail whether this one does.
   std::function<bool(const ServiceCall& call)> fails;
+
+ private:
+  RedirectedCalls redirected_;
 };
 
 }  // namespace ocifip::faults

@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ocifip/host.h"
@@ -35,10 +37,11 @@ void* note_strdup(const char* text) { return note(strdup(text), std::strlen(text
 
 // The ways in which the plug-in could allocate: nothing of the C++ library is among what it calls,
 // which the test of its file sees to.
-const bench::Redirection kAllocators[] = {{"malloc", reinterpret_cast<void*>(note_malloc)},
-                                          {"calloc", reinterpret_cast<void*>(note_calloc)},
-                                          {"realloc", reinterpret_cast<void*>(note_realloc)},
-                                          {"strdup", reinterpret_cast<void*>(note_strdup)}};
+const std::map<std::string_view, void*> kAllocators = {
+    {"malloc", reinterpret_cast<void*>(note_malloc)},
+    {"calloc", reinterpret_cast<void*>(note_calloc)},
+    {"realloc", reinterpret_cast<void*>(note_realloc)},
+    {"strdup", reinterpret_cast<void*>(note_strdup)}};
 
 // The database of an interface's addresses, which the contract gives to each subinterface of an
 // edit.
@@ -111,7 +114,10 @@ class Allocations : public testing::TestWithParam<Case> {};
 TEST_P(Allocations, AreThoseThatTheContractAsksFor) {
   void* plugin = dlopen(OCIFIP_PLUGIN, RTLD_LAZY);
   ASSERT_NE(plugin, nullptr) << dlerror();
-  const bench::RedirectedCalls redirected(plugin, kAllocators);
+  const RedirectedCalls redirected(plugin, [](std::string_view symbol, void* address) {
+    const auto noting = kAllocators.find(symbol);
+    return noting == kAllocators.end() ? address : noting->second;
+  });
   allocated.clear();
   Host host({.plugin = OCIFIP_PLUGIN,
              .models = OCIFIP_MODELS_DIR,

@@ -47,13 +47,14 @@ PARTS = (
     Part("host/include", ("host/include",), confined=True),
     Part("host/src", ("host/src", "host/include", PLATFORM)),
     Part("tool", ("tool", "host/include")),
-    Part("bench", ("bench", "host/src", "host/include", PLATFORM)),
-    Part("tests/plugin-file", (PLUGIN, "bench", "host/include", PLATFORM)),
+    Part("tests/redirected_calls", ()),
+    Part("bench", ("bench", "tests/redirected_calls", "host/src", "host/include", PLATFORM)),
+    Part("tests/plugin-file", (PLUGIN, "tests/redirected_calls", "host/include", PLATFORM)),
     Part("tests/unit", ("tests/unit", PLUGIN, PLATFORM, "records")),
     Part("tests/tables", ("tests/tables", PLUGIN, "records", "host/src", "host/include", PLATFORM)),
     Part("tests/records", ("tests/records", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "host/src", "host/include", PLATFORM)),
-    Part("tests/faults", ("tests/faults", "tool", "host/src", "host/include", PLATFORM)),
+    Part("tests/faults", ("tests/faults", "tests/redirected_calls", "tool", "host/src", "host/include", PLATFORM)),
 )
 
 
