@@ -26,6 +26,17 @@ if(OCIFIP_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(OCIFIP_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+if(OCIFIP_COVERAGE)
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+  # The run-time is no part of what a library exports.
+  add_link_options(-fprofile-instr-generate
+                   -Wl,--exclude-libs,libclang_rt.profile-${CMAKE_SYSTEM_PROCESSOR}.a)
+endif()
+
 # No path of the machine that builds gets into what is built.
 add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
                     -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)

@@ -55,6 +55,7 @@ PARTS = (
     Part("tests/records", ("tests/records", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "host/src", "host/include", PLATFORM)),
     Part("tests/faults", ("tests/faults", "tests/redirected_calls", "tool", "host/src", "host/include", PLATFORM)),
+    Part("tests/fuzz", ("tests/fuzz", "tests/faults", "tests/redirected_calls", "tests/records", "host/src", "host/include", PLATFORM)),
 )
 
 
