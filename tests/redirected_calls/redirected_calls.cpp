@@ -69,12 +69,12 @@ void RedirectedCalls::redirect_table(const link_map& library, std::int64_t table
   const std::span references(dynamic_table<ElfW(Rela)>(library, table),
                              dynamic_entry(library, size) / sizeof(ElfW(Rela)));
   for (const ElfW(Rela) & reference : references) {
-    const auto symbol = ELF64_R_SYM(reference.r_info);
-    if (symbol == 0) {
-      continue;
+    const ElfW(Sym)& symbol = symbols[ELF64_R_SYM(reference.r_info)];
+    if (symbol.st_name == 0 || symbol.st_shndx != SHN_UNDEF) {
+      continue;  // the library's own
     }
     auto** place = reinterpret_cast<void**>(library.l_addr + reference.r_offset);
-    void* address = redirect(names + symbols[symbol].st_name, *place);
+    void* address = redirect(names + symbol.st_name, *place);
     if (address != *place) {
       former_.emplace_back(place, *place);
       write(place, address);

@@ -20,8 +20,8 @@ bool are_in_one_library(const void* first, const void* second);
 // again.
 class RedirectedCalls {
  public:
-  // Is given a symbol that the library refers to and the address that it has, and gives the one
-  // that takes its place, which may be the same.
+  // Is given a symbol of another library that this one refers to, and its address, null for none,
+  // and gives the address that takes its place, which may be the same.
   using Redirect = std::function<void*(std::string_view symbol, void* address)>;
 
   // Throws std::runtime_error for what is no handle of a library, and whatever `redirect` throws,
