@@ -310,6 +310,12 @@ void _ombos_dt_log_filter_adv(void* channel, uint32_t reserved_1, uint32_t reser
   std::vsnprintf(text.data(), text.size(), format, arguments);
   va_end(arguments);
   const uint32_t reserved = reserved_1 | reserved_2 | reserved_3 | reserved_4 | reserved_5;
+  static std::map<const uint32_t*, std::string> formats;  // of all tests
+  if (const std::string& known = formats.emplace(site_word, format).first->second;
+      known != format) {
+    platform.faults.push_back("the word of \"" + known + "\" is handed over with \"" + format +
+                              "\"");
+  }
   platform.log.push_back({channel, reserved, site_word, *site_word, format, text.data()});
 }
 

@@ -93,8 +93,8 @@ class Platform {
   cerrno attribute_status = 0;                  // of every address attribute
   bool takes_entries = true;                    // into the output list
   bool client_installed = true;                 // the database client's file is readable
-  bool logs_errors = false;
-  bool logs_traces = false;
+  bool logs_errors = true;
+  bool logs_traces = true;
   std::function<void()> on_write;  // called on each add_path
 
   // Output nodes besides the root, by the path of the write that they are handed out for, and how

@@ -70,7 +70,9 @@ constexpr ymap::RowIndex kTop = 0;
 constexpr ymap::RowIndex kItem = 6;
 
 constexpr ymap::Index kIndex = make_index(kRows);
-std::array words = ymap::fresh_site_words<kIndex.site_count>();
+// A table's own for each direction, as a model has but one.
+std::array words = {ymap::fresh_site_words<kIndex.site_count>(),
+                    ymap::fresh_site_words<kIndex.site_count>()};
 
 constexpr const char* kOwn = "urn:example:own";
 Tree own(const char* tag, std::vector<Tree> children = {}) {
@@ -93,7 +95,7 @@ class Engine : public MappingTest {
             .slots = kIndex.slots.data(),
             .slot_mask = kIndex.slots.size() - 1,
             .parents = kIndex.parents.data(),
-            .words = words.data()};
+            .words = words[static_cast<std::size_t>(direction)].data()};
   }
   cerrno walk(Direction direction, const Node* in, ymap::RowIndex row = kTop) {
     return ymap::walk(model(direction), row, &ctx, in, &out);
