@@ -143,6 +143,29 @@ TEST_P(Dispatch, EveryLeafIsCalledOnceAndMappedOrRefused) {
   EXPECT_EQ(mapped, GetParam().mapped_leaves);
 }
 
+// Without a request state, or a stack for its entries, a request is a read of configuration.
+TEST_P(Dispatch, EveryLeafIsReadWithoutARequestState) {
+  for (const RowIndex index : rows()) {
+    if (row(index).kind != RowKind::kLeaf) {
+      continue;
+    }
+    SCOPED_TRACE(path(index));
+    const Node* in = plant(leading_to(index, made_for(leaf(row(index).tag, "10"))));
+    const auto read = [&] {
+      platform.forget_calls();
+      const cerrno result = ymap::walk(GetParam().model, GetParam().root, &ctx, in, &out);
+      return std::pair{result, platform.recorded(kWrites)};
+    };
+    next(YFW_MAP_REQUEST_READ_CONFIG);
+    const auto expected = read();
+    state.visited_entries = nullptr;
+    EXPECT_EQ(read(), expected);
+    ctx.request_state = nullptr;
+    EXPECT_EQ(read(), expected);
+    ctx.request_state = &state;
+  }
+}
+
 // ymap_ox_ocifip_MODULE_[leaf_]LEVEL_PATH: the path is the top container and the last two
 // components, without hyphens.
 TEST_P(Dispatch, RowsAreNamedAfterTheirPlace) {

@@ -169,7 +169,7 @@ cerrno yfw_map_update_current_list_node(yfw_map_ctx*, const char* list_path) {
 cerrno yfw_add_to_output_list_ctx(yfw_map_ctx* ctx, const Node* entry, Node* out) {
   expect_root(out, "list");
   const cerrno result = platform.serve(kHierarchy, "list", tag_of(entry));
-  if (result == 0 && platform.takes_entries) {
+  if (result == 0 && platform.takes_entries && ctx->request_state != nullptr) {
     platform.output_list.push_back(entry);
     ++ctx->request_state->output_list_depth;
   }
