@@ -156,4 +156,15 @@ TEST_F(StateQueries, AnAddressStatusNamesNodeAndInterface) {
   }
 }
 
+TEST_F(StateQueries, AnAddressStatusNamesTheLocalNodeWithoutInterfaceManager) {
+  IN_FRESH_PROCESS({
+    request(YFW_MAP_REQUEST_READ_STATE);
+    platform.interfaces["Eth1"] = {};
+    platform.fail("bind", 1, 44);
+    EXPECT_EQ(LEAF(lvla_ipv6_state_status)(&ctx, plant(leaf("status")), &out), 0U);
+    EXPECT_EQ(platform.calls_of("find"), 0);
+    EXPECT_EQ(platform.calls_of("my_node"), 1);
+  });
+}
+
 }  // namespace
