@@ -120,13 +120,14 @@ TEST_F(ReadBackTest, AddressesMakeTheSubinterfaceCurrent) {
 // The arguments are looked at when the work is done.
 TEST_F(ReadBackTest, AddressesCheckTheirArgumentsLate) {
   EXPECT_EQ(
-      ymap_xo_ocifip_halvaneombrixipv4iocfg_cont_lvla_ipv4network_addresses(&ctx, nullptr, 1, &out),
+      ymap_xo_ocifip_halvaneombrixipv4iocfg_cont_lvla_ipv4network_addresses(&ctx, nullptr, 0, &out),
       0xaaf2a000);
   EXPECT_EQ(written(), calls(kSearchInterface + "; " + kNewInterface + "; " + kNewSubinterface +
                              "; trim SUB; untrim"));
   const std::string name = "ymap_xo_ocifip_halvaneombrixipv4iocfg_cont_lvla_ipv4network_addresses ";
   EXPECT_EQ(platform.recorded(kLines | kRefusals),
-            calls("trc " + name + "Start; err " + name + "Invalid arguments passed!; error_path"));
+            calls("trc " + name + "Start; trc " + name + "No subtrees; err " + name +
+                  "Invalid arguments passed!; error_path"));
 }
 
 TEST_F(ReadBackTest, AFailedWriteEndsThePlacing) {
@@ -505,6 +506,9 @@ TEST_F(ReadBackTest, TheInterfaceManagerMapsNothing) {
                   "push 2 mtu; current /interface-configurations/interface-configuration/mtus/mtu; "
                   "list mtu; pop mtu; unlist mtu; pop mtus; pop interface-configuration; "
                   "unlist interface-configuration; pop interface-configurations"));
+  EXPECT_EQ(
+      lines_of("ymap_xo_ocifip_halvaneombrixifmgrcfg_leaf_lvla_interfaceconfigurations_mtu_owner"),
+      calls("trc Start; trc End"));
   EXPECT_EQ(in->children[0].children[0].key_mark, 1);
   EXPECT_EQ(in->children[0].children[2].key_mark, 0);
 }
