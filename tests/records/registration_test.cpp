@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "native_records.h"
@@ -70,17 +71,18 @@ namespace {
 
 // --- descriptors ---------------------------------------------------------------------------------
 
-// What the platform says of its records, in the order of their families.
+// What the platform says of its records, in the order of their families. A digest of the schema
+// holds the names of its fields in their order; whole, they would repeat the rows.
 constexpr const char* kRecords =
     "arp_gmp_vrf_entry 0.3 0/24\n"
-    "arp_gmp_config_entry 0.3 0/32\n"
+    "arp_gmp_config_entry 0.3 0/32 3869091475\n"
     "arp_gmp_route_entry 0.3 0/32\n"
     "arp_gmp_intf_entry 0.3 1/40\n"
-    "vrrp_vrouter_info 2.8 4/480\n"
-    "vrrp_trackitem_info 2.8 0/48\n"
-    "vrrp_interface_info 2.8 0/20\n"
-    "vrrp_mgo_info 2.8 1/48\n"
-    "vrrp_summary_info 2.8 0/184\n"
+    "vrrp_vrouter_info 2.8 4/480 3248481262\n"
+    "vrrp_trackitem_info 2.8 0/48 2615181244\n"
+    "vrrp_interface_info 2.8 0/20 719002269\n"
+    "vrrp_mgo_info 2.8 1/48 2495561582\n"
+    "vrrp_summary_info 2.8 0/184 3394877517\n"
     "ifstatsbag_generic 6.0 0/192\n"
     "ifstatsbag_basic 6.0 0/80\n"
     "statsdbag_datarate 6.0 0/80\n"
@@ -93,10 +95,10 @@ constexpr const char* kRecords =
     "ifcs_rate_bag 6.0 0/64\n"
     "ipv4_if_brief 4.2 0/24\n"
     "multi_acl_config 4.2 1/120\n"
-    "ipv4_if_detail 4.2 9/408\n"
+    "ipv4_if_detail 4.2 9/408 1419757615\n"
     "ipv4_if_summary 4.2 1/52\n"
-    "ipv4_ma_oc_if_summary 4.2 4/56\n"
-    "ipv4_ma_oc_client_summary 4.2 2/40\n"
+    "ipv4_ma_oc_if_summary 4.2 4/56 2816591317\n"
+    "ipv4_ma_oc_client_summary 4.2 2/40 845431188\n"
     "ipv6_nd_neighbor_entry 2.8 1/88\n"
     "ipv6_nd_if_params 2.8 0/84\n"
     "ipv6_nd_bl_node_entry 2.8 1/56\n"
@@ -116,6 +118,12 @@ constexpr const char* kRecords =
     "ipv6_nd_dbg_re 2.8 0/16\n"
     "ipv6_nd_dbg_packet 2.8 7/104\n";
 
+std::uint32_t digest(std::string_view schema) {
+  std::uint32_t hash = 2166136261;
+  for (const char c : schema) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619;
+  return hash;
+}
+
 TEST(Descriptors, AreThePlatforms) {
   std::ostringstream lines;
   const auto add = [&lines](const char* name, const bag_descriptor& descriptor,
@@ -125,7 +133,9 @@ TEST(Descriptors, AreThePlatforms) {
     EXPECT_EQ(descriptor.format, 1u) << name;
     EXPECT_TRUE(std::string(descriptor.library).ends_with(".so")) << name;
     lines << descriptor.name << ' ' << descriptor.major_version << '.' << descriptor.minor_version
-          << ' ' << descriptor.layout[0] << '/' << descriptor.layout[1] << '\n';
+          << ' ' << descriptor.layout[0] << '/' << descriptor.layout[1];
+    if (*descriptor.named_schema != '\0') lines << ' ' << digest(descriptor.named_schema);
+    lines << '\n';
   };
 #define RECORD(family, name, structures, bytes) add(#name, name##_bag, name##_bag_getfn());
 #include "native_records.def"
