@@ -30,6 +30,7 @@ struct ModelTree {
   const char* list_prefix;  // of the paths of its lists; null: each tag is prefixed
   Paths mapped_leaves;      // all others are refused
   Paths refused_edits;      // containers and lists at which no edit may end; "*" is all
+  Paths refusing_leaves;    // refused by a callback of their own, not the fallback; the same
 
   friend std::ostream& operator<<(std::ostream& stream, const ModelTree& tree) {
     return stream << tree.name;
@@ -54,7 +55,7 @@ const std::vector<ModelTree> kTrees = {
       "/ipv4/addresses/address/vrrp/vrrp-group/config",
       "/ipv4/addresses/address/vrrp/vrrp-group/interface-tracking",
       "/ipv4/addresses/address/vrrp/vrrp-group/interface-tracking/config", "/ipv4/neighbors",
-      "/ipv4/neighbors/neighbor", "/ipv4/proxy-arp", "/ipv4/proxy-arp/config"}},
+      "/ipv4/neighbors/neighbor", "/ipv4/proxy-arp", "/ipv4/proxy-arp/config"}, {}},
     {"SubinterfaceIpv6", if_ip::kModel, if_ip::row_lvla_ipv6, if_ip::end_lvla_ipv6, kSubinterface,
      {"/ipv6/addresses/address/state/ip", "/ipv6/addresses/address/state/prefix-length",
       "/ipv6/addresses/address/state/origin", "/ipv6/addresses/address/state/status",
@@ -69,11 +70,13 @@ const std::vector<ModelTree> kTrees = {
       "/ipv6/addresses/address/vrrp/vrrp-group/interface-tracking",
       "/ipv6/addresses/address/vrrp/vrrp-group/interface-tracking/config", "/ipv6/neighbors",
       "/ipv6/neighbors/neighbor", "/ipv6/router-advertisement",
-      "/ipv6/router-advertisement/config"}},
-    {"RoutedVlanIpv4", if_ip::kModel, if_ip::row_lvlb_ipv4, if_ip::end_lvlb_ipv4, kRoutedVlan, {}, {"*"}},
-    {"RoutedVlanIpv6", if_ip::kModel, if_ip::row_lvlb_ipv6, if_ip::end_lvlb_ipv6, kRoutedVlan, {}, {"*"}},
+      "/ipv6/router-advertisement/config"},
+     {"/ipv6/config/dhcp-client", "/ipv6/router-advertisement/state/interval", "/ipv6/state/dhcp-client",
+      "/ipv6/state/enabled"}},
+    {"RoutedVlanIpv4", if_ip::kModel, if_ip::row_lvlb_ipv4, if_ip::end_lvlb_ipv4, kRoutedVlan, {}, {"*"}, {"*"}},
+    {"RoutedVlanIpv6", if_ip::kModel, if_ip::row_lvlb_ipv6, if_ip::end_lvlb_ipv6, kRoutedVlan, {}, {"*"}, {"*"}},
     {"Interfaces", interfaces::kModel, interfaces::row_lvla_interfaces, interfaces::end_lvla_interfaces,
-     nullptr, {}, {}},
+     nullptr, {}, {}, {}},
 };
 // clang-format on
 
@@ -119,6 +122,8 @@ class Dispatch : public MappingTest, public testing::WithParamInterface<ModelTre
 
 TEST_P(Dispatch, EveryLeafIsCalledOnceAndMappedOrRefused) {
   Paths mapped;
+  Paths refused;
+  Paths refusing;
   for (const RowIndex index : rows()) {
     if (row(index).kind != RowKind::kLeaf) {
       continue;
@@ -138,9 +143,13 @@ TEST_P(Dispatch, EveryLeafIsCalledOnceAndMappedOrRefused) {
     } else {
       EXPECT_EQ(result, 0xaaf2ee00);
       EXPECT_EQ(refused_tag(), row(index).tag);
+      refused.insert(path(index));
+      if (row(index).leaf != nullptr) refusing.insert(path(index));
     }
   }
   EXPECT_EQ(mapped, GetParam().mapped_leaves);
+  EXPECT_EQ(refusing,
+            GetParam().refusing_leaves == Paths{"*"} ? refused : GetParam().refusing_leaves);
 }
 
 // Without a request state, or a stack for its entries, a request is a read of configuration.
