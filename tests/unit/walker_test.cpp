@@ -163,8 +163,10 @@ TEST_P(Walker, LeavesTheOutputListAloneWhenTheEntryIsNotTaken) {
 }
 
 TEST_P(Walker, MarksTheKeysOfTheCurrentEntry) {
-  for (const cerrno recording : {0U, 5U}) {
-    next(YFW_MAP_REQUEST_READ_CONFIG);
+  for (const auto& [request_op, recording] : {std::pair{YFW_MAP_REQUEST_READ_CONFIG, 0U},
+                                              {YFW_MAP_REQUEST_READ_CONFIG, 5U},
+                                              {YFW_MAP_REQUEST_MERGE, 5U}}) {
+    next(request_op);
     platform.fail("current", 1, recording);
     Node* entry = plant(own("item", {own("id", "1"), own("zone", "z"), own("config")}));
     EXPECT_EQ(Engine::walk(GetParam(), entry, kItem), 0U);
