@@ -1,6 +1,9 @@
 #include "tree/path_cache.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 
 namespace ocifip {
 namespace {
@@ -61,9 +64,13 @@ std::vector<std::string_view> split_path(std::string_view path) {
 // Paths have long stems in common and differ in their lengths and at their ends; namespaces differ
 // in their lengths.
 std::size_t PathCache::TextHash::operator()(std::string_view text) const {
-  constexpr std::size_t kEnd = 24;
-  text.remove_prefix(text.size() - std::min(text.size(), kEnd));
-  return std::hash<std::string_view>()(text);
+  std::array<std::uint64_t, 2> end{};
+  if (text.size() >= sizeof end) {
+    std::memcpy(end.data(), text.data() + text.size() - sizeof end, sizeof end);
+  } else {
+    std::memcpy(end.data(), text.data(), text.size());
+  }
+  return (end[0] * 0x9e3779b97f4a7c15u ^ end[1]) * 0x9e3779b97f4a7c15u >> 7;
 }
 
 std::size_t PathCache::KeyHash::operator()(const KeyView& key) const {
