@@ -37,25 +37,23 @@ void for_each_leaf(const Models& models, Nodes& path, const Function& function) 
 // The interface without addresses but a leased one, with the probe's as its primary ones, and with
 // those beside other primary ones.
 std::vector<DeviceDirectory> probe_devices(const Models& models) {
+  const std::string name(kProbeInterface);
   const std::string ipv4 = '"' + std::string(kProbeIpv4) + "/24\"";
   const std::string ipv6 = '"' + std::string(kProbeIpv6) + "/64\"";
-  const std::string addresses[] = {
-      "",
+  const std::string rests[] = {
+      // of the device, behind the interface's name
+      R"(}],"sysdb":{"/oper/ipv4-io/if/)" + name +
+          R"(/0x60000000/1/ifdetail":{"record":"ipv4_if_detail",)" +
+          R"("fields":{"PrimaryAddress":"203.0.113.1","PrefixLength":24}}})",
       R"(,"ipv4":{"primary":)" + ipv4 + R"(,"secondaries":["198.51.100.1/24"]},)" +
-          R"("ipv6":{"primary":)" + ipv6 + "}",
+          R"("ipv6":{"primary":)" + ipv6 + "}}]",
       R"(,"ipv4":{"primary":"198.51.100.1/24","secondaries":[)" + ipv4 +
-          R"(]},"ipv6":{"primary":"2001:db8:1::1/64","secondaries":[)" + ipv6 + "]}",
+          R"(]},"ipv6":{"primary":"2001:db8:1::1/64","secondaries":[)" + ipv6 + "]}}]",
   };
-  const std::string name(kProbeInterface);
-  const std::string lease = R"("/oper/ipv4-io/if/)" + name +
-                            R"(/0x60000000/1/ifdetail":{"record":"ipv4_if_detail",)" +
-                            R"("fields":{"PrimaryAddress":"203.0.113.1","PrefixLength":24}})";
   std::vector<DeviceDirectory> devices;
-  for (const std::string& of_interface : addresses) {
-    devices.emplace_back(read_device(models, "probe",
-                                     R"({"node":"node0_1","interfaces":[{"name":")" + name + '"' +
-                                         of_interface + R"(}],)" + R"("sysdb":{)" +
-                                         (of_interface.empty() ? lease : "") + "}}"));
+  for (const std::string& rest : rests) {
+    devices.emplace_back(read_device(
+        models, "probe", R"({"node":"node0_1","interfaces":[{"name":")" + name + '"' + rest + "}"));
   }
   return devices;
 }
