@@ -19,18 +19,8 @@ namespace {
 // The plug-in's entries with others in their places.
 template <class Replace>
 PluginEntries replaced(PluginEntries entries, const Replace& replace) {
-  AugmentEntries& augments = entries.augments;
-  for (auto* entry : {&augments.subinterface_ipv4, &augments.subinterface_ipv6,
-                      &augments.routed_vlan_ipv4, &augments.routed_vlan_ipv6}) {
+  for (yfw_map_leaf_callback* entry : entries.parts()) {
     *entry = replace(*entry);
-  }
-  for (auto& entry : entries.read_back.interface_configuration) {
-    entry = replace(entry);
-  }
-  for (auto* trees : {&entries.read_back.summaries, &entries.read_back.trees}) {
-    for (NativeTree& tree : *trees) {
-      tree.enter = replace(tree.enter);
-    }
   }
   return entries;
 }

@@ -1,8 +1,5 @@
 #include "recording.h"
 
-#include <dlfcn.h>
-
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 
@@ -110,9 +107,7 @@ Player player;
 }  // namespace
 
 void record(const std::string& plugin, Recording& recording, const std::function<void()>& map) {
-  const std::unique_ptr<void, int (*)(void*)> library(
-      dlopen(plugin.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose);
-  const RedirectedCalls redirected(library.get(), recorder_of);
+  const RedirectedCalls redirected(plugin, recorder_of);
   Recorder recorder(recording);
   Recorder::active = &recorder;
   map();

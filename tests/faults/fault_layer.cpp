@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 
@@ -172,8 +171,7 @@ constexpr auto kNeverFail = std::to_array<std::string_view>({
     "ymap_ox_ocif_openconfiginterfaces_lvla_interfaces",
 });
 
-// --- the plug-in's references
-// ----------------------------------------------------------------------
+// --- the plug-in's references --------------------------------------------------------------------
 
 // Names of C++, of which a sanitizer may add some, are no services.
 bool is_platform(std::string_view symbol) {
@@ -196,13 +194,9 @@ void* stand_in_of(std::string_view symbol, void* address) {
   return address;
 }
 
-std::unique_ptr<void, int (*)(void*)> loaded(const std::string& plugin) {
-  return {dlopen(plugin.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose};
-}
-
 }  // namespace
 
-FaultLayer::FaultLayer(const std::string& plugin) : redirected_(loaded(plugin).get(), stand_in_of) {
+FaultLayer::FaultLayer(const std::string& plugin) : redirected_(plugin, stand_in_of) {
   the_layer = this;
 }
 

@@ -23,8 +23,7 @@
 namespace ocifip::faults {
 namespace {
 
-// --- what is documented
-// ----------------------------------------------------------------------------
+// --- what is documented --------------------------------------------------------------------------
 
 // What the entered callback returns.
 struct Documented {
@@ -127,8 +126,7 @@ Documented documented(const Failed& failed) {
   return row == std::end(kExceptions) ? kPassedOn : row->outcome;
 }
 
-// --- a run
-// -----------------------------------------------------------------------------------------
+// --- a run ---------------------------------------------------------------------------------------
 
 // A callback that was entered.
 struct Entered {
@@ -310,8 +308,7 @@ void Trial::map(const tool::CommandLine& line, Device device) {
   }
 }
 
-// --- scenarios
-// -------------------------------------------------------------------------------------
+// --- scenarios -----------------------------------------------------------------------------------
 
 std::vector<std::filesystem::path> scenarios() {
   std::vector<std::filesystem::path> folders;

@@ -22,18 +22,8 @@ inline const Models& models() {
 
 // Every callback that the host enters.
 inline std::vector<yfw_map_leaf_callback*> callbacks_of(PluginEntries& entries) {
-  AugmentEntries& augments = entries.augments;
-  std::vector<yfw_map_leaf_callback*> callbacks = {
-      &entries.openconfig, &augments.subinterface_ipv4, &augments.subinterface_ipv6,
-      &augments.routed_vlan_ipv4, &augments.routed_vlan_ipv6};
-  for (yfw_map_leaf_callback& callback : entries.read_back.interface_configuration) {
-    callbacks.push_back(&callback);
-  }
-  for (auto* trees : {&entries.read_back.trees, &entries.read_back.summaries}) {
-    for (NativeTree& tree : *trees) {
-      callbacks.push_back(&tree.enter);
-    }
-  }
+  auto callbacks = entries.parts();
+  callbacks.insert(callbacks.begin(), &entries.openconfig);
   return callbacks;
 }
 

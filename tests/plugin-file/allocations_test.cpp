@@ -112,9 +112,8 @@ const Case kCases[] = {
 class Allocations : public testing::TestWithParam<Case> {};
 
 TEST_P(Allocations, AreThoseThatTheContractAsksFor) {
-  void* plugin = dlopen(OCIFIP_PLUGIN, RTLD_LAZY);
-  ASSERT_NE(plugin, nullptr) << dlerror();
-  const RedirectedCalls redirected(plugin, [](std::string_view symbol, void* address) {
+  ASSERT_NE(dlopen(OCIFIP_PLUGIN, RTLD_LAZY), nullptr) << dlerror();
+  const RedirectedCalls redirected(OCIFIP_PLUGIN, [](std::string_view symbol, void* address) {
     const auto noting = kAllocators.find(symbol);
     return noting == kAllocators.end() ? address : noting->second;
   });

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <stdexcept>
 
@@ -47,10 +48,12 @@ bool are_in_one_library(const void* first, const void* second) {
   return library_of(first) != nullptr && library_of(first) == library_of(second);
 }
 
-RedirectedCalls::RedirectedCalls(void* library, const Redirect& redirect) {
+RedirectedCalls::RedirectedCalls(const std::string& library, const Redirect& redirect) {
+  const std::unique_ptr<void, int (*)(void*)> loaded(
+      dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose);
   link_map* map = nullptr;
-  if (library == nullptr || dlinfo(library, RTLD_DI_LINKMAP, &map) != 0) {
-    throw std::runtime_error("the library is not loaded");
+  if (loaded == nullptr || dlinfo(loaded.get(), RTLD_DI_LINKMAP, &map) != 0) {
+    throw std::runtime_error(library + " is not loaded");
   }
   try {
     // Calls, and addresses of functions that are kept.

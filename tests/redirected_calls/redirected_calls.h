@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -24,9 +25,9 @@ class RedirectedCalls {
   // and gives the address that takes its place, which may be the same.
   using Redirect = std::function<void*(std::string_view symbol, void* address)>;
 
-  // Throws std::runtime_error for what is no handle of a library, and whatever `redirect` throws,
-  // with all references as they were.
-  RedirectedCalls(void* library, const Redirect& redirect);
+  // The library's file. Throws std::runtime_error when it is not loaded, and whatever `redirect`
+  // throws, with all references as they were.
+  RedirectedCalls(const std::string& library, const Redirect& redirect);
   ~RedirectedCalls() { restore(); }
   RedirectedCalls(const RedirectedCalls&) = delete;
   RedirectedCalls& operator=(const RedirectedCalls&) = delete;

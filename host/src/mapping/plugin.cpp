@@ -96,6 +96,21 @@ std::string check_version(void* library, const std::string& file) {
 
 }  // namespace
 
+std::vector<yfw_map_leaf_callback*> PluginEntries::parts() {
+  std::vector<yfw_map_leaf_callback*> callbacks = {
+      &augments.subinterface_ipv4, &augments.subinterface_ipv6, &augments.routed_vlan_ipv4,
+      &augments.routed_vlan_ipv6};
+  for (yfw_map_leaf_callback& callback : read_back.interface_configuration) {
+    callbacks.push_back(&callback);
+  }
+  for (auto* trees : {&read_back.trees, &read_back.summaries}) {
+    for (NativeTree& tree : *trees) {
+      callbacks.push_back(&tree.enter);
+    }
+  }
+  return callbacks;
+}
+
 void Plugin::Close::operator()(void* library) const { dlclose(library); }
 
 Plugin::Plugin(const std::string& file) {

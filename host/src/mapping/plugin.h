@@ -17,6 +17,9 @@ struct PluginEntries {
   yfw_map_leaf_callback openconfig = nullptr;  // takes an OpenConfig request
   AugmentEntries augments;
   ReadBackEntries read_back;
+
+  // Those that map a part of a request or of native data: all but `openconfig`.
+  std::vector<yfw_map_leaf_callback*> parts();
 };
 
 class Plugin {
