@@ -9,9 +9,11 @@ import sys
 import tempfile
 from pathlib import Path
 
-MOST_BYTES = 600 * 1024  # stripped
+# Stripped. A management agent loads the library into each of its processes; with all models mapped, at most
+# 700 KiB are meant to be enough. Until then the limit is what has been reached and a little.
+MOST_BYTES = 420 * 1024
 # Most relocations are addresses in the tables of rows. Looking a symbol up takes much longer.
-MOST_RELOCATIONS_OF_A_FUNCTION = 4
+MOST_RELOCATIONS_OF_A_FUNCTION = 3
 MOST_LOOKUPS = 300
 
 
@@ -46,7 +48,8 @@ def main():
           f"{len(lookups)} look a symbol up, {initialisers} initialisers")
 
     checks = {
-        f"at most {MOST_BYTES} bytes stripped": size <= MOST_BYTES,
+        f"at most {MOST_BYTES} bytes stripped, which is what the models of today take: if a row or a frame has grown, "
+        "every model pays for it; if models have been added, raise the limit to what they need": size <= MOST_BYTES,
         f"at most {MOST_RELOCATIONS_OF_A_FUNCTION} relocations for each exported function":
             0 < len(relocations) <= MOST_RELOCATIONS_OF_A_FUNCTION * functions,
         f"at most {MOST_LOOKUPS} lookups of symbols": 0 < len(lookups) <= MOST_LOOKUPS,

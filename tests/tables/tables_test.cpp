@@ -37,40 +37,37 @@ std::string line_of(const std::string& path, const char* kind,
   return line;
 }
 
-std::string line_of(const Row& row, const std::string& path) {
+std::vector<std::string> keys_of(const Model& model, const Row& row) {
   std::vector<std::string> keys;
-  for (const char* key : row.keys) {
+  for (const char* key :
+       row.kind == RowKind::kList ? model.lists[row.list].keys : decltype(ymap::List::keys){}) {
     if (key != nullptr) {
       keys.emplace_back(key);
     }
   }
-  return line_of(path,
-                 row.kind == RowKind::kLeaf   ? "leaf"
-                 : row.kind == RowKind::kList ? "list"
-                                              : "container",
-                 keys);
+  return keys;
 }
 
-bool is_key(const Row& list, const Row& row) {
-  return std::any_of(list.keys.begin(), list.keys.end(), [&](const char* key) {
-    return key != nullptr && std::string(key) == row.tag;
-  });
+const char* word_of(RowKind kind) {
+  return kind == RowKind::kLeaf ? "leaf" : kind == RowKind::kList ? "list" : "container";
 }
 
-// The rows from one on to its end, a line each, the keys of a list before its other children.
-// Returns the index behind the end.
+// The rows from one on to the last below it, a line each, the keys of a list before its other
+// children. Returns the index behind the last.
 RowIndex append_rows(const Model& model, RowIndex first, const std::string& parent,
                      std::vector<std::string>& lines) {
   const Row& row = model.rows[first];
   const std::string path = parent + "/" + row.tag;
-  lines.push_back(line_of(row, path));
+  const std::vector<std::string> keys = keys_of(model, row);
+  lines.push_back(line_of(path, word_of(row.kind), keys));
   std::vector<std::string> others;
   RowIndex i = first + 1;
-  while (row.kind != RowKind::kLeaf && model.rows[i].kind != RowKind::kClose) {
-    i = append_rows(model, i, path, is_key(row, model.rows[i]) ? lines : others);
+  while (i < model.row_count && model.parents[i] == first) {
+    const bool is_key = std::count(keys.begin(), keys.end(), model.rows[i].tag) != 0;
+    i = append_rows(model, i, path, is_key ? lines : others);
   }
   lines.insert(lines.end(), others.begin(), others.end());
-  return row.kind == RowKind::kLeaf ? i : i + 1;
+  return i;
 }
 
 std::vector<std::string> rows_of(const Model& model, RowIndex first) {

@@ -26,7 +26,6 @@ struct ModelTree {
   const char* name;
   const Model& model;
   RowIndex root;
-  RowIndex end;             // its closing row
   const char* list_prefix;  // of the paths of its lists; null: each tag is prefixed
   Paths mapped_leaves;      // all others are refused
   Paths refused_edits;      // containers and lists at which no edit may end; "*" is all
@@ -42,7 +41,7 @@ namespace interfaces = ymap::openconfig_interfaces;
 
 // clang-format off
 const std::vector<ModelTree> kTrees = {
-    {"SubinterfaceIpv4", if_ip::kModel, if_ip::row_lvla_ipv4, if_ip::end_lvla_ipv4, kSubinterface,
+    {"SubinterfaceIpv4", if_ip::kModel, if_ip::row_lvla_ipv4, kSubinterface,
      {"/ipv4/addresses/address/ip", "/ipv4/addresses/address/config/ip",
       "/ipv4/addresses/address/config/prefix-length", "/ipv4/config/mtu",
       "/ipv4/config/dhcp-client", "/ipv4/state/mtu", "/ipv4/state/dhcp-client",
@@ -56,7 +55,7 @@ const std::vector<ModelTree> kTrees = {
       "/ipv4/addresses/address/vrrp/vrrp-group/interface-tracking",
       "/ipv4/addresses/address/vrrp/vrrp-group/interface-tracking/config", "/ipv4/neighbors",
       "/ipv4/neighbors/neighbor", "/ipv4/proxy-arp", "/ipv4/proxy-arp/config"}, {}},
-    {"SubinterfaceIpv6", if_ip::kModel, if_ip::row_lvla_ipv6, if_ip::end_lvla_ipv6, kSubinterface,
+    {"SubinterfaceIpv6", if_ip::kModel, if_ip::row_lvla_ipv6, kSubinterface,
      {"/ipv6/addresses/address/state/ip", "/ipv6/addresses/address/state/prefix-length",
       "/ipv6/addresses/address/state/origin", "/ipv6/addresses/address/state/status",
       "/ipv6/neighbors/neighbor/state/ip", "/ipv6/neighbors/neighbor/state/link-layer-address",
@@ -73,9 +72,9 @@ const std::vector<ModelTree> kTrees = {
       "/ipv6/router-advertisement/config"},
      {"/ipv6/config/dhcp-client", "/ipv6/router-advertisement/state/interval", "/ipv6/state/dhcp-client",
       "/ipv6/state/enabled"}},
-    {"RoutedVlanIpv4", if_ip::kModel, if_ip::row_lvlb_ipv4, if_ip::end_lvlb_ipv4, kRoutedVlan, {}, {"*"}, {"*"}},
-    {"RoutedVlanIpv6", if_ip::kModel, if_ip::row_lvlb_ipv6, if_ip::end_lvlb_ipv6, kRoutedVlan, {}, {"*"}, {"*"}},
-    {"Interfaces", interfaces::kModel, interfaces::row_lvla_interfaces, interfaces::end_lvla_interfaces,
+    {"RoutedVlanIpv4", if_ip::kModel, if_ip::row_lvlb_ipv4, kRoutedVlan, {}, {"*"}, {"*"}},
+    {"RoutedVlanIpv6", if_ip::kModel, if_ip::row_lvlb_ipv6, kRoutedVlan, {}, {"*"}, {"*"}},
+    {"Interfaces", interfaces::kModel, interfaces::row_lvla_interfaces,
      nullptr, {}, {}, {}},
 };
 // clang-format on
@@ -87,13 +86,19 @@ class Dispatch : public MappingTest, public testing::WithParamInterface<ModelTre
   static const Row& row(RowIndex index) { return GetParam().model.rows[index]; }
   static RowIndex parent(RowIndex index) { return GetParam().model.parents[index]; }
 
-  // The rows of the tree but for the closing ones.
+  static const ymap::List& list(RowIndex index) { return GetParam().model.lists[row(index).list]; }
+  static std::string augments_name(RowIndex index) {
+    return std::string(row(index).name) + "_parse_augments";
+  }
+
+  // The rows of the tree: up to the next one that is not below the root.
   static std::vector<RowIndex> rows() {
-    std::vector<RowIndex> all;
-    for (RowIndex index = GetParam().root; index < GetParam().end; ++index) {
-      if (row(index).kind != RowKind::kClose) {
-        all.push_back(index);
+    std::vector<RowIndex> all = {GetParam().root};
+    for (RowIndex index = GetParam().root + 1; index < GetParam().model.row_count; ++index) {
+      if (parent(index) == kNoRow) {
+        break;
       }
+      all.push_back(index);
     }
     return all;
   }
@@ -107,9 +112,11 @@ class Dispatch : public MappingTest, public testing::WithParamInterface<ModelTre
   static Tree leading_to(RowIndex index, Tree tree) {
     for (RowIndex at = parent(index); at != kNoRow; at = parent(at)) {
       std::vector<Tree> children = {tree};
-      for (const char* key : row(at).keys) {
-        if (key != nullptr && tree.tag != key) {
-          children.push_back(made_for(leaf(key, "10.0.0.1")));
+      if (row(at).kind == RowKind::kList) {
+        for (const char* key : list(at).keys) {
+          if (key != nullptr && tree.tag != key) {
+            children.push_back(made_for(leaf(key, "10.0.0.1")));
+          }
         }
       }
       tree = made_for(node(row(at).tag, children));
@@ -134,7 +141,8 @@ TEST_P(Dispatch, EveryLeafIsCalledOnceAndMappedOrRefused) {
     ymap::walk(GetParam().model, GetParam().root, &ctx, plant(leading_to(index, tree)), &out);
     // The dispatch writes a start line under the leaf's name, its callback another.
     const std::string lines = lines_of(row(index).name);
-    EXPECT_EQ(lines.starts_with("trc Start\ntrc Start\n"), row(index).leaf != nullptr) << lines;
+    EXPECT_EQ(lines.starts_with("trc Start\ntrc Start\n"), row(index).callback.leaf != nullptr)
+        << lines;
     EXPECT_TRUE(lines.starts_with("trc Start\n") && lines.ends_with("trc End\n")) << lines;
     // By itself: an entry's key may be refused when the leaf is not.
     const cerrno result = ymap::dispatch_leaf(GetParam().model, index, &ctx, plant(tree), &out);
@@ -144,7 +152,7 @@ TEST_P(Dispatch, EveryLeafIsCalledOnceAndMappedOrRefused) {
       EXPECT_EQ(result, 0xaaf2ee00);
       EXPECT_EQ(refused_tag(), row(index).tag);
       refused.insert(path(index));
-      if (row(index).leaf != nullptr) refusing.insert(path(index));
+      if (row(index).callback.leaf != nullptr) refusing.insert(path(index));
     }
   }
   EXPECT_EQ(mapped, GetParam().mapped_leaves);
@@ -194,9 +202,6 @@ TEST_P(Dispatch, RowsAreNamedAfterTheirPlace) {
     before.erase(0, before.rfind('_') + 1);
     EXPECT_TRUE(before.size() == 4 && before.starts_with("lvl")) << name;
     EXPECT_TRUE(names.insert(name).second) << name;
-    if (row(index).kind != RowKind::kLeaf) {
-      EXPECT_EQ(row(index).augments_name, name + "_parse_augments");
-    }
   }
 }
 
@@ -204,9 +209,9 @@ TEST_P(Dispatch, ListsRecordTheirSchemaPath) {
   for (const RowIndex index : rows()) {
     if (row(index).kind == RowKind::kList) {
       const char* prefix = GetParam().list_prefix;
-      EXPECT_EQ(row(index).list_path,
+      EXPECT_EQ(list(index).path,
                 prefix != nullptr ? prefix + path(index) : path(index, "/oc-if:"));
-      EXPECT_NE(row(index).keys[0], nullptr) << path(index);
+      EXPECT_NE(list(index).keys[0], nullptr) << path(index);
     }
   }
 }
@@ -222,7 +227,7 @@ TEST_P(Dispatch, EveryContainerRefusesAForeignNode) {
     Node* visitor = plant(leaf("visitor").in(kForeign));
     EXPECT_EQ(ymap::parse_augments(GetParam().model, index, &ctx, visitor, &out), 0xaaf2f800);
     // The subinterface's and routed VLAN's "ipv6" name the node.
-    EXPECT_EQ(lines_of(row(index).augments_name),
+    EXPECT_EQ(lines_of(augments_name(index)),
               std::string(row(index).tag) == "ipv6" ? "trc Processing tag 'visitor'\n" : "");
   }
 }

@@ -207,17 +207,17 @@ TEST_F(Ipv4State, UnknownNodesArePassedOver) {
 
 // --- all nodes -----------------------------------------------------------------------------------
 
-// A node for a row and for each row below it. Moves the index behind the row.
+// A node for a row and for each row below it. Moves the index behind them.
 Tree with_all_below(RowIndex& index) {
+  const RowIndex parent = index;
   const Row& row = model.rows[index++];
   if (row.kind == RowKind::kLeaf) {
     return own(row.tag, "24");
   }
   std::vector<Tree> children;
-  while (model.rows[index].kind != RowKind::kClose) {
+  while (index < model.row_count && model.parents[index] == parent) {
     children.push_back(with_all_below(index));
   }
-  ++index;
   return own(row.tag, children);
 }
 
@@ -228,7 +228,8 @@ TEST_F(Ipv4State, OnlyThreeOfAllLeavesAreWritten) {
                                               "; " + kOrigin + "; " + add("state/mtu", "24")));
   for (RowIndex i = 0; i < rows; ++i) {
     const Row& row = model.rows[i];
-    EXPECT_TRUE(row.kind == RowKind::kClose || row.hook != nullptr || row.leaf != nullptr)
+    EXPECT_TRUE(row.kind == RowKind::kLeaf ? row.callback.leaf != nullptr
+                                           : row.callback.hook != nullptr)
         << row.name << " has no callback of its own";
   }
 }

@@ -23,6 +23,15 @@ cerrno duck_container(yfw_map_ctx*, const Node* in, std::uint32_t count, Node*) 
 cerrno own_hook(yfw_map_ctx*, const Node* in, std::uint32_t count, Node*) {
   return platform.serve(kNotes, std::string("hook ") + in->tag, count);
 }
+// Makes the entry current, unless it is called "nowhere".
+cerrno placing_hook(yfw_map_ctx* ctx, const Node* in, std::uint32_t, Node* out) {
+  const cerrno result = platform.serve(kNotes, std::string("hook ") + in->tag);
+  if (ctx->request_state != nullptr && std::string(in->children[0].value) != "nowhere") {
+    ctx->request_state->current_list_node = out;
+  }
+  yfw_map_copy_trim_path_list_ctx(ctx, "/placed");
+  return result;
+}
 cerrno duck_list(yfw_map_ctx*, const Node* in, Node*) {
   return platform.serve(kNotes, std::string("entry ") + in->tag);
 }
@@ -33,43 +42,58 @@ cerrno own_leaf(yfw_map_ctx*, const Node* in, Node*) {
   return platform.serve(kNotes, std::string("leaf ") + in->tag);
 }
 
-// clang-format off
-constexpr Row container(const char* tag, const char* name, const char* augments, yfw_map_container_callback hook = nullptr) {
-  return {.kind = RowKind::kContainer, .tag = tag, .name = name, .augments_name = augments, .hook = hook};
+constexpr Row container(const char* tag, const char* name,
+                        yfw_map_container_callback hook = nullptr, std::uint8_t flags = 0) {
+  return {.tag = tag,
+          .name = name,
+          .callback = {.hook = hook},
+          .kind = RowKind::kContainer,
+          .flags = flags};
 }
-constexpr Row list(const char* tag, const char* name, const char* path, yfw_map_container_callback hook = nullptr) {
-  return {.kind = RowKind::kList, .tag = tag, .name = name, .augments_name = "augments_list", .hook = hook,
-          .list_path = path, .keys = {"id", "zone"}};
+constexpr Row list(const char* tag, const char* name, ymap::RowIndex number,
+                   yfw_map_container_callback hook = nullptr, std::uint8_t flags = 0) {
+  return {.tag = tag,
+          .name = name,
+          .callback = {.hook = hook},
+          .list = number,
+          .kind = RowKind::kList,
+          .flags = flags};
 }
-constexpr Row leaf_row(const char* tag, const char* name, yfw_map_leaf_callback callback = own_leaf) {
-  return {.kind = RowKind::kLeaf, .tag = tag, .name = name, .leaf = callback};
+constexpr Row leaf_row(const char* tag, const char* name,
+                       yfw_map_leaf_callback callback = own_leaf) {
+  return {.tag = tag, .name = name, .callback = {.leaf = callback}, .kind = RowKind::kLeaf};
 }
-constexpr Row end(const char* name) { return {.kind = RowKind::kClose, .name = name}; }
 
+enum : ymap::RowIndex { kTop, kItem = 5, kOther = 10, kPlaced = 12, kUnsupported = 14 };
+
+// clang-format off
 constexpr Row kRows[] = {
-    container("top", "walk_top", "augments_top"),
+    container("top", "walk_top"),
       leaf_row("a", "leaf_a"),
       leaf_row("unmapped", "leaf_unmapped", nullptr),
-      container("inner", "walk_inner", "augments_inner", own_hook),
+      container("inner", "walk_inner", own_hook),
         leaf_row("a", "leaf_inner_a"),
-      end("walk_inner"),
-      list("item", "walk_item", "/m:top/m:item"),
+      list("item", "walk_item", 0),
         leaf_row("id", "leaf_id"),
         leaf_row("zone", "leaf_zone"),
-        container("config", "walk_config", "augments_config"),
+        container("config", "walk_config"),
           leaf_row("v", "leaf_v"),
-        end("walk_config"),
-      end("walk_item"),
-      list("other", "walk_other", "/m:top/m:other", own_hook),
+      list("other", "walk_other", 1, own_hook),
         leaf_row("id", "leaf_other_id"),
-      end("walk_other"),
-    end("walk_top"),
+      list("placed", "walk_placed", 1, placing_hook, ymap::kPlaces),
+        leaf_row("id", "leaf_placed_id"),
+      container("unsupported", "walk_unsupported", nullptr, ymap::kRefusesEdits),
+        leaf_row("a", "leaf_unsupported_a"),
 };
+constexpr ymap::Nesting kNesting[] = {
+    {0, false}, {1, false}, {2, false}, {3, false}, {4, false}, {3, true}, {5, false}, {6, false}, {7, false},
+    {8, false}, {9, false}, {8, true}, {5, true}, {10, false}, {11, false}, {10, true}, {12, false}, {13, false},
+    {12, true}, {14, false}, {15, false}, {14, true}, {0, true}};
 // clang-format on
-constexpr ymap::RowIndex kTop = 0;
-constexpr ymap::RowIndex kItem = 6;
+constexpr ymap::List kLists[] = {{"/m:top/m:item", {"id", "zone"}},
+                                 {"/m:top/m:other", {"id", "zone"}}};
 
-constexpr ymap::Index kIndex = make_index(kRows);
+constexpr ymap::Index kIndex = make_index(kRows, kNesting);
 // A table's own for each direction, as a model has but one.
 std::array words = {ymap::fresh_site_words<kIndex.site_count>(),
                     ymap::fresh_site_words<kIndex.site_count>()};
@@ -90,7 +114,10 @@ class Engine : public MappingTest {
             .duck_map_container = duck_container,
             .duck_map_list = duck_list,
             .duck_map_leaf = duck_leaf,
+            .file = "rows",
             .rows = kRows,
+            .row_count = std::size(kRows),
+            .lists = kLists,
             .first_site = kIndex.first_site.data(),
             .slots = kIndex.slots.data(),
             .slot_mask = kIndex.slots.size() - 1,
@@ -293,8 +320,8 @@ TEST_F(NativeWalker, PassesOverWhatIsNotMapped) {
   EXPECT_EQ(walk(Direction::kToOpenConfig, plant(tree)), 0U);
   EXPECT_EQ(platform.recorded(kLines | kNotes | kRefusals),
             calls("trc walk_top Start; container top 3; trc walk_top Unsupported tag. Ignoring.; "
-                  "trc walk_inner Start; hook inner 1; trc augments_inner Start; "
-                  "trc augments_inner End; trc walk_inner End; "
+                  "trc walk_inner Start; hook inner 1; trc walk_inner_parse_augments Start; "
+                  "trc walk_inner_parse_augments End; trc walk_inner End; "
                   "trc leaf_a Start; leaf a; trc leaf_a End; trc walk_top End"));
 }
 
@@ -305,9 +332,9 @@ TEST_F(NativeWalker, ChecksTheArgumentsOfAnAugmentHook) {
     EXPECT_EQ(ymap::parse_augments(model(Direction::kToOpenConfig), kTop, &ctx,
                                    without_out ? in : nullptr, without_out ? nullptr : &out),
               0xaaf2a000);
-    EXPECT_EQ(platform.recorded(~0U),
-              calls("trc augments_top Start; err augments_top Invalid arguments passed!; "
-                    "error_path"));
+    EXPECT_EQ(platform.recorded(~0U), calls("trc walk_top_parse_augments Start; err "
+                                            "walk_top_parse_augments Invalid arguments passed!; "
+                                            "error_path"));
   }
 }
 
@@ -431,6 +458,63 @@ TEST_F(RequestWalker, ChecksKeys) {
     // A refused entry reaches neither its hook nor its children.
     EXPECT_EQ(platform.recorded(kNotes).empty(), each.result != 0);
   }
+}
+
+// Where nothing is mapped, an edit may neither end nor go on; the fallback is called all the same.
+TEST_F(RequestWalker, RefusesEditsWhereNothingIsMapped) {
+  struct Case {
+    const char* name;
+    std::uint32_t request_op;
+    Tree tree;
+    cerrno result;
+    std::string refusals;
+  };
+  const std::string refused = "error_path; strdup =\"unsupported\" as unsupported";
+  for (const auto& [name, request_op, tree, result, refusals] :
+       {Case{"written", 1, own("unsupported"), 0xaaf2ee00, refused},
+        Case{"deleted", 1, own("unsupported").with(kDelete), 0xaaf2ee00, refused},
+        Case{"read", 0, own("unsupported"), 0, ""},
+        Case{"deleted with content", 1, own("unsupported", {own("a", "1")}).with_all(kDelete), 0,
+             ""}}) {
+    SCOPED_TRACE(name);
+    next(request_op);
+    EXPECT_EQ(walk(Direction::kToNative, plant(tree), kUnsupported), result);
+    EXPECT_EQ(platform.recorded(kRefusals), calls(refusals));
+    EXPECT_TRUE(platform.recorded(kNotes).starts_with("container unsupported"));
+    EXPECT_EQ(messages(), "");
+  }
+}
+
+// What the hook of an entry makes current, and the trim prefix that it leaves, are the entry's
+// alone; the content of an entry that has no place is passed over.
+TEST_F(Engine, PlacesOneEntryApartFromAnother) {
+  struct Case {
+    const char* id;
+    cerrno hook_result;
+    std::string visited;
+  };
+  for (const auto& [id, hook_result, visited] :
+       {Case{"here", 0, "hook placed; leaf id"}, Case{"nowhere", 0, "hook placed"},
+        Case{"here", 0xaaf2f600, "hook placed result=0xaaf2f600"}}) {
+    SCOPED_TRACE(visited);
+    next(YFW_MAP_REQUEST_READ_CONFIG);
+    Node outer{};
+    state.current_list_node = &outer;
+    platform.fail("hook placed", 1, hook_result);
+    EXPECT_EQ(
+        Engine::walk(Direction::kToOpenConfig, plant(own("placed", {own("id", id)})), kPlaced),
+        hook_result);
+    EXPECT_EQ(platform.recorded(kNotes), calls(visited));
+    EXPECT_EQ(state.current_list_node, &outer);
+    EXPECT_EQ(platform.recorded(kWrites), calls("trim /placed; untrim"));
+  }
+  ctx.request_state = nullptr;
+  platform.forget_calls();
+  EXPECT_EQ(
+      Engine::walk(Direction::kToOpenConfig, plant(own("placed", {own("id", "nowhere")})), kPlaced),
+      0U);
+  EXPECT_EQ(platform.recorded(kNotes), calls("hook placed; leaf id"));
+  ctx.request_state = &state;
 }
 
 TEST_F(RequestWalker, HoldsKeysAgainstTheListsConfig) {

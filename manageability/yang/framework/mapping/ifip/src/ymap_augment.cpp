@@ -41,9 +41,7 @@ cerrno first_pass(const Entering& entering, const Node& node, const Node* parent
     return YMAP_OK;
   }
   emit(ctx, entering.site(entering.sites.unsupported_tag), kUnsupportedTag);
-  record_refused_tag(ctx, node.tag, kAllocationName);
-  yfw_oc_error_path(ctx);
-  return YMAP_ERR_UNSUPPORTED;
+  return refuse_tag(ctx, node.tag, YMAP_ERR_UNSUPPORTED);
 }
 
 // Walks a node once more. A delete turns into a remove for it, since the native node may be gone by

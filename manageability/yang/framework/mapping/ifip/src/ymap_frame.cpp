@@ -6,50 +6,60 @@
 
 namespace ymap {
 
-void fail_without_context(const char* file, unsigned line, const char* callback, const char* form) {
+void fail_without_context(const char* file, unsigned line, const char* callback, const char* form,
+                          const char* ending) {
   std::array<char, 400> signature;
-  std::snprintf(signature.data(), signature.size(), "cerrno %s(%s)", callback, form);
+  std::snprintf(signature.data(), signature.size(), "cerrno %s%s(%s)", callback, ending, form);
   __assert_fail("NULL != ctx", file, line, signature.data());
 }
 
-namespace {
-
-cerrno run_framed(const Call& call, FrameSites& sites, Body body) {
-  emit(call.ctx, Site{call.name, sites.line, &sites.start}, kStart);
-  const Site invalid_arguments{call.name, sites.line, &sites.invalid_arguments};
+cerrno run_framed(const Call& call, const Frame& frame, Body body) {
+  const auto line = [&](std::uint32_t& word, const Message& message) {
+    emit(call.ctx, Site{call.name, frame.line, &word}, message);
+  };
+  line(frame.words[kFrameStart], kStart);
+  const Site invalid_arguments{call.name, frame.line, &frame.words[kFrameInvalidArguments]};
   const bool complete = call.in != nullptr && call.out != nullptr;
-  const bool checked_late = sites.kind == FrameKind::kContainerCheckedLate;
+  const bool checked_late = frame.kind == FrameKind::kContainerCheckedLate;
   if (!complete && !checked_late) [[unlikely]] {
     return reject_arguments(call.ctx, invalid_arguments);
   }
-  if ((checked_late || sites.kind == FrameKind::kContainer) && call.child_count == 0) {
-    emit(call.ctx, Site{call.name, sites.line, &sites.no_subtrees}, kNoSubtrees);
+  if ((checked_late || frame.kind == FrameKind::kContainer) && call.child_count == 0) {
+    line(frame.more[kFrameNoSubtrees], kNoSubtrees);
   }
   const cerrno result = body(call);
   if (!complete) [[unlikely]] {
     return reject_arguments(call.ctx, invalid_arguments);
   }
-  if (sites.kind != FrameKind::kGenerated) {
+  if (frame.kind != FrameKind::kGenerated) {
     if (call.wrote) {
-      emit(call.ctx, Site{call.name, sites.line, &sites.mapping_done}, kMappingDone);
+      line(frame.more[kFrameMappingDone], kMappingDone);
     } else {
-      emit(call.ctx, Site{call.name, sites.line, &sites.no_mapping_done}, kNoMappingDone);
+      line(frame.more[kFrameNoMappingDone], kNoMappingDone);
     }
   }
-  emit(call.ctx, Site{call.name, sites.line, &sites.end}, kEnd);
+  line(frame.words[kFrameEnd], kEnd);
   return result;
+}
+
+namespace {
+
+Frame frame_of(FrameSites& sites) {
+  const bool is_generated = sites.kind == FrameKind::kGenerated;
+  return {sites.line, sites.kind, sites.words.data(),
+          is_generated ? nullptr : static_cast<MoreFrameSites&>(sites).more.data()};
 }
 
 }  // namespace
 
 cerrno run_leaf(yfw_map_ctx* ctx, const Node* in, Node* out, const char* name, FrameSites& sites,
                 Body body) {
-  return run_framed({ctx, in, out, 0, name}, sites, body);
+  return run_framed({ctx, in, out, 0, name}, frame_of(sites), body);
 }
 
 cerrno run_container(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out,
                      const char* name, FrameSites& sites, Body body) {
-  return run_framed({ctx, in, out, child_count, name}, sites, body);
+  return run_framed({ctx, in, out, child_count, name}, frame_of(sites), body);
 }
 
 }  // namespace ymap

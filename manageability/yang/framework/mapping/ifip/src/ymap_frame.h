@@ -34,9 +34,10 @@ inline constexpr const char* kLeafForm =
 inline constexpr const char* kContainerForm =
     "yfw_map_ctx*, const nidl_yfw_datatree*, uint32_t, nidl_yfw_datatree*";
 
-// Stops the process as assert does when `NULL != ctx` does not hold.
+// Stops the process as assert does when `NULL != ctx` does not hold. `ending` is the end of the
+// callback's name, where only its beginning is kept.
 [[noreturn]] void fail_without_context(const char* file, unsigned line, const char* callback,
-                                       const char* form);
+                                       const char* form, const char* ending = "");
 
 // A callback entered without a context is a programming error that stops the process in every
 // build. Not assert itself: it keeps a text with the whole signature of each callback, and all
@@ -67,13 +68,13 @@ inline constexpr cerrno YMAP_ERR_XPATH_NOT_ADDED = YFW_MAP_XPATH_NOT_ADDED;
 struct Message {
   std::uint32_t level;  // enum yfw_log_level
   const char* debug_format;
-  const char* buffer_format;
+  const char* buffer_format;  // the name comes in two parts
 };
 
 #define YMAP_TRACE_TEXT(text) \
-  ::ymap::Message { YFW_LOG_TRACE, "TRC: YFW: ctx=%p," text, "#%u: TRC: %s:%d ctx=%p," text }
+  ::ymap::Message { YFW_LOG_TRACE, "TRC: YFW: ctx=%p," text, "#%u: TRC: %s%s:%d ctx=%p," text }
 #define YMAP_ERROR_TEXT(text) \
-  ::ymap::Message { YFW_LOG_ERROR, "ERR: YFW: ctx=%p," text, "#%u: ERR: %s:%d ctx=%p," text }
+  ::ymap::Message { YFW_LOG_ERROR, "ERR: YFW: ctx=%p," text, "#%u: ERR: %s%s:%d ctx=%p," text }
 
 inline constexpr Message kStart = YMAP_TRACE_TEXT("Start");
 inline constexpr Message kEnd = YMAP_TRACE_TEXT("End");
@@ -95,7 +96,8 @@ inline constexpr std::uint32_t kFreshSiteWord = 0xffffffff;
 struct Site {
   const char* function;  // the callback's own name
   int line;
-  std::uint32_t* word;  // the site's own word, handed to the logging service
+  std::uint32_t* word;      // the site's own word, handed to the logging service
+  const char* ending = "";  // what the name ends in, where only its beginning is kept
 };
 
 // Of an entry in the trace buffer; the same at every site.
@@ -111,12 +113,11 @@ template <typename... Args>
 }
 
 template <typename... Args>
-[[gnu::cold, gnu::noinline]] void write_buffer_line(yfw_map_ctx* ctx, const char* function,
-                                                    int line, const Message& message,
-                                                    Args... args) {
+[[gnu::cold, gnu::noinline]] void write_buffer_line(yfw_map_ctx* ctx, const Site& site,
+                                                    const Message& message, Args... args) {
   std::array<char, kTraceBufferLineSize> text;
   std::snprintf(text.data(), text.size(), message.buffer_format, ret_nc_yfw_trace_index_incr(),
-                function, line, static_cast<void*>(ctx), args...);
+                site.function, site.ending, site.line, static_cast<void*>(ctx), args...);
   _lstrace(ctx->trace_buffer, kTraceBufferFlags, text.data());
 }
 
@@ -128,7 +129,7 @@ inline void emit(yfw_map_ctx* ctx, const Site& site, const Message& message, Arg
     write_debug_line(ctx, site.word, message, args...);
   }
   if (ctx->trace_buffer_on != 0) [[unlikely]] {
-    write_buffer_line(ctx, site.function, site.line, message, args...);
+    write_buffer_line(ctx, site, message, args...);
   }
 }
 
@@ -166,18 +167,6 @@ enum class FrameKind : std::uint8_t {
   kContainerCheckedLate
 };
 
-// The lines that the frame itself writes.
-struct FrameSites {
-  int line;
-  FrameKind kind;
-  std::uint32_t start = kFreshSiteWord;
-  std::uint32_t invalid_arguments = kFreshSiteWord;
-  std::uint32_t no_subtrees = kFreshSiteWord;
-  std::uint32_t mapping_done = kFreshSiteWord;
-  std::uint32_t no_mapping_done = kFreshSiteWord;
-  std::uint32_t end = kFreshSiteWord;
-};
-
 // Reports a missing node or tree: no end line follows.
 inline cerrno reject_arguments(yfw_map_ctx* ctx, const Site& site) {
   emit(ctx, site, kInvalidArguments);
@@ -185,11 +174,57 @@ inline cerrno reject_arguments(yfw_map_ctx* ctx, const Site& site) {
   return YMAP_ERR_INVALID_ARGS;
 }
 
+template <std::size_t kWords>
+consteval std::array<std::uint32_t, kWords> fresh_site_words() {
+  std::array<std::uint32_t, kWords> words{};
+  words.fill(kFreshSiteWord);
+  return words;
+}
+
+// The lines that every frame can write, and those that all but the generated ones' can.
+enum FrameSite : std::uint8_t { kFrameStart, kFrameInvalidArguments, kFrameEnd, kFrameSiteCount };
+enum MoreFrameSite : std::uint8_t {
+  kFrameMappingDone,
+  kFrameNoMappingDone,
+  kFrameNoSubtrees,
+  kMoreFrameSiteCount
+};
+
+// The words of a frame's lines, with its line in the source.
+struct FrameSites {
+  std::uint16_t line;
+  FrameKind kind = FrameKind::kGenerated;
+  std::array<std::uint32_t, kFrameSiteCount> words = fresh_site_words<kFrameSiteCount>();
+};
+// Those of frames that are not generated; there are hundreds of the others.
+struct MoreFrameSites : FrameSites {
+  constexpr MoreFrameSites(std::uint16_t at, FrameKind frame_kind) : FrameSites{at, frame_kind} {}
+  std::array<std::uint32_t, kMoreFrameSiteCount> more = fresh_site_words<kMoreFrameSiteCount>();
+};
+template <FrameKind kKind>
+consteval auto fresh_frame_sites(std::uint16_t line) {
+  if constexpr (kKind == FrameKind::kGenerated) {
+    return FrameSites{line};
+  } else {
+    return MoreFrameSites(line, kKind);
+  }
+}
+
+// A frame as it is run.
+struct Frame {
+  int line;
+  FrameKind kind;
+  std::uint32_t* words;  // one for each FrameSite
+  std::uint32_t* more;   // one for each MoreFrameSite; null for a generated frame
+};
+
 using Body = cerrno (*)(const Call& call);
 
-// Run a callback's body inside the frame: start line, argument checks, body, end line. The
-// callback's own arguments come first, in its order, so that nothing is moved: hundreds of
-// callbacks are no more than this call.
+// Runs a callback's body inside its frame: start line, argument checks, body, end line.
+cerrno run_framed(const Call& call, const Frame& frame, Body body);
+
+// The same for a callback's arguments, which come first and in its order, so that nothing is moved:
+// hundreds of callbacks are no more than this call. `sites` is what fresh_frame_sites made.
 cerrno run_leaf(yfw_map_ctx* ctx, const Node* in, Node* out, const char* name, FrameSites& sites,
                 Body body);
 cerrno run_container(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count, Node* out,
@@ -201,21 +236,21 @@ cerrno run_container(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count
 #define YMAP_LEAF_FORM(name, frame_kind)                                                           \
   static cerrno name##_body(const ymap::Call& call);                                               \
   YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
-    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};                \
+    static constinit auto sites = ymap::fresh_frame_sites<ymap::FrameKind::frame_kind>(__LINE__);  \
     YMAP_ASSERT_CONTEXT(ctx, name, kLeafForm);                                                     \
     return ymap::run_leaf(ctx, in, out, #name, sites, name##_body);                                \
   }                                                                                                \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
 
 // Declares and opens a callback of the container form.
-#define YMAP_CONTAINER_FORM(name, frame_kind)                                         \
-  static cerrno name##_body(const ymap::Call& call);                                  \
-  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,              \
-                          std::uint32_t child_count, nidl_yfw_datatree* out) {        \
-    static constinit ymap::FrameSites sites{__LINE__, ymap::FrameKind::frame_kind};   \
-    YMAP_ASSERT_CONTEXT(ctx, name, kContainerForm);                                   \
-    return ymap::run_container(ctx, in, child_count, out, #name, sites, name##_body); \
-  }                                                                                   \
+#define YMAP_CONTAINER_FORM(name, frame_kind)                                                     \
+  static cerrno name##_body(const ymap::Call& call);                                              \
+  YMAP_EXPORT cerrno name(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,                          \
+                          std::uint32_t child_count, nidl_yfw_datatree* out) {                    \
+    static constinit auto sites = ymap::fresh_frame_sites<ymap::FrameKind::frame_kind>(__LINE__); \
+    YMAP_ASSERT_CONTEXT(ctx, name, kContainerForm);                                               \
+    return ymap::run_container(ctx, in, child_count, out, #name, sites, name##_body);             \
+  }                                                                                               \
   static cerrno name##_body([[maybe_unused]] const ymap::Call& call)
 
 // The callbacks written by hand.

@@ -1,7 +1,6 @@
 // The generated callbacks of Halvane-Ombrix-ifmgr-cfg.
 
 #include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.inc"

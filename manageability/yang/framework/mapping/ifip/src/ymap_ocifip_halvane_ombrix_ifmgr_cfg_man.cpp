@@ -7,10 +7,9 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 YMAP_LEAF(ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index) {
   const OpenConfigKeys keys = split_interface_name(current_interface_name(call.ctx));
-  Node* interface = nullptr;
-  if (const cerrno result = find_interface(call, keys.interface.data(), interface);
-      result != YMAP_OK) {
-    return result;
-  }
-  return select_subinterface(call, interface, keys.index.data());
+  EntryCursor cursor(call);
+  const cerrno result = cursor.find(kInterfaces, keys.interface.data());
+  return result != YMAP_OK
+             ? result
+             : cursor.find_or_add(kSubinterfaces, keys.index.data(), current_slot(call));
 }

@@ -1,7 +1,6 @@
 // The generated callbacks of Halvane-Ombrix-ipv4-io-cfg.
 
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.inc"

@@ -23,13 +23,11 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 namespace {
 
 #define ADDRESS YMAP_SUBINTERFACE "/ipv4/addresses/address"
-#define TUNNEL_ADDRESS "/interfaces/interface/tunnel/ipv4/addresses/address"
+#define TUNNEL_ADDRESS YMAP_TUNNEL "/ipv4/addresses/address"
 
-constexpr Twins kMtu = {YMAP_SUBINTERFACE "/ipv4/config/mtu", YMAP_SUBINTERFACE "/ipv4/state/mtu"};
-constexpr Twins kDhcpClient = {YMAP_SUBINTERFACE "/ipv4/config/dhcp-client",
-                               YMAP_SUBINTERFACE "/ipv4/state/dhcp-client"};
-constexpr Twins kIp = {ADDRESS "/config/ip", ADDRESS "/state/ip"};
-constexpr Twins kPrefixLength = {ADDRESS "/config/prefix-length", ADDRESS "/state/prefix-length"};
+constexpr Twins kDhcpClient = YMAP_TWINS_AT(YMAP_SUBINTERFACE "/ipv4", "dhcp-client");
+constexpr Twins kIp = YMAP_TWINS_AT(ADDRESS, "ip");
+constexpr Twins kPrefixLength = YMAP_TWINS_AT(ADDRESS, "prefix-length");
 constexpr const char* kStateOrigin = ADDRESS "/state/origin";
 
 // A number of bits as text.
@@ -102,18 +100,14 @@ bool read_interface_detail(const Call& call, const InternalName& name,
 cerrno add_lease(const Call& call, const ipv4_if_detail& detail) {
   AddressText address{};
   inet_ntoa_r(detail.PrimaryAddress, address.data(), address.size());
-  cerrno result = add_openconfig(call, kIp.state, address.data());
-  if (result == YMAP_OK) {
-    result = add_openconfig(call, kPrefixLength.state, length_text(detail.PrefixLength).data());
-  }
-  return result != YMAP_OK ? result : add_openconfig(call, kStateOrigin, "DYNAMIC");
+  const LengthText length = length_text(detail.PrefixLength);
+  return add_all(call, kNamespaceIfIp,
+                 {{.path = kIp.state, .value = address.data()},
+                  {.path = kPrefixLength.state, .value = length.data()},
+                  {.path = kStateOrigin, .value = "DYNAMIC"}});
 }
 
 }  // namespace
-
-YMAP_CONTAINER(ymap_xo_ocifip_halvaneombrixipv4iocfg_cont_lvla_ipv4network) {
-  return call.child_count == 0 ? add_openconfig(call, YMAP_SUBINTERFACE "/ipv4", nullptr) : YMAP_OK;
-}
 
 YMAP_CONTAINER_CHECKED_LATE(ymap_xo_ocifip_halvaneombrixipv4iocfg_cont_lvla_ipv4network_addresses) {
   const cerrno result = select_current_subinterface(call);
@@ -162,14 +156,6 @@ YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_secondary_
                             : YMAP_OK;
   return result != YMAP_OK || !wants_state(call.ctx) ? result
                                                      : add_openconfig(call, kStateOrigin, "STATIC");
-}
-
-YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_mtu) {
-  if (const cerrno result = select_current_subinterface(call); result != YMAP_OK) {
-    return result;
-  }
-  const TrimPrefix trimmed(call.ctx, kSubinterface);
-  return add_twins(call, kMtu, call.in->value);
 }
 
 YMAP_LEAF(ymap_ombrix_2_oc_v4_dhcpclient) {

@@ -1,8 +1,6 @@
 // The generated callbacks of Halvane-Ombrix-ipv4-io-oper.
 
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
-#include "ymap_read_back.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.inc"

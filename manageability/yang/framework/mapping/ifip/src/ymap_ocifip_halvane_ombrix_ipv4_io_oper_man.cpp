@@ -4,15 +4,10 @@
 // "addresses", the address itself and the state of an interface without data under "address".
 
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
+#include "ymap_paths.h"
 #include "ymap_read_back.h"
 
 using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
-
-YMAP_CONTAINER(ymap_xo_ocifip_halvaneombrixipv4iooper_cont_lvla_ipv4network_node_interfacedata) {
-  return call.child_count == 0
-             ? add_openconfig(call, YMAP_SUBINTERFACE "/ipv4/address/state", nullptr)
-             : YMAP_OK;
-}
 
 YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iooper_leaf_lvla_ipv4network_detail_prefixlength) {
   // The result is the origin's alone: that of the prefix length is ignored, by design.

@@ -1,8 +1,6 @@
 // The generated callbacks of Halvane-Ombrix-PRIVATE-ocifip-v4ma-oper.
 
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
-#include "ymap_read_back.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.inc"

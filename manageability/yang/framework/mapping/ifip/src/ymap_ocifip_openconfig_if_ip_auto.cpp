@@ -1,8 +1,6 @@
 // The generated callbacks of openconfig-if-ip.
 
 #include "ymap_ocifip_openconfig_if_ip.h"
-#include "ymap_query.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_openconfig_if_ip.inc"

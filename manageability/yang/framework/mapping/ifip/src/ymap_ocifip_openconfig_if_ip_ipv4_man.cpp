@@ -8,32 +8,32 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 
 #include "inet/inet.h"
-#include "text/bounded_text.h"
 #include "yfw/text.h"
 #include "yfw_map_ifip_util.h"
 #include "ymap_namespaces.h"
 #include "ymap_ocifip_openconfig_if_ip.h"
+#include "ymap_paths.h"
 #include "ymap_request.h"
 
 using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
 
 namespace {
 
-#define IPV4_NETWORK "/interface-configurations/interface-configuration/ipv4-network"
+#define ADDRESSES YMAP_IPV4_NETWORK "/addresses"
 
-constexpr const char* kNetwork = IPV4_NETWORK;
-constexpr const char* kMtu = IPV4_NETWORK "/mtu";
-constexpr const char* kAddresses = IPV4_NETWORK "/addresses";
-constexpr const char* kDhcp = IPV4_NETWORK "/addresses/dhcp";
-constexpr const char* kPrimary = IPV4_NETWORK "/addresses/primary";
-constexpr const char* kPrimaryAddress = IPV4_NETWORK "/addresses/primary/address";
-constexpr const char* kPrimaryNetmask = IPV4_NETWORK "/addresses/primary/netmask";
-constexpr const char* kSecondaries = IPV4_NETWORK "/addresses/secondaries";
-constexpr const char* kSecondary = IPV4_NETWORK "/addresses/secondaries/secondary";
-constexpr const char* kSecondaryAddress = IPV4_NETWORK "/addresses/secondaries/secondary/address";
-constexpr const char* kSecondaryNetmask = IPV4_NETWORK "/addresses/secondaries/secondary/netmask";
+constexpr const char* kNetwork = YMAP_IPV4_NETWORK;
+constexpr const char* kMtu = YMAP_IPV4_NETWORK "/mtu";
+constexpr const char* kAddresses = ADDRESSES;
+constexpr const char* kPrimary = ADDRESSES "/primary";
+constexpr const char* kPrimaryAddress = ADDRESSES "/primary/address";
+constexpr const char* kPrimaryNetmask = ADDRESSES "/primary/netmask";
+constexpr const char* kSecondaries = ADDRESSES "/secondaries";
+constexpr const char* kSecondary = ADDRESSES "/secondaries/secondary";
+constexpr const char* kSecondaryAddress = ADDRESSES "/secondaries/secondary/address";
+constexpr const char* kSecondaryNetmask = ADDRESSES "/secondaries/secondary/netmask";
 
 // Result of a callback that finds no memory for the request's data.
 constexpr cerrno kNoMemory = 12;
@@ -51,10 +51,14 @@ cerrno add_entry(const Call& call, const char* path) {
   return add(call, {.path = path, .value = call.in->value, .source = call.in, .create = true});
 }
 
+// Adds paths in turn, until one fails.
+cerrno add_all(const Call& call, std::initializer_list<PathWrite> writes) {
+  return ymap::add_all(call, kNamespaceIpv4IoCfg, writes);
+}
+
 // A read asks for the primary's leaf and the secondaries' alike.
 cerrno query_both(const Call& call, const char* primary, const char* secondary, const char* value) {
-  const cerrno result = add(call, {.path = primary, .value = value});
-  return result != YMAP_OK ? result : add(call, {.path = secondary, .value = value});
+  return add_all(call, {{.path = primary, .value = value}, {.path = secondary, .value = value}});
 }
 
 // A container without children is written only when an edit deletes it.
@@ -169,11 +173,8 @@ cerrno delete_whole_list(const Call& call) {
     return kNoMemory;
   }
   db->replace_mode = 1;
-  cerrno result = add(call, {.path = kPrimary, .value = call.in->value, .source = call.in});
-  if (result == YMAP_OK) {
-    result = add(call, {.path = kSecondaries, .source = call.in, .create = true});
-  }
-  return result;
+  return add_all(call, {{.path = kPrimary, .value = call.in->value, .source = call.in},
+                        {.path = kSecondaries, .source = call.in, .create = true}});
 }
 
 cerrno delete_entry(const Call& call, AddressDb& db, const NativeName& name) {
@@ -278,8 +279,7 @@ cerrno write_first_of_replace(const Call& call, const AddressDb& db) {
   std::array<std::uint8_t, 4> address{};
   if (call.in->value == nullptr ||
       ombrix_inet_pton(OMBRIX_AF_INET, call.in->value, address.data()) != 1) {
-    record_error_message(call.ctx, "Ipv4 address is not in correct format");
-    return YMAP_ERR_VALUE_RANGE;
+    return refuse_value(call.ctx, "Ipv4 address is not in correct format");
   }
   return add(call, {.path = kPrimaryAddress, .value = call.in->value, .source = call.in});
 }
@@ -322,10 +322,8 @@ bool primary_is_gone(const Call& call, const AddressDb& db) {
 cerrno delete_primary(const Call& call, const AddressDb& db) {
   const OperationOverride deleting(*call.in, NIDL_YFW_EDIT_DELETE);
   const AddressText old_primary = address_text(db.primary.address);
-  const cerrno result = add_deleted(call, kPrimary);
-  return result != YMAP_OK
-             ? result
-             : add(call, {.path = kPrimaryAddress, .value = old_primary.data(), .source = call.in});
+  return add_all(call, {{.path = kPrimary, .source = call.in},
+                        {.path = kPrimaryAddress, .value = old_primary.data(), .source = call.in}});
 }
 
 // Takes a secondary out of the secondaries and makes it the primary, with its own netmask.
@@ -336,21 +334,16 @@ cerrno promote(const Call& call, const AddressEntry& chosen) {
     return result;
   }
   OperationOverride operation(*call.in, NIDL_YFW_EDIT_DELETE);
-  cerrno result = add(call, {.path = kSecondary, .source = call.in, .create = true});
-  if (result == YMAP_OK) {
-    result = add(call, {.path = kSecondaryAddress, .value = address.data(), .source = call.in});
+  const cerrno result =
+      add_all(call, {{.path = kSecondary, .source = call.in, .create = true},
+                     {.path = kSecondaryAddress, .value = address.data(), .source = call.in}});
+  if (result != YMAP_OK) {
+    return result;
   }
   operation.set(NIDL_YFW_EDIT_WRITE);
-  if (result == YMAP_OK) {
-    result = add(call, {.path = kPrimary, .source = call.in});
-  }
-  if (result == YMAP_OK) {
-    result = add(call, {.path = kPrimaryAddress, .value = address.data(), .source = call.in});
-  }
-  if (result == YMAP_OK) {
-    result = add(call, {.path = kPrimaryNetmask, .value = netmask.data(), .source = call.in});
-  }
-  return result;
+  return add_all(call, {{.path = kPrimary, .source = call.in},
+                        {.path = kPrimaryAddress, .value = address.data(), .source = call.in},
+                        {.path = kPrimaryNetmask, .value = netmask.data(), .source = call.in}});
 }
 
 // The last entry of the request may itself be written, as a secondary. Its netmask is still to come
@@ -463,19 +456,5 @@ YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv4_config_mtu) {
     return YMAP_OK;
   }
   const NewListEntries new_entries(call.ctx);
-  return add_edit_leaf(call, kNamespaceIpv4IoCfg, kMtu, call.in->value);
-}
-
-YMAP_LEAF(ymap_oc_2_ombrix_v4_dhcpclient) {
-  if (is_read(call.ctx) || is_delete(*call.in)) {
-    return add_edit_leaf(call, kNamespaceIpv4IoCfg, kDhcp, call.in->value);
-  }
-  constexpr std::size_t kMaxValue = 10;
-  int comparison = 1;
-  if (call.in->value == nullptr || strcmp_s(call.in->value, kMaxValue, "true", &comparison) != 0 ||
-      comparison != 0) {
-    // Neither "false" nor any other value switches DHCP off, deliberately: a delete does.
-    return YMAP_OK;
-  }
-  return add_edit_leaf(call, kNamespaceIpv4IoCfg, kDhcp, "");
+  return edit_leaf(call, kNamespaceIpv4IoCfg, kMtu);
 }

@@ -1,7 +1,6 @@
 // The generated callbacks of openconfig-interfaces.
 
 #include "ymap_ocifip_openconfig_interfaces.h"
-#include "ymap_request.h"
 
 // clang-format off
 #include "ymap_ocifip_openconfig_interfaces.inc"

@@ -1,5 +1,7 @@
 #include "ymap_query.h"
 
+#include <cstdint>
+
 #include "yfw/mapping.h"
 #include "ymap_request.h"
 
@@ -9,14 +11,14 @@ cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf) {
   if (is_edit(call.ctx)) {
     return YMAP_OK;
   }
-  std::array<const char*, 10> steps{};
-  for (std::uint32_t i = 0; i < place.step_count; ++i) {
-    steps[i] = place.steps[i];
+  std::array<const char*, kMaxMirrorSteps> steps = place.steps;
+  std::uint32_t count = 0;
+  while (steps[count] != nullptr) {
+    ++count;
   }
-  steps[place.step_count] = leaf;
-  const cerrno result =
-      yfw_map_add_leaf_from_xpath(call.ctx, call.in, call.out, steps[0], place.module_namespace,
-                                  steps.data(), place.step_count + 1);
+  steps[count++] = leaf;
+  const cerrno result = yfw_map_add_leaf_from_xpath(call.ctx, call.in, call.out, steps[0],
+                                                    place.module_namespace, steps.data(), count);
   call.wrote = call.wrote || result == YMAP_OK;
   return result;
 }

@@ -3,36 +3,36 @@
 #define YMAP_QUERY_H_
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 
 #include "ymap_frame.h"
 #include "ymap_namespaces.h"
 
 namespace ymap {
 
+// The most steps that lead from the top of a private summary to a leaf.
+inline constexpr std::size_t kMaxMirrorSteps = 10;
+
 // A place in one of the private summaries, whose trees mirror OpenConfig's below their top node:
 // the steps that lead to its leaves. The framework takes the keys from the request.
 struct Mirror {
   const char* module_namespace;
-  std::array<const char*, 9> steps;  // from the top node on, each with its "/"
-  std::uint32_t step_count;
+  std::array<const char*, kMaxMirrorSteps> steps;  // from the top node on, each with its "/"; the
+                                                   // first null ends them
 };
 
 inline constexpr Mirror kIpv4Addresses = {
     kNamespacePrivateV4maOper,
     {"/ocifipv4ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv4",
-     "/addresses", "/address", "/state"},
-    9};
+     "/addresses", "/address", "/state"}};
 inline constexpr Mirror kIpv4Counters = {
     kNamespacePrivateV4maOper,
     {"/ocifipv4ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv4",
-     "/ipv4-state", "/counters"},
-    8};
+     "/ipv4-state", "/counters"}};
 inline constexpr Mirror kIpv6Counters = {
     kNamespacePrivateV6maOper,
     {"/ocifipv6ma", "/interfaces", "/interface", "/subinterfaces", "/subinterface", "/ipv6",
-     "/ipv6-state", "/counters"},
-    8};
+     "/ipv6-state", "/counters"}};
 
 // Asks for a leaf of a private summary. An edit asks for nothing.
 //

@@ -15,42 +15,6 @@ constexpr const char* kTunnelPrefix = "tunnel-ip";
 
 bool has_dot(const char* name) { return std::strchr(name, '.') != nullptr; }
 
-cerrno add_interface(const Call& call, const char* name, const KeyFlags& keys, Node*& interface) {
-  const cerrno result = add_path(
-      call, kNamespaceInterfaces,
-      {.path = kInterface, .create = true, .created = &interface, .flags = YFW_MAP_PATH_INTERFACE});
-  return result != YMAP_OK ? result
-                           : add_path(call, kNamespaceInterfaces,
-                                      {.path = "/interfaces/interface/name",
-                                       .value = name,
-                                       .create = keys.name,
-                                       .flags = YFW_MAP_PATH_PLAIN});
-}
-
-cerrno add_subinterface(const Call& call, Node* interface, const char* index, const KeyFlags& keys,
-                        Node*& subinterface) {
-  const TrimPrefix trimmed(call.ctx, kInterface);
-  const cerrno result = add_path(call, kNamespaceInterfaces,
-                                 {.path = kSubinterface,
-                                  .create = true,
-                                  .base = interface,
-                                  .created = &subinterface,
-                                  .flags = YFW_MAP_PATH_SUBINTERFACE});
-  return result != YMAP_OK ? result
-                           : add_path(call, kNamespaceInterfaces,
-                                      {.path = YMAP_SUBINTERFACE "/index",
-                                       .value = index,
-                                       .create = keys.index,
-                                       .base = interface,
-                                       .flags = YFW_MAP_PATH_SUBINTERFACE});
-}
-
-// Where the current entry is stored.
-Node*& slot_of(const Call& call, Node*& without_state) {
-  return call.ctx->request_state != nullptr ? call.ctx->request_state->current_list_node
-                                            : without_state;
-}
-
 }  // namespace
 
 bool wants_config(const yfw_map_ctx* ctx) {
@@ -92,40 +56,59 @@ bool is_tunnel(const Call& call) {
   return is_tunnel_name(entry_leaf(call, kNativeInterface, "interface-name"));
 }
 
-cerrno find_interface(const Call& call, const char* name, Node*& interface) {
-  return yfw_map_search_list(call.ctx, call.out, &interface, kInterface, name, "name",
-                             kNamespaceInterfaces);
-}
-
-cerrno find_subinterface(const Call& call, Node* interface, const char* index,
-                         Node*& subinterface) {
-  return yfw_map_search_list(call.ctx, interface, &subinterface, "/subinterfaces/subinterface",
-                             index, "index", nullptr);
-}
-
-cerrno select_subinterface(const Call& call, Node* interface, const char* index,
-                           const KeyFlags& keys) {
-  Node* without_state = nullptr;
-  Node*& slot = slot_of(call, without_state);
+cerrno EntryCursor::find(const EntryList& list, const char* key) {
   Node* found = nullptr;
-  if (find_subinterface(call, interface, index, found) == YMAP_OK) {
-    slot = found;
-    return YMAP_OK;
+  const cerrno result = yfw_map_search_list(call_.ctx, node_, &found, list.below, key, list.key,
+                                            list.searched_namespace);
+  if (result == YMAP_OK) {
+    node_ = found;
   }
-  return add_subinterface(call, interface, index, keys, slot);
+  return result;
 }
 
-cerrno select_subinterface(const Call& call, const OpenConfigKeys& names, const KeyFlags& keys) {
-  Node* interface = nullptr;
-  if (find_interface(call, names.interface.data(), interface) == YMAP_OK) {
-    return select_subinterface(call, interface, names.index.data(), keys);
+cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** slot) {
+  const bool looks = !is_new_ || list.looked_for_below_new;
+  if (!looks || find(list, key) != YMAP_OK) {
+    return add(list, key, slot);
   }
-  const cerrno result = add_interface(call, names.interface.data(), keys, interface);
-  // What is new has no subinterface to be looked for.
-  Node* without_state = nullptr;
-  return result != YMAP_OK ? result
-                           : add_subinterface(call, interface, names.index.data(), keys,
-                                              slot_of(call, without_state));
+  is_new_ = false;
+  if (slot != nullptr) {
+    *slot = node_;
+  }
+  return YMAP_OK;
+}
+
+cerrno EntryCursor::add(const EntryList& list, const char* key, Node** slot) {
+  const TrimPrefix trimmed(call_.ctx, list.trim_prefix);
+  Node* const above = node_;
+  Node** const stored = slot != nullptr ? slot : &node_;
+  cerrno result = add_path(
+      call_, list.module_namespace,
+      {.path = list.path, .create = true, .base = above, .created = stored, .flags = list.flags});
+  if (result == YMAP_OK) {
+    node_ = *stored;
+    is_new_ = true;
+    result = list.key_path == nullptr ? YMAP_OK
+                                      : add_path(call_, list.module_namespace,
+                                                 {.path = list.key_path,
+                                                  .value = key,
+                                                  .create = list.key_create,
+                                                  .base = above,
+                                                  .flags = list.key_flags});
+  }
+  return result;
+}
+
+Node** current_slot(const Call& call) {
+  return call.ctx->request_state != nullptr ? &call.ctx->request_state->current_list_node : nullptr;
+}
+
+cerrno select_subinterface(const Call& call, const OpenConfigKeys& keys) {
+  EntryCursor cursor(call);
+  const cerrno result = cursor.find_or_add(kInterfaces, keys.interface.data());
+  return result != YMAP_OK
+             ? result
+             : cursor.find_or_add(kSubinterfaces, keys.index.data(), current_slot(call));
 }
 
 cerrno select_current_subinterface(const Call& call) {
@@ -146,6 +129,14 @@ cerrno add_twins(const Call& call, const Twins& paths, const char* value) {
     result = add_openconfig(call, paths.state, value);
   }
   return result;
+}
+
+cerrno add_placed_twins(const Call& call, const Twins& paths, const char* value) {
+  if (const cerrno result = select_current_subinterface(call); result != YMAP_OK) {
+    return result;
+  }
+  const TrimPrefix trimmed(call.ctx, kSubinterface);
+  return add_twins(call, paths, value);
 }
 
 }  // namespace ymap

@@ -7,15 +7,15 @@
 #include <cstdint>
 
 #include "yfw/context.h"
+#include "yfw/mapping.h"
 #include "ymap_frame.h"
-
-// The stem of the paths below a subinterface.
-#define YMAP_SUBINTERFACE "/interfaces/interface/subinterfaces/subinterface"
+#include "ymap_namespaces.h"
+#include "ymap_paths.h"
 
 namespace ymap {
 
-inline constexpr const char* kNativeInterface = "/interface-configurations/interface-configuration";
-inline constexpr const char* kInterface = "/interfaces/interface";
+inline constexpr const char* kNativeInterface = YMAP_NATIVE_INTERFACE;
+inline constexpr const char* kInterface = YMAP_INTERFACE;
 inline constexpr const char* kSubinterface = YMAP_SUBINTERFACE;
 
 // --- what the request wants ----------------------------------------------------------------------
@@ -62,26 +62,80 @@ struct EntryKey {
 
 // --- OpenConfig entries --------------------------------------------------------------------------
 
-// Create flags of the keys of new entries, in which the read-backs differ.
-struct KeyFlags {
-  bool name = true;
-  bool index = false;
+// A list of OpenConfig entries: where an entry is looked for, and how one is made. Read-backs
+// differ in the latter.
+struct EntryList {
+  const char* path;                   // where a new entry is written
+  const char* below;                  // where it is looked for: the path below the entry above
+  const char* key;                    // name of its key leaf
+  const char* key_path;               // where a new entry's key is written; null: left to its leaf
+  const char* module_namespace;       // of what is written
+  const char* searched_namespace;     // of the list that is searched; null: any
+  const char* trim_prefix;            // set while an entry and its key are written; null: none
+  std::uint32_t flags;                // of the entry, enum yfw_map_path_flag
+  std::uint32_t key_flags;            // of its key
+  bool key_create;                    // create flag of the key
+  bool looked_for_below_new = false;  // search also below an entry that has just been made
 };
 
-// Finds the output's entry of an interface. Returns the search's result, not 0 when there is none.
-cerrno find_interface(const Call& call, const char* name, Node*& interface);
+inline constexpr EntryList kInterfaces = {.path = kInterface,
+                                          .below = kInterface,
+                                          .key = "name",
+                                          .key_path = YMAP_INTERFACE "/name",
+                                          .module_namespace = kNamespaceInterfaces,
+                                          .searched_namespace = kNamespaceInterfaces,
+                                          .trim_prefix = nullptr,
+                                          .flags = YFW_MAP_PATH_INTERFACE,
+                                          .key_flags = YFW_MAP_PATH_PLAIN,
+                                          .key_create = true};
+inline constexpr EntryList kSubinterfaces = {.path = kSubinterface,
+                                             .below = "/subinterfaces/subinterface",
+                                             .key = "index",
+                                             .key_path = YMAP_SUBINTERFACE "/index",
+                                             .module_namespace = kNamespaceInterfaces,
+                                             .searched_namespace = nullptr,
+                                             .trim_prefix = kInterface,
+                                             .flags = YFW_MAP_PATH_SUBINTERFACE,
+                                             .key_flags = YFW_MAP_PATH_SUBINTERFACE,
+                                             .key_create = false};
 
-// Finds the entry of a subinterface below an interface's. Returns the search's result.
-cerrno find_subinterface(const Call& call, Node* interface, const char* index, Node*& subinterface);
+// A way through the output's entries, from its root down.
+class EntryCursor {
+ public:
+  explicit EntryCursor(const Call& call) : call_(call), node_(call.out) {}
 
-// Finds or makes a subinterface of an interface, and makes it current: it stands in the request
-// state's slot, under which further writes go. Returns the framework's result of the last write.
-cerrno select_subinterface(const Call& call, Node* interface, const char* index,
-                           const KeyFlags& keys = {});
+  // Goes to the entry with a key in a list below. Stays, and returns the search's result, when
+  // there is none.
+  cerrno find(const EntryList& list, const char* key);
+
+  // Goes to the entry with a key in a list below, or makes it. Below a new entry nothing is looked
+  // for, unless the list asks for it.
+  //
+  //   slot  where to store the entry, or null
+  //
+  // Returns the framework's result of the last write.
+  cerrno find_or_add(const EntryList& list, const char* key, Node** slot = nullptr);
+
+  // The entry that it is at.
+  [[nodiscard]] Node* node() const { return node_; }
+  // Whether that entry has been made on the way.
+  [[nodiscard]] bool is_new() const { return is_new_; }
+
+ private:
+  cerrno add(const EntryList& list, const char* key, Node** slot);
+
+  const Call& call_;
+  Node* node_;
+  bool is_new_ = false;
+};
+
+// The slot that makes an entry current: what is written with YFW_MAP_PATH_CURRENT goes under it.
+// Null without a request state.
+[[nodiscard]] Node** current_slot(const Call& call);
 
 // Finds or makes the interface and the subinterface with the keys, and makes the latter current.
-cerrno select_subinterface(const Call& call, const OpenConfigKeys& names,
-                           const KeyFlags& keys = {});
+// Returns the framework's result of the last write.
+cerrno select_subinterface(const Call& call, const OpenConfigKeys& keys);
 
 // The same for the native interface being mapped, unless its name has a dot: the framework has made
 // the subinterface of such a name current.
@@ -98,8 +152,15 @@ struct Twins {
   const char* state;
 };
 
+#define YMAP_TWINS_AT(stem, leaf) \
+  ymap::Twins { stem "/config/" leaf, stem "/state/" leaf }
+
 // Writes those of the twins that the request wants. Returns the first failure.
 cerrno add_twins(const Call& call, const Twins& paths, const char* value);
+
+// The same for a leaf of an interface's configuration that may be the first to be written of its
+// subinterface, which is found or made, and made current, before.
+cerrno add_placed_twins(const Call& call, const Twins& paths, const char* value);
 
 }  // namespace ymap
 

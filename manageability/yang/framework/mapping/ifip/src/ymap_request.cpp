@@ -1,5 +1,8 @@
 #include "ymap_request.h"
 
+#include <cstdlib>
+
+#include "text/bounded_text.h"
 #include "yfw/text.h"
 
 namespace ymap {
@@ -21,15 +24,52 @@ cerrno add_path(const Call& call, const char* module_namespace, const PathWrite&
   return result;
 }
 
-cerrno add_edit_leaf(const Call& call, const char* module_namespace, const char* path,
-                     const char* value) {
-  if (is_read(call.ctx)) {
-    return add_path(call, module_namespace, {.path = path, .value = value});
+cerrno add_all(const Call& call, const char* module_namespace,
+               std::initializer_list<PathWrite> writes) {
+  for (const PathWrite& write : writes) {
+    if (const cerrno result = add_path(call, module_namespace, write); result != YMAP_OK) {
+      return result;
+    }
   }
-  if (is_delete(*call.in)) {
-    return add_path(call, module_namespace, {.path = path, .source = call.in});
+  return YMAP_OK;
+}
+
+const char* translate(const Words& words, const char* value) {
+  for (const Word& word : words.words) {
+    int comparison = 1;
+    if (value != nullptr && strcmp_s(value, words.longest, word.from, &comparison) == 0 &&
+        comparison == 0) {
+      return word.to;
+    }
   }
-  return add_path(call, module_namespace, {.path = path, .value = value, .source = call.in});
+  return nullptr;
+}
+
+std::uint32_t number_of(const char* text) {
+  return text == nullptr ? 0 : static_cast<std::uint32_t>(std::strtol(text, nullptr, 10));
+}
+
+cerrno edit_leaf(const Call& call, const char* module_namespace, const char* path,
+                 const EditOptions& options) {
+  PathWrite write{.path = path, .value = call.in->value, .flags = options.flags};
+  if (is_edit(call.ctx)) {
+    write.source = call.in;
+    if (is_delete(*call.in)) {
+      write.value = nullptr;
+    } else if (options.bounds != nullptr) {
+      const Bounds& bounds = *options.bounds;
+      const std::uint32_t number = number_of(write.value);
+      if (number < bounds.least || number > bounds.greatest) {
+        return refuse_value(call.ctx, bounds.refusal);
+      }
+    } else if (options.words != nullptr) {
+      write.value = translate(*options.words, write.value);
+      if (write.value == nullptr) {
+        return YMAP_OK;
+      }
+    }
+  }
+  return add_path(call, module_namespace, write);
 }
 
 namespace {
@@ -42,18 +82,25 @@ void replace_text(char*& owned, const char* text, const char* allocation_name) {
   owned = yfw_strdup(text, allocation_name);
 }
 
-}  // namespace
-
 void record_refused_tag(yfw_map_ctx* ctx, const char* tag, const char* allocation_name) {
   if (ctx->request_state != nullptr) {
     replace_text(ctx->request_state->unsupported_tag, tag, allocation_name);
   }
 }
 
-void record_error_message(yfw_map_ctx* ctx, const char* message) {
+}  // namespace
+
+cerrno refuse_tag(yfw_map_ctx* ctx, const char* tag, cerrno result) {
+  record_refused_tag(ctx, tag, kAllocationName);
+  yfw_oc_error_path(ctx);
+  return result;
+}
+
+cerrno refuse_value(yfw_map_ctx* ctx, const char* sentence) {
   if (ctx->request_state != nullptr) {
-    replace_text(ctx->request_state->error_message, message, kAllocationName);
+    replace_text(ctx->request_state->error_message, sentence, kAllocationName);
   }
+  return YMAP_ERR_VALUE_RANGE;
 }
 
 cerrno refuse_leaf(const Call& call) {

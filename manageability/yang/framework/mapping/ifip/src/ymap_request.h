@@ -5,6 +5,8 @@
 #define YMAP_REQUEST_H_
 
 #include <cstdint>
+#include <initializer_list>
+#include <span>
 
 #include "yfw/context.h"
 #include "yfw/mapping.h"
@@ -94,21 +96,70 @@ struct PathWrite {
 // Adds a path to the output tree in a module's namespace. Returns the framework's result.
 cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write);
 
-// The three-way edit leaf: a read asks for the path with the node's value if any, a delete deletes
-// it, anything else writes the value.
-cerrno add_edit_leaf(const Call& call, const char* module_namespace, const char* path,
-                     const char* value);
+// Adds paths in turn, until one fails. Returns the first failure.
+cerrno add_all(const Call& call, const char* module_namespace,
+               std::initializer_list<PathWrite> writes);
+
+// --- words ---------------------------------------------------------------------------------------
+
+// A word of one model and what the other one has for it.
+struct Word {
+  const char* from;
+  const char* to;
+};
+
+// The words of an enumeration. A value that is longer than `longest` characters is none of them.
+struct Words {
+  std::span<const Word> words;
+  std::size_t longest;
+};
+
+// What a value is translated to, or null when it is none of the words, or null.
+[[nodiscard]] const char* translate(const Words& words, const char* value);
+
+// "true" sets an empty leaf. Neither "false" nor any other value takes it away, deliberately: a
+// delete does.
+inline constexpr Word kTrueIsPresenceWords[] = {{"true", ""}};
+inline constexpr Words kTrueIsPresence = {kTrueIsPresenceWords, 10};
+
+// --- edited leaves -------------------------------------------------------------------------------
+
+// The numbers that a leaf may hold, and what a refusal of others says.
+struct Bounds {
+  std::uint32_t least;
+  std::uint32_t greatest;
+  const char* refusal;
+};
+
+struct EditOptions {
+  const Bounds* bounds = nullptr;  // null: any value
+  const Words* words = nullptr;    // null: the value goes out as it is; a value that is none of the
+                                   // words writes nothing
+  std::uint32_t flags = YFW_MAP_PATH_CURRENT;
+};
+
+// The leaf in three ways: a read asks for the path with the node's value if any, a delete deletes
+// it, and anything else writes the value. Returns the framework's result, or 0xaaf2f400 for a value
+// out of bounds.
+cerrno edit_leaf(const Call& call, const char* module_namespace, const char* path,
+                 const EditOptions& options = {});
+
+// The number that a text begins with, in decimal; 0 without one. What exceeds 32 bits is cut off.
+[[nodiscard]] std::uint32_t number_of(const char* text);
 
 // --- refusals ------------------------------------------------------------------------------------
 
 // Label of the texts that the library hands to the framework.
 inline constexpr const char* kAllocationName = "YFW MAP";
 
-// Records the tag of the node that the request is refused for.
-void record_refused_tag(yfw_map_ctx* ctx, const char* tag, const char* allocation_name);
+// Refuses the request for a node: records its tag, marks the error path. Returns `result`.
+cerrno refuse_tag(yfw_map_ctx* ctx, const char* tag, cerrno result);
 
-// Records why a value is refused.
-void record_error_message(yfw_map_ctx* ctx, const char* message);
+// Refuses the value of a leaf and records why, in a sentence. Returns 0xaaf2f400.
+cerrno refuse_value(yfw_map_ctx* ctx, const char* sentence);
+
+// The body of a leaf's callback that does nothing.
+inline cerrno idle_leaf(const Call& /*call*/) { return YMAP_OK; }
 
 // Passes over a leaf that has no mapping.
 inline cerrno ignore_leaf(const Call& /*call*/) { return YMAP_OK; }
@@ -141,13 +192,19 @@ class OperationOverride {
 };
 
 // Sets the trim prefix for as long as the guard lives: the part of a path that equals it stands for
-// the base node.
+// the base node. Null sets none, and leaves alone what is set.
 class TrimPrefix {
  public:
-  TrimPrefix(yfw_map_ctx* ctx, const char* prefix) : ctx_(ctx) {
-    yfw_map_copy_trim_path_list_ctx(ctx, prefix);
+  TrimPrefix(yfw_map_ctx* ctx, const char* prefix) : ctx_(prefix != nullptr ? ctx : nullptr) {
+    if (ctx_ != nullptr) {
+      yfw_map_copy_trim_path_list_ctx(ctx_, prefix);
+    }
   }
-  ~TrimPrefix() { yfw_map_free_trim_path_list_ctx(ctx_); }
+  ~TrimPrefix() {
+    if (ctx_ != nullptr) {
+      yfw_map_free_trim_path_list_ctx(ctx_);
+    }
+  }
   TrimPrefix(const TrimPrefix&) = delete;
   TrimPrefix& operator=(const TrimPrefix&) = delete;
 

@@ -16,10 +16,8 @@ constexpr std::uint32_t kMakeCurrent = 2;  // operation of a stitch request
 }  // namespace
 
 cerrno stitch_subinterface(const Call& call, const char* name, const char* index) {
-  Node* interface = nullptr;
-  Node* subinterface = nullptr;
-  if (find_interface(call, name, interface) != YMAP_OK ||
-      find_subinterface(call, interface, index, subinterface) != YMAP_OK) {
+  EntryCursor cursor(call);
+  if (cursor.find(kInterfaces, name) != YMAP_OK || cursor.find(kSubinterfaces, index) != YMAP_OK) {
     return YMAP_ERR_NO_KEYS;
   }
   yfw_map_stitch_request request{};

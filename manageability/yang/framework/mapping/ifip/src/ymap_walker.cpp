@@ -7,6 +7,9 @@ namespace ymap {
 
 namespace {
 
+// What the name of an augment hook adds to its walker's.
+constexpr const char* kHookEnding = "_parse_augments";
+
 constexpr Message kXpathError = YMAP_TRACE_TEXT("got xpath error node ");
 constexpr Message kNoKeys = YMAP_ERROR_TEXT("No keys specified with a list node.");
 constexpr Message kDeleteWithSubtree = YMAP_TRACE_TEXT("Delete request with subtree present");
@@ -24,6 +27,7 @@ struct Visit {
   Node* out;
 
   [[nodiscard]] const Row& row() const { return model.rows[index]; }
+  [[nodiscard]] const List& list() const { return model.lists[row().list]; }
   [[nodiscard]] bool to_native() const { return model.direction == Direction::kToNative; }
   [[nodiscard]] bool is_openconfig_edit() const { return to_native() && is_edit(ctx); }
 
@@ -32,13 +36,6 @@ struct Visit {
   }
 
   void line(WalkerSite which, const Message& message) const { emit(ctx, site(which), message); }
-
-  // Records a node as the one that the request is refused for.
-  [[nodiscard]] cerrno refuse(const Node& node, cerrno result) const {
-    record_refused_tag(ctx, node.tag, kAllocationName);
-    yfw_oc_error_path(ctx);
-    return result;
-  }
 };
 
 // Keeps the node hierarchy balanced.
@@ -94,6 +91,44 @@ class EntryGuard {
   bool listed_ = false;
 };
 
+// Of a list whose entries are placed by their hook: makes sure that what the hook makes current,
+// and the trim prefix that it leaves, are this entry's alone.
+class Placing {
+ public:
+  explicit Placing(const Visit& visit) : ctx_(visit.ctx), applies_(visit.row().has(kPlaces)) {
+    if (Node** slot = this->slot(); slot != nullptr) {
+      outer_ = *slot;
+      *slot = nullptr;
+    }
+  }
+  ~Placing() {
+    if (applies_) {
+      yfw_map_free_trim_path_list_ctx(ctx_);
+    }
+    if (Node** slot = this->slot(); slot != nullptr) {
+      *slot = outer_;
+    }
+  }
+  Placing(const Placing&) = delete;
+  Placing& operator=(const Placing&) = delete;
+
+  // Whether the hook has made nothing current: the entry's content has nowhere to go.
+  [[nodiscard]] bool found_none() const {
+    Node* const* slot = this->slot();
+    return slot != nullptr && *slot == nullptr;
+  }
+
+ private:
+  [[nodiscard]] Node** slot() const {
+    return applies_ && ctx_->request_state != nullptr ? &ctx_->request_state->current_list_node
+                                                      : nullptr;
+  }
+
+  yfw_map_ctx* ctx_;
+  bool applies_;
+  Node* outer_ = nullptr;
+};
+
 // The row of a child's tag, or kNoRow. The hash finds the candidate, the framework confirms it.
 RowIndex find_row(const Visit& visit, const char* tag) {
   const Model& model = visit.model;
@@ -122,7 +157,7 @@ cerrno handle_unmatched(const Visit& visit, const Node& child) {
     return YMAP_OK;
   }
   visit.line(kSiteUnsupportedTag, kUnsupportedTag);
-  return visit.refuse(child, YMAP_ERR_UNSUPPORTED);
+  return refuse_tag(visit.ctx, child.tag, YMAP_ERR_UNSUPPORTED);
 }
 
 cerrno handle_child(const Visit& visit, const Node& child) {
@@ -153,30 +188,42 @@ cerrno walk_children(const Visit& visit, const Children& children) {
   return YMAP_OK;
 }
 
+// An edit that ends where nothing is mapped, such as a delete of all that is below, would otherwise
+// pass without effect.
+cerrno refuse_end_of_edit(const Visit& visit, const Children& children) {
+  return visit.row().has(kRefusesEdits) && children.count == 0 && is_edit(visit.ctx)
+             ? refuse_leaf(Call{visit.ctx, visit.in, visit.out, 0, visit.row().name})
+             : YMAP_OK;
+}
+
+// A client that deletes a container does not describe its content. Content that merely lies below a
+// deleted node inherits the delete and passes; where nothing is mapped, the content is refused.
+bool describes_deleted(const Visit& visit, const Children& children, const Node* parent) {
+  return children.count != 0 && visit.is_openconfig_edit() && is_delete(*visit.in) &&
+         (parent == nullptr || !is_delete(*parent)) && !visit.row().has(kRefusesEdits);
+}
+
 cerrno walk_container(const Visit& visit, const Children& children, const Node* parent) {
-  // A client that deletes a container does not describe its content. Content that merely lies below
-  // a deleted node inherits the delete and passes.
-  if (children.count != 0 && visit.is_openconfig_edit() && is_delete(*visit.in) &&
-      (parent == nullptr || !is_delete(*parent))) {
+  if (describes_deleted(visit, children, parent)) {
     visit.line(kSiteDeleteWithSubtree, kDeleteWithSubtree);
-    return visit.refuse(*visit.in, YMAP_ERR_INVALID_ARGS);
+    return refuse_tag(visit.ctx, visit.in->tag, YMAP_ERR_INVALID_ARGS);
   }
   const ContainerGuard pushed(visit);
-  const yfw_map_container_callback hook =
-      visit.row().hook != nullptr ? visit.row().hook : visit.model.duck_map_container;
-  const cerrno result = hook(visit.ctx, visit.in, children.count, visit.out);
-  if (children.count == 0 || result != YMAP_OK) {
+  const yfw_map_container_callback own = visit.row().callback.hook;
+  const yfw_map_container_callback hook = own != nullptr ? own : visit.model.duck_map_container;
+  if (const cerrno result = hook(visit.ctx, visit.in, children.count, visit.out);
+      result != YMAP_OK) {
     return result;
   }
-  return walk_children(visit, children);
+  return children.count == 0 ? refuse_end_of_edit(visit, children) : walk_children(visit, children);
 }
 
 bool is_key(const Node& child, const char* key) {
   return key != nullptr && yfw_map_do_these_match(child.tag, key) != 0;
 }
 
-bool is_any_key(const Row& row, const Node& child) {
-  for (const char* key : row.keys) {
+bool is_any_key(const List& list, const Node& child) {
+  for (const char* key : list.keys) {
     if (is_key(child, key)) {
       return true;
     }
@@ -200,19 +247,19 @@ bool checks_leafrefs(const yfw_map_ctx* ctx) {
 cerrno check_request_key(const Visit& visit, const Node& key) {
   if (key.value == nullptr || key.value[0] == '\0') {
     visit.line(kSiteEmptyKey, kEmptyKey);
-    return visit.refuse(key, YMAP_ERR_LIST_KEY);
+    return refuse_tag(visit.ctx, key.tag, YMAP_ERR_LIST_KEY);
   }
   if (checks_leafrefs(visit.ctx)) {
     const cerrno result =
-        yfw_map_check_oc_leafref(visit.ctx, visit.row().list_path, "config", key.value, visit.in);
+        yfw_map_check_oc_leafref(visit.ctx, visit.list().path, "config", key.value, visit.in);
     if (result != YMAP_OK) {
       visit.line(kSiteLeafref, kLeafref);
-      return visit.refuse(key, result);
+      return refuse_tag(visit.ctx, key.tag, result);
     }
   }
   if (is_delete(key) && !is_delete(*visit.in)) {
     visit.line(kSiteKeyDelete, kKeyDelete);
-    return visit.refuse(key, YMAP_ERR_KEY_DELETE);
+    return refuse_tag(visit.ctx, key.tag, YMAP_ERR_KEY_DELETE);
   }
   return YMAP_OK;
 }
@@ -221,7 +268,7 @@ cerrno check_request_key(const Visit& visit, const Node& key) {
 cerrno check_key_counts(const Visit& visit, const Children& children) {
   std::uint32_t total = 0;
   const char* wrong = nullptr;
-  for (const char* key : visit.row().keys) {
+  for (const char* key : visit.list().keys) {
     std::uint32_t count = 0;
     for (const Node& child : children) {
       count += is_key(child, key) ? 1 : 0;
@@ -236,16 +283,14 @@ cerrno check_key_counts(const Visit& visit, const Children& children) {
     return YMAP_OK;
   }
   visit.line(kSiteKeyCount, kKeyCount);
-  record_refused_tag(visit.ctx, wrong, kAllocationName);
-  yfw_oc_error_path(visit.ctx);
-  return YMAP_ERR_LIST_KEY;
+  return refuse_tag(visit.ctx, wrong, YMAP_ERR_LIST_KEY);
 }
 
 // Checks, marks and counts the keys of an OpenConfig entry.
 cerrno take_request_keys(const Visit& visit, const Children& children, bool is_current) {
   const bool edit = is_edit(visit.ctx);
   for (const Node& child : children) {
-    if (!is_any_key(visit.row(), child)) {
+    if (!is_any_key(visit.list(), child)) {
       continue;
     }
     const cerrno result = edit ? check_request_key(visit, child) : YMAP_OK;
@@ -261,16 +306,30 @@ cerrno take_request_keys(const Visit& visit, const Children& children, bool is_c
 
 void mark_native_keys(const Visit& visit, const Children& children) {
   for (const Node& child : children) {
-    if (is_any_key(visit.row(), child)) {
+    if (is_any_key(visit.list(), child)) {
       mark_key(child, NIDL_YFW_FLAG_KEY);
     }
   }
 }
 
 cerrno call_list_hook(const Visit& visit, const Children& children) {
-  return visit.row().hook != nullptr
-             ? visit.row().hook(visit.ctx, visit.in, children.count, visit.out)
-             : visit.model.duck_map_list(visit.ctx, visit.in, visit.out);
+  const yfw_map_container_callback own = visit.row().callback.hook;
+  const cerrno result = own != nullptr ? own(visit.ctx, visit.in, children.count, visit.out)
+                                       : visit.model.duck_map_list(visit.ctx, visit.in, visit.out);
+  return result != YMAP_OK ? result : refuse_end_of_edit(visit, children);
+}
+
+// Calls the hook, and walks on to the children of an entry that has a place.
+cerrno walk_placed(const Visit& visit, const Children& children, EntryGuard& entry) {
+  const Placing placing(visit);
+  if (const cerrno result = call_list_hook(visit, children); result != YMAP_OK) {
+    return result;
+  }
+  if (placing.found_none()) {
+    return YMAP_OK;
+  }
+  entry.enter_output_list();
+  return walk_children(visit, children);
 }
 
 cerrno walk_entry(const Visit& visit, const Children& children) {
@@ -278,8 +337,7 @@ cerrno walk_entry(const Visit& visit, const Children& children) {
     visit.line(kSiteNoKeys, kNoKeys);
   }
   EntryGuard entry(visit);
-  const bool is_current =
-      yfw_map_update_current_list_node(visit.ctx, visit.row().list_path) == YMAP_OK;
+  const bool is_current = yfw_map_update_current_list_node(visit.ctx, visit.list().path) == YMAP_OK;
   if (visit.to_native()) {
     const cerrno result = take_request_keys(visit, children, is_current);
     if (result != YMAP_OK) {
@@ -288,12 +346,16 @@ cerrno walk_entry(const Visit& visit, const Children& children) {
   } else if (is_current) {
     mark_native_keys(visit, children);
   }
-  const cerrno result = call_list_hook(visit, children);
-  if (result != YMAP_OK) {
-    return result;
+  return walk_placed(visit, children, entry);
+}
+
+// Stops the process when a row's callback is entered without a context.
+void assert_context(const yfw_map_ctx* ctx, const Model& model, RowIndex index,
+                    const char* ending = "") {
+  if (ctx == nullptr) {
+    const Row& row = model.rows[index];
+    fail_without_context(model.file, row.line, row.name, kLeafForm, ending);
   }
-  entry.enter_output_list();
-  return walk_children(visit, children);
 }
 
 }  // namespace
@@ -331,53 +393,71 @@ cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const
       ctx->request_state->flags |= YFW_MAP_STATE_XPATH_ERROR;
     }
   }
-  const yfw_map_leaf_callback leaf =
-      visit.row().leaf != nullptr ? visit.row().leaf : model.duck_map_leaf;
-  const cerrno result = leaf(ctx, in, out);
+  const yfw_map_leaf_callback own = visit.row().callback.leaf;
+  const cerrno result = (own != nullptr ? own : model.duck_map_leaf)(ctx, in, out);
   visit.line(kSiteEnd, kEnd);
   return result;
 }
 
 cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out) {
   if (in == nullptr || out == nullptr) {
-    return reject_arguments(ctx, Site{hook.name, hook.line, &hook.words[kHookInvalidArguments]});
+    return reject_arguments(ctx, hook.site(kHookInvalidArguments));
   }
   if (yfw_map_is_request_add(ctx, in, out) == 0) {
     return YMAP_OK;
   }
   if (hook.announces_refusal) {
-    emit(ctx, Site{hook.name, hook.line, &hook.words[kHookProcessing]}, kProcessing, in->tag);
+    emit(ctx, hook.site(kHookProcessing), kProcessing, in->tag);
   }
-  record_refused_tag(ctx, in->tag, kAllocationName);
-  yfw_oc_error_path(ctx);
-  return YMAP_ERR_UNSUPPORTED_AUGMENT;
+  return refuse_tag(ctx, in->tag, YMAP_ERR_UNSUPPORTED_AUGMENT);
 }
 
 cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in, Node* out) {
-  emit(ctx, Site{hook.name, hook.line, &hook.words[kHookStart]}, kStart);
+  emit(ctx, hook.site(kHookStart), kStart);
   if (in == nullptr || out == nullptr) {
-    return reject_arguments(ctx, Site{hook.name, hook.line, &hook.words[kHookInvalidArguments]});
+    return reject_arguments(ctx, hook.site(kHookInvalidArguments));
   }
-  emit(ctx, Site{hook.name, hook.line, &hook.words[kHookEnd]}, kEnd);
+  emit(ctx, hook.site(kHookEnd), kEnd);
   return YMAP_OK;
 }
 
 cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
                       Node* out) {
   const Row& row = model.rows[index];
-  const AugmentHook hook{row.augments_name, row.line,
+  const AugmentHook hook{row.name, row.line,
                          &model.words[model.first_site[index] + kSiteAugmentHook],
-                         row.announces_refusal};
+                         row.has(kAnnouncesRefusal), kHookEnding};
   return model.direction == Direction::kToNative ? refuse_augment(hook, ctx, in, out)
                                                  : ignore_augment(hook, ctx, in, out);
 }
 
-cerrno refuse_childless_edit(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count,
-                             Node* out) {
-  if (child_count != 0 || is_read(ctx)) {
-    return YMAP_OK;
-  }
-  return refuse_leaf(Call{ctx, in, out, child_count, __func__});
+// --- what rows become ----------------------------------------------------------------------------
+
+cerrno run_walker(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model, RowIndex index) {
+  assert_context(ctx, model, index);
+  return walk(model, index, ctx, in, out);
+}
+
+cerrno run_augment_hook(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model,
+                        RowIndex index) {
+  assert_context(ctx, model, index, kHookEnding);
+  return parse_augments(model, index, ctx, in, out);
+}
+
+cerrno run_dispatcher(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model,
+                      RowIndex index) {
+  assert_context(ctx, model, index);
+  return dispatch_leaf(model, index, ctx, in, out);
+}
+
+cerrno run_row(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model, RowIndex index,
+               Body body) {
+  assert_context(ctx, model, index);
+  const Row& row = model.rows[index];
+  return run_framed({ctx, in, out, 0, row.name},
+                    {row.line, FrameKind::kGenerated,
+                     &model.words[model.first_site[index] + kSiteFrame], nullptr},
+                    body);
 }
 
 }  // namespace ymap

@@ -13,7 +13,7 @@ namespace ymap {
 
 enum class Direction : std::uint8_t { kToOpenConfig, kToNative };
 
-enum class RowKind : std::uint8_t { kContainer, kList, kLeaf, kClose };
+enum class RowKind : std::uint8_t { kContainer, kList, kLeaf };
 
 // Index of a row in its model's table.
 using RowIndex = std::uint16_t;
@@ -21,19 +21,39 @@ using RowIndex = std::uint16_t;
 inline constexpr RowIndex kNoRow = 0xffff;
 inline constexpr std::size_t kMaxKeys = 2;
 
-// A schema node. A container or list is followed by the rows of its children and closed by a kClose
-// row.
+enum RowFlag : std::uint8_t {
+  kAnnouncesRefusal = 1,  // containers: the augment hook announces a child that it refuses
+  kRefusesEdits = 2,      // containers, lists: nothing below is mapped, no edit may end here
+  kPlaces = 4,   // lists: what the hook makes current, and its trim prefix, end with the entry
+  kHasFrame = 8  // leaves: the callback runs in a frame of the row's
+};
+
+// A schema node. A container or list is followed by the rows of its children.
 struct Row {
+  const char* tag;
+  const char* name;  // the callback's own, for its lines
+  union {
+    yfw_map_container_callback hook;  // containers, lists: null is the model's fallback
+    yfw_map_leaf_callback leaf;       // leaves: null is the model's duck_map_leaf
+  } callback;
+  std::uint16_t line = 0;
+  RowIndex list = kNoRow;  // lists: index in the model's lists
   RowKind kind;
-  const char* tag = nullptr;
-  const char* name = nullptr;           // the callback's own name, for its lines
-  const char* augments_name = nullptr;  // containers, lists: name of the augment hook
-  int line = 0;
-  bool announces_refusal = false;             // the augment hook announces a child that it refuses
-  yfw_map_container_callback hook = nullptr;  // containers, lists: null is the model's fallback
-  yfw_map_leaf_callback leaf = nullptr;       // leaves: null is the model's duck_map_leaf
-  const char* list_path = nullptr;            // lists: as yfw_map_update_current_list_node takes it
-  std::array<const char*, kMaxKeys> keys{};   // lists
+  std::uint8_t flags = 0;  // enum RowFlag, or-ed
+
+  [[nodiscard]] constexpr bool has(RowFlag flag) const { return (flags & flag) != 0; }
+};
+
+// What is particular to a list.
+struct List {
+  const char* path;  // as yfw_map_update_current_list_node takes it
+  std::array<const char*, kMaxKeys> keys;
+};
+
+// A row, or the end of one.
+struct Nesting {
+  RowIndex row;
+  bool is_end;
 };
 
 // The lines that an augment hook can write.
@@ -50,19 +70,26 @@ enum WalkerSite : std::uint8_t {
   kSiteStart,
   kSiteInvalidArguments,
   kSiteEnd,
-  kSiteXpathError,
+  kSharedSiteCount,
+  // leaves
+  kSiteXpathError = kSharedSiteCount,
   kLeafSiteCount,
-  kSiteFailedSubtrees = kLeafSiteCount,
+  kSiteFrame = kLeafSiteCount,  // the first of the callback's frame
+  kFramedLeafSiteCount = kSiteFrame + kFrameSiteCount,
+  // containers
+  kSiteFailedSubtrees = kSharedSiteCount,
   kSiteTagMissing,
   kSiteUnsupportedTag,
   kSiteDeleteWithSubtree,
-  kSiteNoKeys,
+  kSiteAugmentHook,  // the first of the augment hook's
+  kContainerSiteCount = kSiteAugmentHook + kHookSiteCount,
+  // lists, which have those of containers, too
+  kSiteNoKeys = kContainerSiteCount,
   kSiteEmptyKey,
   kSiteLeafref,
   kSiteKeyDelete,
   kSiteKeyCount,
-  kSiteAugmentHook,  // the first of its augment hook's
-  kWalkerSiteCount = kSiteAugmentHook + kHookSiteCount
+  kListSiteCount
 };
 
 // A model's table and its fallbacks.
@@ -72,7 +99,10 @@ struct Model {
   yfw_map_container_callback duck_map_container;
   yfw_map_leaf_callback duck_map_list;
   yfw_map_leaf_callback duck_map_leaf;
+  const char* file;  // that the rows stand in
   const Row* rows;
+  RowIndex row_count;
+  const List* lists;
   const RowIndex* first_site;  // a row's first site word
   const RowIndex* slots;       // hash table of the rows, by parent and tag
   std::uint32_t slot_mask;
@@ -109,40 +139,42 @@ struct Index {
 // Not constant: calling it ends a compilation.
 void table_is_wrong(const char* reason);
 
-consteval bool same_text(const char* first, const char* second) {
-  for (; *first != '\0' && *first == *second; ++first, ++second) {
+constexpr std::uint8_t site_count(const Row& row) {
+  switch (row.kind) {
+    case RowKind::kLeaf:
+      return row.has(kHasFrame) ? kFramedLeafSiteCount : kLeafSiteCount;
+    case RowKind::kList:
+      return kListSiteCount;
+    default:
+      return kContainerSiteCount;
   }
-  return *first == *second;
 }
 
-template <std::size_t kRows>
-consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
+template <std::size_t kRows, std::size_t kSteps>
+consteval Index<kRows> make_index(const Row (&rows)[kRows], const Nesting (&nesting)[kSteps]) {
   static_assert(kRows < kNoRow);
   Index<kRows> index;
   index.slots.fill(kNoRow);
   RowIndex parent = kNoRow;
-  for (std::size_t at = 0; at < kRows; ++at) {
-    const auto i = static_cast<RowIndex>(at);
-    const Row& row = rows[i];
-    index.parents[i] = parent;
-    index.first_site[i] = index.site_count;
-    if (row.kind == RowKind::kClose) {
-      if (parent == kNoRow || !same_text(row.name, rows[parent].name)) {
+  for (const Nesting& step : nesting) {
+    if (step.is_end) {
+      if (step.row != parent) {
         table_is_wrong("an end row does not name the row that it closes");
       }
       parent = index.parents[parent];
       continue;
     }
+    const Row& row = rows[step.row];
+    index.parents[step.row] = parent;
+    index.first_site[step.row] = index.site_count;
+    index.site_count += site_count(row);
     std::size_t slot = tag_hash(parent, row.tag) & (index.slots.size() - 1);
     while (index.slots[slot] != kNoRow) {
       slot = (slot + 1) & (index.slots.size() - 1);
     }
-    index.slots[slot] = i;
-    if (row.kind == RowKind::kLeaf) {
-      index.site_count += kLeafSiteCount;
-    } else {
-      index.site_count += kWalkerSiteCount;
-      parent = i;
+    index.slots[slot] = step.row;
+    if (row.kind != RowKind::kLeaf) {
+      parent = step.row;
     }
   }
   if (parent != kNoRow) {
@@ -151,12 +183,17 @@ consteval Index<kRows> make_index(const Row (&rows)[kRows]) {
   return index;
 }
 
-template <std::size_t kWords>
-consteval std::array<std::uint32_t, kWords> fresh_site_words() {
-  std::array<std::uint32_t, kWords> words{};
-  words.fill(kFreshSiteWord);
-  return words;
-}
+// --- what rows become ----------------------------------------------------------------------------
+
+// The exported callbacks of a row: its walker, the augment hook of that, a leaf's dispatcher, and a
+// leaf's callback with its body. The arguments of a callback come first, as in run_leaf.
+cerrno run_walker(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model, RowIndex index);
+cerrno run_augment_hook(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model,
+                        RowIndex index);
+cerrno run_dispatcher(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model,
+                      RowIndex index);
+cerrno run_row(yfw_map_ctx* ctx, const Node* in, Node* out, const Model& model, RowIndex index,
+               Body body);
 
 // Walks a container or a list entry.
 //
@@ -178,6 +215,11 @@ struct AugmentHook {
   int line;
   std::uint32_t* words;            // a word for each AugmentHookSite
   bool announces_refusal = false;  // names a child that it refuses
+  const char* ending = "";         // of the name
+
+  [[nodiscard]] Site site(AugmentHookSite which) const {
+    return {name, line, &words[which], ending};
+  }
 };
 
 // The hook of the OpenConfig direction: refuses the child when it is to be added, passes it over
@@ -190,11 +232,6 @@ cerrno ignore_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
 // The augment hook of a walker.
 cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, const Node* in,
                       Node* out);
-
-// The hook of a container or list of which no leaf is mapped: accepts it, but refuses an edit that
-// ends at it, such as a delete of all that is below, which would otherwise pass without effect.
-cerrno refuse_childless_edit(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count,
-                             Node* out);
 
 }  // namespace ymap
 

@@ -1,0 +1,27 @@
+// Stems of the paths that are written and asked for, so that a row or a callback shows its own
+// part.
+#ifndef YMAP_PATHS_H_
+#define YMAP_PATHS_H_
+
+// OpenConfig.
+#define YMAP_INTERFACE "/interfaces/interface"
+#define YMAP_SUBINTERFACE YMAP_INTERFACE "/subinterfaces/subinterface"
+#define YMAP_TUNNEL YMAP_INTERFACE "/tunnel"
+
+// Native configuration of an interface.
+#define YMAP_NATIVE_INTERFACE "/interface-configurations/interface-configuration"
+#define YMAP_IPV4_NETWORK YMAP_NATIVE_INTERFACE "/ipv4-network"
+#define YMAP_IPV6_NETWORK YMAP_NATIVE_INTERFACE "/ipv6-network"
+#define YMAP_IPV6_REGULAR_ADDRESS YMAP_IPV6_NETWORK "/addresses/regular-addresses/regular-address"
+#define YMAP_IPV6_NEIGHBOR YMAP_NATIVE_INTERFACE "/ipv6-neighbor"
+
+// Native operational data.
+#define YMAP_IPV4_NODE "/ipv4-network/nodes/node"
+#define YMAP_IPV6_NODE "/ipv6-network/nodes/node"
+#define YMAP_IPV6_DETAIL YMAP_IPV6_NODE "/interface-data/vrfs/vrf/details/detail"
+#define YMAP_ARP_ENTRY "/arp/nodes/node/entries/entry"
+#define YMAP_ND_HOST                                                                       \
+  "/ipv6-node-discovery/nodes/node/neighbor-interfaces/neighbor-interface/host-addresses/" \
+  "host-address"
+
+#endif  // YMAP_PATHS_H_
