@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "device/device_directory.h"
+#include "device/item_bytes.h"
 #include "io/device_file.h"
 #include "io/device_json.h"
 #include "io/models.h"
@@ -13,7 +14,6 @@
 #include "mapping/coverage.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
-#include "records/item_bytes.h"
 
 namespace ocifip {
 namespace {

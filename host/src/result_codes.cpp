@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include "im/interface_manager.h"
-#include "records/record_error.h"
 #include "sysdb/sysdb.h"
 #include "yfw/mapping.h"
 #include "yfw/text.h"

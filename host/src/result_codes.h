@@ -23,6 +23,14 @@ inline constexpr cerrno kPathMalformed = 0x40800600;   // a path that has no ste
 inline constexpr cerrno kPathUnwritable = 0x40800800;  // a path that leads through a leaf
 inline constexpr cerrno kRecordUnreadable = 0x40800a00;
 
+// Failures of the codec of records.
+inline constexpr cerrno kRecordSchemaMissing = 0x40800c00;    // the descriptor has no schema
+inline constexpr cerrno kRecordSchemaMalformed = 0x40800e00;  // its schema is not in the language
+inline constexpr cerrno kRecordSchemaLayout = 0x40801000;     // its schema has another size
+inline constexpr cerrno kRecordMismatch = 0x40801200;         // a record of another name or version
+inline constexpr cerrno kRecordMalformed = 0x40801400;        // bytes that are not a record
+inline constexpr cerrno kRecordBatch = 0x40801600;            // no batch is open, or one is already
+
 // Reasons for which the device does not take a native edit.
 inline constexpr cerrno kDataMissing = 0x40802000;  // a node that must be there is not
 inline constexpr cerrno kInvalidData = 0x40802200;  // what would come of it

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "device/device_directory.h"
+#include "device/item_bytes.h"
 #include "fault_layer.h"
 #include "io/models.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
-#include "records/item_bytes.h"
 
 namespace ocifip::faults {
 

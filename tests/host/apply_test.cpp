@@ -16,7 +16,6 @@
 #include "io/document_nodes.h"
 #include "io/read_document.h"
 #include "io_testing.h"
-#include "records/implied_items.h"
 #include "result_codes.h"
 
 namespace ocifip {
@@ -446,7 +445,7 @@ std::string state_of(const DeviceDirectory& directory) {
     }
     text += '\n';
   }
-  for (const auto& [path, item] : directory.device().implied_sysdb) text += path + '\n';
+  for (const auto& [path, item] : directory.configured_items()) text += path + '\n';
   return text;
 }
 

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "device/device_directory.h"
+#include "device/item_bytes.h"
 #include "io/device_file.h"
 #include "native_records.h"
-#include "records/item_bytes.h"
 #include "records/registry.h"
 #include "records_testing.h"
 #include "sysdb/sysdb.h"

@@ -6,10 +6,10 @@
 #include <span>
 
 #include "device/device_directory.h"
+#include "guarded.h"
 #include "im/address_manager.h"
 #include "inet/inet.h"
 #include "result_codes.h"
-#include "services/guarded.h"
 
 namespace ocifip {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "device/implied_items.h"
 #include "device/native_addresses.h"
 #include "device/subinterface_name.h"
-#include "records/implied_items.h"
 #include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
@@ -24,7 +24,8 @@ std::string internal_name(std::string_view name) {
   return internal;
 }
 
-DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
+DeviceDirectory::DeviceDirectory(Device device)
+    : device_(std::move(device)), configured_items_(items_configured_by(device_.native)) {
   if (device_.node) {
     enter_node(*device_.node);
   }
@@ -55,7 +56,6 @@ bool DeviceDirectory::knows(const std::string& name) const { return known_names_
 void DeviceDirectory::configure(Document native) {
   Device device = std::move(device_);
   device.native = std::move(native);
-  device.implied_sysdb = configured_items(device.native);
   *this = DeviceDirectory(std::move(device));
 }
 

@@ -34,6 +34,8 @@ class DeviceDirectory {
   void configure(Document native);
 
   [[nodiscard]] const Device& device() const { return device_; }
+  // Items of the database that the native configuration implies; explicit ones hide them.
+  [[nodiscard]] const DatabaseItems& configured_items() const { return configured_items_; }
   // Handles count from 1; 0 is no interface.
   [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;
   [[nodiscard]] const InterfaceRecord* interface(std::uint32_t handle) const;
@@ -58,6 +60,7 @@ class DeviceDirectory {
   void enter_interface(const DeviceInterface& interface, const DeviceAddresses* configured);
 
   Device device_;
+  DatabaseItems configured_items_;
   std::vector<std::string> nodes_;
   std::vector<InterfaceRecord> interfaces_;
   std::vector<std::string> names_;

@@ -9,10 +9,10 @@
 
 #include "device/address_codec.h"
 #include "device/device_directory.h"
+#include "guarded.h"
 #include "im/event_manager.h"
 #include "inet/inet.h"
 #include "result_codes.h"
-#include "services/guarded.h"
 #include "yfw/text.h"
 
 // There is one of each, and every caller shares it.

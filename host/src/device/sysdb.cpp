@@ -13,11 +13,11 @@
 #include <vector>
 
 #include "device/device_directory.h"
+#include "device/implied_items.h"
+#include "device/item_bytes.h"
+#include "guarded.h"
 #include "ocifip/host.h"
-#include "records/implied_items.h"
-#include "records/item_bytes.h"
 #include "result_codes.h"
-#include "services/guarded.h"
 
 // A binding, shared by all who bind to the same subtree in the same mode.
 struct sysdb_handle {
@@ -79,7 +79,7 @@ std::uint32_t type_of(const DatabaseItem& item) {
 
 // The item of a path. An explicit item hides one that is implied.
 std::optional<DatabaseItem> find_item(const DeviceDirectory& directory, const std::string& path) {
-  for (const auto* items : {&directory.device().sysdb, &directory.device().implied_sysdb}) {
+  for (const auto* items : {&directory.device().sysdb, &directory.configured_items()}) {
     const auto found = items->find(path);
     if (found != items->end()) {
       return found->second;
@@ -91,7 +91,7 @@ std::optional<DatabaseItem> find_item(const DeviceDirectory& directory, const st
 // The items below a path, which ends in "/", in the order of their names.
 DatabaseItems items_below(const DeviceDirectory& directory, const std::string& path) {
   DatabaseItems below;
-  for (const auto* items : {&directory.device().sysdb, &directory.device().implied_sysdb}) {
+  for (const auto* items : {&directory.device().sysdb, &directory.configured_items()}) {
     for (auto item = items->lower_bound(path);
          item != items->end() && item->first.starts_with(path); ++item) {
       below.insert(*item);

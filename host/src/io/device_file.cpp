@@ -11,7 +11,6 @@
 #include "io/device_json.h"
 #include "io/read_json.h"
 #include "io/text.h"
-#include "records/implied_items.h"
 
 namespace ocifip {
 namespace {
@@ -173,8 +172,8 @@ DatabaseItem item_of(const Field& field) {
   return item;
 }
 
-std::map<std::string, DatabaseItem> database_of(const Field& field) {
-  std::map<std::string, DatabaseItem> items;
+DatabaseItems database_of(const Field& field) {
+  DatabaseItems items;
   field.each_member([&](const std::string& path, const Field& item) {
     if (!path.starts_with('/')) item.fail("the path does not begin with \"/\"");
     items.emplace(path, item_of(item));
@@ -210,7 +209,6 @@ Device read_device(const Models& models, const std::string& name, const std::str
     device.native = read_json(models, device.native.name, json.native, OtherAnnotations::kRefused);
   });
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
-  device.implied_sysdb = configured_items(device.native);
   top.with("faults", [&](const Field& faults) {
     faults.object({"sysdb", "interface-manager", "node"});
     device.sysdb_absent = is_absent(faults, "sysdb");

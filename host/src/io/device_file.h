@@ -41,14 +41,13 @@ struct DatabaseItem {
   std::string place;   // for messages: `device.json: sysdb["/a"]`; "" for an item that is implied
 };
 
+using DatabaseItems = std::map<std::string, DatabaseItem>;  // by full path
+
 struct Device {
   std::optional<std::string> node;  // node identity; absent when the device has none
   std::vector<DeviceInterface> interfaces;
   Document native;  // native configuration
-  // Items of the database by full path: the explicit ones, and those that the native configuration
-  // implies, which the former hide.
-  std::map<std::string, DatabaseItem> sysdb;
-  std::map<std::string, DatabaseItem> implied_sysdb;
+  DatabaseItems sysdb;
   bool sysdb_absent = false;  // faults
   bool interface_manager_absent = false;
   bool node_absent = false;

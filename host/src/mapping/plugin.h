@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "mapping/augment_entries.h"
 #include "mapping/read_back.h"
 #include "mapping/registrations.h"
+#include "request/augment_entries.h"
 
 namespace ocifip {
 

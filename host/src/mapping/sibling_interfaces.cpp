@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "guarded.h"
 #include "mapping/walked.h"
 #include "request/request.h"
 #include "result_codes.h"
-#include "services/guarded.h"
 #include "tree/operations.h"
 #include "yfw/interfaces_mapping.h"
 #include "yfw/mapping.h"

@@ -2,8 +2,8 @@
 #ifndef OCIFIP_HOST_RECORDS_CODEC_RESULT_H_
 #define OCIFIP_HOST_RECORDS_CODEC_RESULT_H_
 
+#include "guarded.h"
 #include "records/record_error.h"
-#include "services/guarded.h"
 
 namespace ocifip {
 

@@ -11,12 +11,12 @@
 #include <vector>
 
 #include "io/models.h"
-#include "mapping/augment_entries.h"
 #include "ocifip/host.h"
+#include "request/augment_entries.h"
 #include "request/hierarchy.h"
 #include "request/input_tree.h"
 #include "request/recorder.h"
-#include "services/stack.h"
+#include "request/stack.h"
 #include "tree/arena.h"
 #include "tree/output_tree.h"
 #include "tree/path_cache.h"

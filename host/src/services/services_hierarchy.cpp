@@ -2,8 +2,8 @@
 #include <limits>
 #include <string_view>
 
+#include "guarded.h"
 #include "request/request.h"
-#include "services/guarded.h"
 #include "tree/operations.h"
 #include "yfw/mapping.h"
 

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
+#include "guarded.h"
 #include "request/placement.h"
 #include "request/request.h"
-#include "services/guarded.h"
 #include "tree/instance_steps.h"
 #include "tree/operations.h"
 #include "yfw/mapping.h"

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "guarded.h"
 #include "log/log.h"
 #include "request/request.h"
-#include "services/guarded.h"
 
 namespace ocifip {
 namespace {

@@ -2,9 +2,9 @@
 #include <string>
 #include <string_view>
 
+#include "guarded.h"
 #include "request/placement.h"
 #include "request/request.h"
-#include "services/guarded.h"
 #include "yfw/mapping.h"
 
 namespace ocifip {

@@ -1,6 +1,6 @@
 // The entry callbacks of the plug-in that the sibling interfaces mapping calls.
-#ifndef OCIFIP_HOST_MAPPING_AUGMENT_ENTRIES_H_
-#define OCIFIP_HOST_MAPPING_AUGMENT_ENTRIES_H_
+#ifndef OCIFIP_HOST_REQUEST_AUGMENT_ENTRIES_H_
+#define OCIFIP_HOST_REQUEST_AUGMENT_ENTRIES_H_
 
 #include "yfw/context.h"
 
@@ -15,4 +15,4 @@ struct AugmentEntries {
 
 }  // namespace ocifip
 
-#endif  // OCIFIP_HOST_MAPPING_AUGMENT_ENTRIES_H_
+#endif  // OCIFIP_HOST_REQUEST_AUGMENT_ENTRIES_H_

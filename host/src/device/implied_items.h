@@ -1,9 +1,8 @@
 // Items of the database that nobody wrote down: what the device's configuration and its interfaces
 // imply that the daemons publish. A source for a further model is a function beside these.
-#ifndef OCIFIP_HOST_RECORDS_IMPLIED_ITEMS_H_
-#define OCIFIP_HOST_RECORDS_IMPLIED_ITEMS_H_
+#ifndef OCIFIP_HOST_DEVICE_IMPLIED_ITEMS_H_
+#define OCIFIP_HOST_DEVICE_IMPLIED_ITEMS_H_
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,11 +11,9 @@
 
 namespace ocifip {
 
-using DatabaseItems = std::map<std::string, DatabaseItem>;  // by full path
-
 // What the native configuration alone implies: the proxy ARP settings of the active interfaces, and
 // the static ARP entries. Entries without an address or an interface are left out.
-DatabaseItems configured_items(const Document& native);
+DatabaseItems items_configured_by(const Document& native);
 
 // An item that the running device implies: the detail record of an interface that has an IPv4
 // address, or a static IPv6 neighbor of the device's own node.
@@ -27,4 +24,4 @@ DatabaseItems running_items(const DeviceDirectory& directory, std::string_view p
 
 }  // namespace ocifip
 
-#endif  // OCIFIP_HOST_RECORDS_IMPLIED_ITEMS_H_
+#endif  // OCIFIP_HOST_DEVICE_IMPLIED_ITEMS_H_

@@ -1,6 +1,6 @@
 // The stack behind yfw/stack.h.
-#ifndef OCIFIP_HOST_SERVICES_STACK_H_
-#define OCIFIP_HOST_SERVICES_STACK_H_
+#ifndef OCIFIP_HOST_REQUEST_STACK_H_
+#define OCIFIP_HOST_REQUEST_STACK_H_
 
 #include <vector>
 
@@ -14,4 +14,4 @@ struct yfw_itree_stack {
   std::vector<Element> elements;
 };
 
-#endif  // OCIFIP_HOST_SERVICES_STACK_H_
+#endif  // OCIFIP_HOST_REQUEST_STACK_H_

@@ -1,6 +1,6 @@
 // The bytes of the database's items.
-#ifndef OCIFIP_HOST_RECORDS_ITEM_BYTES_H_
-#define OCIFIP_HOST_RECORDS_ITEM_BYTES_H_
+#ifndef OCIFIP_HOST_DEVICE_ITEM_BYTES_H_
+#define OCIFIP_HOST_DEVICE_ITEM_BYTES_H_
 
 #include <string>
 
@@ -18,4 +18,4 @@ void check_items(const DeviceDirectory& directory);
 
 }  // namespace ocifip
 
-#endif  // OCIFIP_HOST_RECORDS_ITEM_BYTES_H_
+#endif  // OCIFIP_HOST_DEVICE_ITEM_BYTES_H_

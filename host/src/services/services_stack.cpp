@@ -1,6 +1,6 @@
-#include "services/stack.h"
+#include "request/stack.h"
 
-#include "services/guarded.h"
+#include "guarded.h"
 
 using ocifip::guarded;
 using ocifip::kInvalidArgument;

@@ -1,4 +1,4 @@
-#include "records/item_bytes.h"
+#include "device/item_bytes.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,4 +1,4 @@
-#include "records/implied_items.h"
+#include "device/implied_items.h"
 
 #include <algorithm>
 #include <array>
@@ -166,7 +166,7 @@ DatabaseItems neighbors(const DeviceDirectory& directory) {
 
 }  // namespace
 
-DatabaseItems configured_items(const Document& native) {
+DatabaseItems items_configured_by(const Document& native) {
   DatabaseItems items;
   each(native.roots, kInterfaceModule, {"interface-configurations", "interface-configuration"},
        [&](const DocumentNode& interface) { add_proxy_arp(interface, items); });

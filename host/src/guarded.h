@@ -1,6 +1,6 @@
 // The border between the host's C++ and the C functions that it offers.
-#ifndef OCIFIP_HOST_SERVICES_GUARDED_H_
-#define OCIFIP_HOST_SERVICES_GUARDED_H_
+#ifndef OCIFIP_HOST_GUARDED_H_
+#define OCIFIP_HOST_GUARDED_H_
 
 #include <utility>
 
@@ -21,4 +21,4 @@ cerrno guarded(Work&& work) noexcept {
 
 }  // namespace ocifip
 
-#endif  // OCIFIP_HOST_SERVICES_GUARDED_H_
+#endif  // OCIFIP_HOST_GUARDED_H_
