@@ -3,7 +3,8 @@
 Usage: architecture.py ROOT
 
 Each part of the project lists the folders that its quoted includes may come from, and whether it is
-confined to the headers of the language and the C library.
+confined to the headers of the language and the C library. The folders of the host stand in floors:
+each lists those below it.
 """
 
 import re
@@ -32,20 +33,44 @@ C_HEADERS = {
 }
 
 
+HOST = "host/src"
+HOST_INTERFACE = "host/include"
+HOST_GROUND = ("guarded.h", "result_codes.h")  # below every folder of the host
+
+
 @dataclass(frozen=True)
 class Part:
-    folder: str  # of the part
-    known: tuple[str, ...]  # folders, beside the file's own, that its includes are looked up in
+    folder: str  # of the part, or its one file
+    known: tuple[str, ...]  # folders and files, beside its own, that its includes may be of
     confined: bool = False  # no angle includes but the language's
     c_only: bool = False  # nor C++ headers
+    roots: tuple[str, ...] = ()  # folders that its includes are looked up in, if not `known`
+
+
+def host_part(name, *below):
+    """A folder or file of the host, and those below it that it may include."""
+    known = tuple(f"{HOST}/{each}" for each in (*HOST_GROUND, *below))
+    return Part(
+        f"{HOST}/{name}",
+        (*known, HOST_INTERFACE, PLATFORM),
+        roots=(HOST, HOST_INTERFACE, PLATFORM),
+    )
 
 
 PARTS = (
     Part(PLATFORM, (PLATFORM,), confined=True, c_only=True),
     Part(PLUGIN, (PLUGIN, PLATFORM, "records"), confined=True),
     Part("records", ("records", PLATFORM), confined=True),
-    Part("host/include", ("host/include",), confined=True),
-    Part("host/src", ("host/src", "host/include", PLATFORM)),
+    Part(HOST_INTERFACE, (HOST_INTERFACE,), confined=True),
+    *(host_part(name) for name in (*HOST_GROUND, "inet.cpp", "result_codes.cpp", "text_services.cpp")),
+    host_part("io"),
+    host_part("tree", "io"),
+    host_part("records", "io"),
+    host_part("device", "io", "tree", "records"),
+    host_part("request", "io", "tree", "records", "device"),
+    host_part("services", "io", "tree", "records", "device", "request"),
+    host_part("mapping", "io", "tree", "records", "device", "request", "services"),
+    host_part("host.cpp", "io", "tree", "records", "device", "request", "services", "mapping"),
     Part("tool", ("tool", "host/include")),
     Part("tests/redirected_calls", ()),
     Part("bench", ("bench", "tests/redirected_calls", "host/src", "host/include", PLATFORM)),
@@ -60,7 +85,8 @@ PARTS = (
 
 
 def files_below(folder, suffixes):
-    return sorted(path for path in folder.rglob("*") if path.suffix in suffixes and path.is_file())
+    paths = [folder, *folder.rglob("*")]
+    return sorted(path for path in paths if path.suffix in suffixes and path.is_file())
 
 
 def is_language_header(name, c_only):
@@ -75,23 +101,24 @@ def is_within(path, folder):
 
 def quoted_fault(root, part, source, name):
     """Why a quoted include is wrong, or None."""
-    own = root / part.folder
-    candidates = [source.parent / name] + [root / folder / name for folder in part.known]
+    roots = part.roots or part.known
+    candidates = [source.parent / name] + [root / folder / name for folder in roots]
     for candidate in candidates:
         if candidate.is_file():
-            allowed = [own] + [root / folder for folder in part.known]
+            allowed = [root / folder for folder in (part.folder, *part.known)]
             if any(is_within(candidate, folder) for folder in allowed):
                 return None
-            return f'"{name}" is outside of {", ".join(part.known)}'
-    return f'"{name}" is in none of {", ".join(part.known)}'
+            return f'"{name}" is not for {part.folder}, which may include {", ".join(part.known)}'
+    return f'"{name}" is in none of {", ".join(roots)}'
 
 
 def angle_fault(root, part, name):
     """Why an angle include is wrong, or None."""
     if part.confined and not is_language_header(name, part.c_only):
         return f"<{name}> is no header of the language"
-    if (root / PLUGIN / name).is_file():
-        return f"<{name}> is the plug-in's"
+    for folder in (PLUGIN, HOST):
+        if (root / folder / name).is_file():
+            return f"<{name}> is a file of {folder}"
     return None
 
 
@@ -110,6 +137,14 @@ def include_faults(root, part):
                 yield f"{source.relative_to(root)}:{number}: {fault}"
 
 
+def unplaced_faults(root):
+    """Files of the host that no part holds."""
+    placed = {path for part in PARTS for path in files_below(root / part.folder, SOURCE_SUFFIXES)}
+    for path in files_below(root / HOST, SOURCE_SUFFIXES):
+        if path not in placed:
+            yield f"{path.relative_to(root)}: on no floor of the host"
+
+
 def length_faults(root):
     for folder in sorted(root.iterdir()):
         if not folder.is_dir() or folder.name.startswith(".") or folder.name == "build":
@@ -126,6 +161,7 @@ def main():
     faults = [f"{folder}: no sources" for folder in missing]
     for part in PARTS:
         faults += include_faults(root, part)
+    faults += unplaced_faults(root)
     faults += length_faults(root)
     print("\n".join(faults) or "no faults")
     return 1 if faults else 0
