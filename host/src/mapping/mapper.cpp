@@ -45,10 +45,14 @@ std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
 }
 
 // Whether an output holds more than the way to something: a leaf, an operation, or an entry of a
-// list. Native interfaces are no more than the way.
+// list. Native interfaces are no more than the way. A query may end at a container, which stands for
+// all that it holds.
 bool has_effect(const OutputNode& node) {
   const Place& place = *node.place;
   const std::uint8_t operation = node.head.edit_operation;
+  if (node.is_asked_for && node.slots == nullptr) {
+    return true;
+  }
   const bool is_thing = place.is_list() ? place.role != PlaceRole::kNativeInterface
                                         : place.kind != NodeKind::kContainer && !place.is_key;
   if ((operation == NIDL_YFW_EDIT_WRITE && is_thing) || operation == NIDL_YFW_EDIT_REPLACE ||
