@@ -283,8 +283,8 @@ void Trial::map(const tool::CommandLine& line, Device device) {
   const Document native = device.native;
   Session session(std::move(device));
   static constexpr auto kStandIns = stand_ins(std::make_index_sequence<64>());
-  for (yfw_map_leaf_callback* callback : callbacks_of(session.entries)) {
-    callbacks_.push_back(std::exchange(*callback, kStandIns.at(callbacks_.size())));
+  for (const EntryCallback& each : callbacks_of(session.entries)) {
+    callbacks_.push_back(std::exchange(*each.callback, kStandIns.at(callbacks_.size())));
   }
   session.layer.fails = [this](const ServiceCall& call) { return fails(call); };
   current_ = this;

@@ -3,6 +3,8 @@
 #ifndef SESSION_H_
 #define SESSION_H_
 
+#include <dlfcn.h>
+
 #include <string>
 #include <vector>
 
@@ -20,10 +22,25 @@ inline const Models& models() {
   return loaded;
 }
 
-// Every callback that the host enters.
-inline std::vector<yfw_map_leaf_callback*> callbacks_of(PluginEntries& entries) {
-  auto callbacks = entries.parts();
-  callbacks.insert(callbacks.begin(), &entries.openconfig);
+// A callback that the host enters.
+struct EntryCallback {
+  std::string symbol;
+  yfw_map_leaf_callback* callback;
+};
+
+// All of them.
+inline std::vector<EntryCallback> callbacks_of(PluginEntries& entries) {
+  std::vector<EntryCallback> callbacks = {{{}, &entries.openconfig}};
+  for (yfw_map_leaf_callback* part : entries.parts()) {
+    callbacks.push_back({{}, part});
+  }
+  for (EntryCallback& each : callbacks) {
+    Dl_info symbol{};
+    if (dladdr(reinterpret_cast<void*>(*each.callback), &symbol) != 0 &&
+        symbol.dli_sname != nullptr) {
+      each.symbol = symbol.dli_sname;
+    }
+  }
   return callbacks;
 }
 

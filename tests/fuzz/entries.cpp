@@ -24,18 +24,28 @@ namespace {
 #define ROUTED_VLAN "/interfaces/interface/routed-vlan"
 #define NATIVE_INTERFACE "/interface-configurations/interface-configuration"
 
-// What each callback is made for, in the order of callbacks_of; behind it come the tops of trees
-// and of summaries.
-constexpr std::array<std::array<const char*, 2>, 8> kTops = {{
-    {"/interfaces", "/interfaces"},
-    {SUBINTERFACE, SUBINTERFACE "/ipv4"},
-    {SUBINTERFACE, SUBINTERFACE "/ipv6"},
-    {ROUTED_VLAN, ROUTED_VLAN "/ipv4"},
-    {ROUTED_VLAN, ROUTED_VLAN "/ipv6"},
-    {NATIVE_INTERFACE, NATIVE_INTERFACE},
-    {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv4-network"},
-    {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv4-network"},
-}};
+// What the callbacks are made for, by a part of their names: nodes to enter them with, and what the
+// framework is in when it does. Those of whole trees need no row.
+enum class Within { kNothing, kSubinterface, kNativeInterface };
+struct MadeFor {
+  std::string_view name;
+  Within within;
+  std::array<const char*, 2> tops;
+};
+constexpr MadeFor kMadeFor[] = {
+    {"ocif_openconfiginterfaces_lvla_interfaces", Within::kNothing, {"/interfaces", "/interfaces"}},
+    {"augment_lvla_subinterface", Within::kSubinterface, {SUBINTERFACE, SUBINTERFACE "/ipv4"}},
+    {"augment_lvlb_subinterface", Within::kSubinterface, {SUBINTERFACE, SUBINTERFACE "/ipv6"}},
+    {"augment_lvla_routed_vlan", Within::kSubinterface, {ROUTED_VLAN, ROUTED_VLAN "/ipv4"}},
+    {"augment_lvlb_routed_vlan", Within::kSubinterface, {ROUTED_VLAN, ROUTED_VLAN "/ipv6"}},
+    // This one makes itself current.
+    {"lvla_interfaceconfigurations_interfaceconfiguration",
+     Within::kNothing,
+     {NATIVE_INTERFACE, NATIVE_INTERFACE}},
+    {"ipv4iocfg_augment",
+     Within::kNativeInterface,
+     {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv4-network"}},
+};
 
 constexpr std::array<std::uint32_t, 6> kRequests = {
     YFW_MAP_REQUEST_MERGE,   YFW_MAP_REQUEST_READ_CONFIG, YFW_MAP_REQUEST_READ_STATE,
@@ -86,10 +96,6 @@ constexpr std::array kNamespaces = {"urn:example:foreign", "http://openconfig.ne
                                     "http://openconfig.net/yang/interfaces/ip",
                                     "urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg"};
 
-// Positions in callbacks_of. The first of the native entries makes itself current.
-constexpr std::size_t kFirstOfSubinterface = 1;
-constexpr std::size_t kFirstOfNativeEntry = 5;
-
 constexpr int kDeepest = 16;
 constexpr std::size_t kMostNodes = 400;
 constexpr std::size_t kMostCalls = 400;
@@ -109,18 +115,54 @@ const lysc_node* schema_at(std::string_view path) {
   return node;
 }
 
+// A callback, and what it is made for.
+struct Entry {
+  yfw_map_leaf_callback call;
+  Within within;
+  std::array<const lysc_node*, 2> tops;
+};
+
+std::array<const lysc_node*, 2> tops_of_tree(yfw_map_leaf_callback call) {
+  const ReadBackEntries& entries = session().entries.read_back;
+  for (const auto* trees : {&entries.trees, &entries.summaries}) {
+    for (const NativeTree& tree : *trees) {
+      if (tree.enter == call) {
+        const lysc_node* top = faults::models().child(nullptr, tree.tag, tree.module_namespace);
+        return {top, top};
+      }
+    }
+  }
+  return {};
+}
+
+Entry entry_of(const faults::EntryCallback& named) {
+  for (const MadeFor& made : kMadeFor) {
+    if (named.symbol.find(made.name) != std::string::npos) {
+      return {*named.callback, made.within, {schema_at(made.tops[0]), schema_at(made.tops[1])}};
+    }
+  }
+  const Entry entry{*named.callback, Within::kNothing, tops_of_tree(*named.callback)};
+  if (entry.tops[0] == nullptr) {
+    std::fprintf(stderr, "nothing is said of what %s is made for\n", named.symbol.c_str());
+    std::abort();
+  }
+  return entry;
+}
+
+const std::vector<Entry>& all_entries() {
+  static const std::vector<Entry> entries = [] {
+    std::vector<Entry> found;
+    for (const faults::EntryCallback& named : faults::callbacks_of(session().entries)) {
+      found.push_back(entry_of(named));
+    }
+    return found;
+  }();
+  return entries;
+}
+
 // A node that an entry is made for, or any other now and then.
-const lysc_node* top_for(std::size_t entered, Choices& choices) {
-  if (choices.one_in(16)) {
-    return schema_at(choices.among(kTops)[1]);
-  }
-  if (entered < kTops.size()) {
-    return schema_at(choices.among(kTops[entered]));
-  }
-  const auto& [summaries, interfaces, trees] = session().entries.read_back;
-  const std::size_t number = entered - kTops.size();
-  const NativeTree& tree = number < trees.size() ? trees[number] : summaries[number - trees.size()];
-  return faults::models().child(nullptr, tree.tag, tree.module_namespace);
+const lysc_node* top_for(const Entry& entry, Choices& choices) {
+  return choices.among(choices.one_in(16) ? choices.among(all_entries()).tops : entry.tops);
 }
 
 class TreeMaker {
@@ -234,12 +276,13 @@ class TreeMaker {
   bool has_wrong_kinds_ = false;
 };
 
-void set_request(yfw_map_request_state& state, std::size_t entered, Choices& choices) {
+void set_request(yfw_map_request_state& state, const Entry& entry, Choices& choices) {
   state.request.request_source = choices.one_in(4) ? YFW_MAP_SOURCE_OPERATIONAL : 0U;
   state.request.filter_fields = choices.one_in(4) ? 1 : 0;
   state.list_entry_reuse = choices.one_in(2) ? 1 : 0;
   // The walker of interfaces finds out by itself.
-  state.list_wide = entered != 0 && choices.one_in(8) ? 1 : 0;
+  const bool finds_out = entry.call == session().entries.openconfig;
+  state.list_wide = !finds_out && choices.one_in(8) ? 1 : 0;
 }
 
 // The entries that the host is in when it enters a callback.
@@ -302,16 +345,15 @@ void run(Choices& choices) {
   const RequestSettings settings{
       .request_op = choices.among(kRequests), .is_query = choices.one_in(2), .record_calls = true};
   Request request({faults::models(), paths, host.entries.augments}, no_input, settings);
-  const auto callbacks = faults::callbacks_of(host.entries);
-  const std::size_t entered = choices.below(callbacks.size());
-  set_request(request.state(), entered, choices);
+  const Entry& entry = choices.among(all_entries());
+  set_request(request.state(), entry, choices);
   const std::size_t failing = choices.one_in(2) ? choices.below(kMostCalls) + 1 : 0;
   TreeMaker maker(choices);
-  const InputNode& top = maker.make(top_for(entered, choices));
+  const InputNode& top = maker.make(top_for(entry, choices));
   std::optional<Surroundings> surroundings;
-  if (entered >= kFirstOfSubinterface && entered < kFirstOfNativeEntry) {
+  if (entry.within == Within::kSubinterface) {
     surroundings.emplace(request, choices.among(kNames), choices.among(kIndices));
-  } else if (entered == kFirstOfNativeEntry + 1 || entered == kFirstOfNativeEntry + 2) {
+  } else if (entry.within == Within::kNativeInterface) {
     surroundings.emplace(request, top);
   }
   if (is_stateless) {
@@ -321,7 +363,7 @@ void run(Choices& choices) {
   std::size_t calls = 0;
   host.layer.fails = [&](const faults::ServiceCall&) { return ++calls == failing; };
   const faults::Footing footing(request, top);
-  const cerrno result = (*callbacks[entered])(request.context(), &top, request.out());
+  const cerrno result = entry.call(request.context(), &top, request.out());
   host.layer.fails = nullptr;
   // A list that the framework has not been told of, or does not know for one, has no edit operation
   // of its own. Whether an entry is in the output list is told by the request's state.

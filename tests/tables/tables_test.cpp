@@ -1,6 +1,7 @@
 // The plug-in's tables, held against the YANG modules and against the names that the library
 // exports.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,13 +12,8 @@
 #include <vector>
 
 #include "io/models.h"
-#include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.h"
-#include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.h"
-#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
-#include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
-#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
-#include "ymap_ocifip_openconfig_if_ip.h"
-#include "ymap_ocifip_openconfig_interfaces.h"
+#include "mapping/plugin.h"
+#include "model_headers.h"
 
 namespace {
 
@@ -106,91 +102,101 @@ const lysc_node* find(const Models& models, const std::vector<std::string>& tags
   return node;
 }
 
-std::vector<std::string> schema_of(const std::vector<std::string>& tags) {
-  const Models models(OCIFIP_MODELS_DIR);
-  std::vector<std::string> lines;
-  append_schema(models, find(models, tags), "", lines);
-  return lines;
-}
+// --- the models ----------------------------------------------------------------------------------
 
-struct Tree {
-  const char* name;
+// A model with rows.
+struct RowModel {
+  std::string name;    // of its files, without "ymap_ocifip_"
+  std::string prefix;  // of its callbacks
   const Model& model;
-  RowIndex row;
-  std::vector<std::string> node;
-  std::vector<std::string> without_row;  // published nodes that are deliberately not dispatched
 };
 
-class Tables : public testing::TestWithParam<Tree> {};
-
-TEST_P(Tables, HaveTheSchemasNodesInItsOrder) {
-  const Tree& tree = GetParam();
-  std::vector<std::string> schema = schema_of(tree.node);
-  for (const std::string& line : tree.without_row) {
-    EXPECT_EQ(std::erase(schema, line), 1u) << line;
-  }
-  EXPECT_EQ(rows_of(tree.model, tree.row), schema);
+std::vector<RowModel> row_models() {
+  std::vector<RowModel> models;
+#define MODEL_EVENT "add_model.inc"
+#include "models.inc"
+#undef MODEL_EVENT
+  return models;
 }
 
-const std::vector<std::string> kSubinterface = {"interfaces", "interface", "subinterfaces",
-                                                "subinterface"};
-const std::vector<std::string> kNativeInterface = {"interface-configurations",
-                                                   "interface-configuration"};
-const std::vector<std::string> kRoutedVlan = {"interfaces", "interface", "routed-vlan"};
+// Nodes to which the modules of others add theirs.
+const std::vector<std::string> kAugmented[] = {
+    {"interface-configurations", "interface-configuration"},
+    {"interfaces", "interface", "subinterfaces", "subinterface"},
+    {"interfaces", "interface", "routed-vlan"},
+};
 
-std::vector<std::string> below(std::vector<std::string> tags, const char* tag) {
-  tags.emplace_back(tag);
+// Published nodes that are deliberately not dispatched.
+const std::set<std::string> kWithoutRow = {
+    "/interfaces/interface/subinterfaces/subinterface/config/enabled leaf"};
+
+// The tops of a model's rows.
+std::vector<RowIndex> tops_of(const Model& model) {
+  std::vector<RowIndex> tops;
+  for (RowIndex i = 0; i < model.row_count; ++i) {
+    if (model.parents[i] == ymap::kNoRow) {
+      tops.push_back(i);
+    }
+  }
+  return tops;
+}
+
+// The schemas of the nodes that a top may be of: at the top of a module, or below what it augments.
+std::vector<const lysc_node*> schemas_of(const Models& models, const RowModel& rows, RowIndex top) {
+  std::vector<const lysc_node*> parents = {nullptr};
+  for (const std::vector<std::string>& augmented : kAugmented) {
+    parents.push_back(find(models, augmented));
+  }
+  std::vector<const lysc_node*> schemas;
+  for (const lysc_node* parent : parents) {
+    if (const lysc_node* node =
+            models.child(parent, rows.model.rows[top].tag, rows.model.module_namespace)) {
+      schemas.push_back(node);
+    }
+  }
+  return schemas;
+}
+
+// The nodes that a module has at the top, and adds to what it augments.
+std::set<std::string> tags_of(const Models& models, const std::string& module_namespace) {
+  std::set<std::string> tags;
+  const auto add = [&](const lysc_node* parent) {
+    for (const lysc_node* child : models.children(parent)) {
+      if (Models::module_namespace(child) == module_namespace &&
+          (parent == nullptr || Models::module(parent) != Models::module(child))) {
+        tags.emplace(Models::tag(child));
+      }
+    }
+  };
+  add(nullptr);
+  for (const std::vector<std::string>& augmented : kAugmented) {
+    add(find(models, augmented));
+  }
   return tags;
 }
 
-using namespace ymap::openconfig_if_ip;
-INSTANTIATE_TEST_SUITE_P(
-    , Tables,
-    testing::Values(Tree{"ipv4", kModel, row_lvla_ipv4, below(kSubinterface, "ipv4"), {}},
-                    Tree{"ipv6", kModel, row_lvla_ipv6, below(kSubinterface, "ipv6"), {}},
-                    Tree{"routed_ipv4", kModel, row_lvlb_ipv4, below(kRoutedVlan, "ipv4"), {}},
-                    Tree{"routed_ipv6", kModel, row_lvlb_ipv6, below(kRoutedVlan, "ipv6"), {}},
-                    Tree{"interfaces",
-                         ymap::openconfig_interfaces::kModel,
-                         ymap::openconfig_interfaces::row_lvla_interfaces,
-                         {"interfaces"},
-                         {"/interfaces/interface/subinterfaces/subinterface/config/enabled leaf"}},
-                    Tree{"ipv4_network",
-                         ymap::halvane_ombrix_ipv4_io_cfg::kModel,
-                         ymap::halvane_ombrix_ipv4_io_cfg::row_lvla_ipv4network,
-                         below(kNativeInterface, "ipv4-network"),
-                         {}},
-                    Tree{"ipv4_network_forwarding",
-                         ymap::halvane_ombrix_ipv4_io_cfg::kModel,
-                         ymap::halvane_ombrix_ipv4_io_cfg::row_lvla_ipv4networkforwarding,
-                         below(kNativeInterface, "ipv4-network-forwarding"),
-                         {}},
-                    Tree{"ipv4_network_state",
-                         ymap::halvane_ombrix_ipv4_io_oper::kModel,
-                         ymap::halvane_ombrix_ipv4_io_oper::row_lvla_ipv4network,
-                         {"ipv4-network"},
-                         {}},
-                    Tree{"ocifipv4ma",
-                         ymap::halvane_ombrix_private_ocifip_v4ma_oper::kModel,
-                         ymap::halvane_ombrix_private_ocifip_v4ma_oper::row_lvla_ocifipv4ma,
-                         {"ocifipv4ma"},
-                         {}},
-                    Tree{"ocifipv6ma",
-                         ymap::halvane_ombrix_private_ocifip_v6ma_oper::kModel,
-                         ymap::halvane_ombrix_private_ocifip_v6ma_oper::row_lvla_ocifipv6ma,
-                         {"ocifipv6ma"},
-                         {}},
-                    Tree{"global_interface_configuration",
-                         ymap::halvane_ombrix_ifmgr_cfg::kModel,
-                         ymap::halvane_ombrix_ifmgr_cfg::row_lvla_globalinterfaceconfiguration,
-                         {"global-interface-configuration"},
-                         {}},
-                    Tree{"interface_configurations",
-                         ymap::halvane_ombrix_ifmgr_cfg::kModel,
-                         ymap::halvane_ombrix_ifmgr_cfg::row_lvla_interfaceconfigurations,
-                         {"interface-configurations"},
-                         {}}),
-    [](const testing::TestParamInfo<Tree>& each) { return each.param.name; });
+class Tables : public testing::TestWithParam<RowModel> {};
+
+TEST_P(Tables, HaveTheSchemasNodesInItsOrder) {
+  const Models models(OCIFIP_MODELS_DIR);
+  std::set<std::string> tags = tags_of(models, GetParam().model.module_namespace);
+  for (const RowIndex top : tops_of(GetParam().model)) {
+    SCOPED_TRACE(GetParam().model.rows[top].name);
+    tags.erase(GetParam().model.rows[top].tag);
+    const auto schemas = schemas_of(models, GetParam(), top);
+    EXPECT_FALSE(schemas.empty()) << "no model has this node";
+    for (const lysc_node* schema : schemas) {
+      std::vector<std::string> lines;
+      append_schema(models, schema, "", lines);
+      std::erase_if(lines, [](const std::string& line) { return kWithoutRow.contains(line); });
+      EXPECT_EQ(rows_of(GetParam().model, top), lines);
+    }
+  }
+  EXPECT_EQ(tags, std::set<std::string>()) << "no row has these";
+}
+
+INSTANTIATE_TEST_SUITE_P(, Tables, testing::ValuesIn(row_models()),
+                         [](const auto& each) { return each.param.name; });
 
 // --- exported names ------------------------------------------------------------------------------
 
@@ -209,29 +215,9 @@ std::set<std::string> output_lines(const std::string& command) {
 // What the rows of every model export.
 std::set<std::string> names_of_rows() {
   std::set<std::string> names;
-  // clang-format off
-#include "ymap_ocifip_openconfig_if_ip.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_openconfig_interfaces.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_halvane_ombrix_ifmgr_cfg.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-#include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.inc"
-#include "exported_names.inc"
-#include "ymap_model_end.inc"
-  // clang-format on
+#define MODEL_EVENT "exported_names.inc"
+#include "models.inc"
+#undef MODEL_EVENT
   return names;
 }
 
@@ -275,6 +261,53 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
   EXPECT_EQ(output_lines("nm -D --defined-only --format=just-symbols '" OCIFIP_PLUGIN
                          "' | grep -vE '^(__odr_asan|_ZT[IS]F)|___llvm_prf_'"),
             names);
+}
+
+// --- entries -------------------------------------------------------------------------------------
+
+std::string symbol_of(yfw_map_leaf_callback callback) {
+  Dl_info symbol{};
+  const bool is_known = dladdr(reinterpret_cast<void*>(callback), &symbol) != 0;
+  return is_known && symbol.dli_sname != nullptr ? symbol.dli_sname : "";
+}
+
+// The callbacks that the host enters with native data, by name.
+std::set<std::string> names_of_entries(const ocifip::PluginEntries& entries) {
+  std::set<std::string> names;
+  for (const yfw_map_leaf_callback callback : entries.read_back.interface_configuration) {
+    names.insert(symbol_of(callback));
+  }
+  for (const auto* trees : {&entries.read_back.trees, &entries.read_back.summaries}) {
+    for (const ocifip::NativeTree& tree : *trees) {
+      names.insert(symbol_of(tree.enter));
+    }
+  }
+  return names;
+}
+
+// Native data that no entry takes would read back as nothing.
+TEST(Entries, TakeTheTopsOfEveryNativeModel) {
+  const Models models(OCIFIP_MODELS_DIR);
+  const ocifip::Plugin plugin(OCIFIP_PLUGIN);
+  const std::set<std::string> entered = names_of_entries(plugin.entries());
+  std::set<std::string> exported =
+      output_lines("nm -D --defined-only --format=just-symbols '" OCIFIP_PLUGIN
+                   "' | grep -E '^ymap_xo_.*_augment_[a-z]+_interface_configuration$'");
+  for (const RowModel& rows : row_models()) {
+    if (rows.model.direction != ymap::Direction::kToOpenConfig) {
+      continue;
+    }
+    for (const RowIndex top : tops_of(rows.model)) {
+      if (models.child(nullptr, rows.model.rows[top].tag, rows.model.module_namespace) != nullptr) {
+        exported.insert(rows.model.rows[top].name);
+      }
+    }
+  }
+  // The host walks this one by itself, and enters the walker of its list.
+  const std::string list = "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_interfaceconfigurations";
+  EXPECT_EQ(exported.erase(list), 1U);
+  exported.insert(list + "_interfaceconfiguration");
+  EXPECT_EQ(entered, exported);
 }
 
 TEST(Imports, AreDeclaredByTheContract) {

@@ -1,4 +1,5 @@
-// The OpenConfig nodes and values that native data is read back as, held against the models.
+// The nodes and values that the plug-in writes and asks for, in both directions, held against the
+// models: a path that no model has would be written, and nobody would notice.
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
@@ -24,6 +25,13 @@ const std::set<std::string> kDeviations = {
     std::string(kSubinterface) + "/ipv4/addresses/address/state/origin = DYNAMIC",
 };
 
+// Native models that the project does not have yet. Nothing of what is written to them can be held
+// against anything.
+const std::set<std::string> kModelsToCome = {"Halvane-Ombrix-ipv6-ma-cfg",
+                                             "Halvane-Ombrix-ipv6-nd-cfg"};
+
+bool is_openconfig(const Place& place) { return place.module.starts_with("openconfig-"); }
+
 // "" when the models have it.
 std::string deviation(const Models& models, const WrittenNode& node) {
   const Place& place = *node.place;
@@ -32,6 +40,9 @@ std::string deviation(const Models& models, const WrittenNode& node) {
   }
   if (!Models::is_leaf(place.schema)) {
     return node.value.empty() ? "" : place.path + " = " + node.value;
+  }
+  if (!is_openconfig(place) && node.value.empty()) {
+    return "";  // a query, or a deletion
   }
   const LY_ERR result = lyd_value_validate(models.context(), place.schema, node.value.data(),
                                            node.value.size(), nullptr, nullptr, nullptr);
@@ -45,10 +56,18 @@ TEST(Written, IsWhatTheModelsHave) {
   const QuietLog quiet;
   const Plugin plugin(OCIFIP_PLUGIN);
   std::set<std::string> deviations;
-  find_coverage(models, plugin.entries(),
-                [&](const WrittenNode& node) { deviations.insert(deviation(models, node)); });
+  std::set<std::string> unknown_models;
+  find_coverage(models, plugin.entries(), [&](const WrittenNode& node) {
+    const bool is_known = !models.namespace_of(node.place->module).empty();
+    if (!is_known) {
+      unknown_models.insert(node.place->module);
+    } else {
+      deviations.insert(deviation(models, node));
+    }
+  });
   deviations.erase("");
   EXPECT_EQ(deviations, kDeviations);
+  EXPECT_EQ(unknown_models, kModelsToCome);
 }
 
 }  // namespace

@@ -60,11 +60,10 @@ std::vector<DeviceDirectory> probe_devices(const Models& models) {
 
 class CoverageSearch {
  public:
-  CoverageSearch(const Models& models, const PluginEntries& plugin,
-                 const std::function<void(const WrittenNode&)>& read_back)
+  CoverageSearch(const Models& models, const PluginEntries& plugin, const WriteObserver& written)
       : models_(models),
         plugin_(plugin),
-        read_back_(read_back),
+        written_(written),
         paths_(models),
         framework_{models, paths_, plugin.augments},
         probes_(models) {}
@@ -115,8 +114,9 @@ class CoverageSearch {
         path.push_back(child);
         for_each_leaf(models_, path, [&](SchemaPath leaf) {
           indexes_.emplace(leaf.back(), leaves_.size());
-          leaves_.push_back(
-              {place_of(leaf), LeafProbe(framework_, plugin_.openconfig, probes_, leaf), {}});
+          leaves_.push_back({place_of(leaf),
+                             LeafProbe(framework_, plugin_.openconfig, probes_, leaf, written_),
+                             {}});
         });
         path.pop_back();
       }
@@ -132,8 +132,8 @@ class CoverageSearch {
       Nodes path = {root};
       for_each_leaf(models_, path, [&](SchemaPath native) {
         for (const WrittenNode& node : probe.written_from(native)) {
-          if (read_back_) {
-            read_back_(node);
+          if (written_) {
+            written_(node);
           }
           if (const auto index = indexes_.find(node.place->schema); index != indexes_.end()) {
             leaves_[index->second].native.insert(place_of(native));
@@ -159,7 +159,7 @@ class CoverageSearch {
 
   const Models& models_;
   const PluginEntries& plugin_;
-  const std::function<void(const WrittenNode&)>& read_back_;
+  const WriteObserver& written_;
   PathCache paths_;
   Framework framework_;
   Probes probes_;
@@ -170,8 +170,8 @@ class CoverageSearch {
 }  // namespace
 
 Coverage find_coverage(const Models& models, const PluginEntries& plugin,
-                       const std::function<void(const WrittenNode&)>& read_back) {
-  return CoverageSearch(models, plugin, read_back).run();
+                       const WriteObserver& written) {
+  return CoverageSearch(models, plugin, written).run();
 }
 
 }  // namespace ocifip

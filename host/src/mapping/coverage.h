@@ -2,8 +2,6 @@
 #ifndef OCIFIP_HOST_MAPPING_COVERAGE_H_
 #define OCIFIP_HOST_MAPPING_COVERAGE_H_
 
-#include <functional>
-
 #include "io/models.h"
 #include "mapping/plugin.h"
 #include "ocifip/host.h"
@@ -12,9 +10,9 @@
 namespace ocifip {
 
 // Has a plug-in map edits and reads of every leaf by itself, on devices made up for it, and every
-// native leaf that it reads back; `read_back`, when given, is shown what it writes then.
+// native leaf that it reads back; `written`, when given, is shown all that it writes and asks for.
 Coverage find_coverage(const Models& models, const PluginEntries& plugin,
-                       const std::function<void(const WrittenNode&)>& read_back = {});
+                       const WriteObserver& written = {});
 
 }  // namespace ocifip
 

@@ -73,6 +73,11 @@ LeafProbe::Mapped LeafProbe::map(DocumentNode top, RequestSettings settings) con
   settings.written = &mapped.written;
   Request request(framework_, input, settings);
   mapped.result = map_input(request, mapping_);
+  for (const WrittenNode& node : mapped.written) {
+    if (written_) {
+      written_(node);
+    }
+  }
   return mapped;
 }
 

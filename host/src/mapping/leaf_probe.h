@@ -28,13 +28,14 @@ class LeafFinding {
 
 class LeafProbe {
  public:
-  // The path leads to an OpenConfig leaf; the rest outlives the probe.
+  // The path leads to an OpenConfig leaf, `written` may be empty; the rest outlives the probe.
   LeafProbe(const Framework& framework, yfw_map_leaf_callback mapping, Probes& probes,
-            SchemaPath path)
+            SchemaPath path, const WriteObserver& written)
       : framework_(framework),
         mapping_(mapping),
         probes_(probes),
-        path_(path.begin(), path.end()) {}
+        path_(path.begin(), path.end()),
+        written_(written) {}
 
   // Has the mapping merge, replace, delete and read the leaf, as the active device is.
   void run();
@@ -62,6 +63,7 @@ class LeafProbe {
   yfw_map_leaf_callback mapping_;  // takes an OpenConfig request
   Probes& probes_;
   std::vector<const lysc_node*> path_;
+  const WriteObserver& written_;
   LeafFinding edit_;
   LeafFinding read_;
   LeafFinding read_config_;

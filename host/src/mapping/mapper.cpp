@@ -45,8 +45,8 @@ std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
 }
 
 // Whether an output holds more than the way to something: a leaf, an operation, or an entry of a
-// list. Native interfaces are no more than the way. A query may end at a container, which stands for
-// all that it holds.
+// list. Native interfaces are no more than the way. A query may end at a container, which stands
+// for all that it holds.
 bool has_effect(const OutputNode& node) {
   const Place& place = *node.place;
   const std::uint8_t operation = node.head.edit_operation;

@@ -3,6 +3,7 @@
 #define OCIFIP_HOST_REQUEST_REQUEST_H_
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,6 +40,9 @@ struct WrittenNode {
 
   auto operator<=>(const WrittenNode&) const = default;
 };
+
+// Is shown what a mapping writes.
+using WriteObserver = std::function<void(const WrittenNode&)>;
 
 struct RequestSettings {
   std::uint32_t request_op = YFW_MAP_REQUEST_MERGE;
