@@ -68,6 +68,70 @@ class DatabaseItem {
   std::uint32_t type_ = 0;
 };
 
+// An item of a list; name and bytes are the list's.
+struct ListedItem {
+  const char* name;
+  const void* bytes;
+  std::uint32_t length;
+};
+
+// A list of the database.
+class DatabaseList {
+ public:
+  DatabaseList() = default;
+  ~DatabaseList() {
+    if (list_ != nullptr) {
+      sysdb_datalist_free(list_);
+    }
+  }
+  DatabaseList(const DatabaseList&) = delete;
+  DatabaseList& operator=(const DatabaseList&) = delete;
+
+  // Opens the list below a path; one that is empty, or is not there, has no items. Returns 0 or the
+  // client's failure.
+  //
+  //   filter  key text that selects items, or null for all
+  cerrno open(sysdb_handle* handle, const char* path, const char* filter = nullptr) {
+    const cerrno result = sysdb_datalist(handle, path, filter, &list_, &count_);
+    const bool is_empty = result == SYSDB_ITEM_NOT_FOUND || result == SYSDB_LIST_EMPTY;
+    if (result != YMAP_OK) {
+      list_ = nullptr;
+      count_ = 0;
+    }
+    return is_empty ? YMAP_OK : result;
+  }
+
+  [[nodiscard]] std::uint32_t count() const { return count_; }
+
+  // Calls a function with each item of a type, in their order, and passes others over. Ends with
+  // the first failure: the client's, the function's, or kNamelessItem.
+  template <typename Visit>
+  cerrno each(std::uint32_t type, const Visit& visit) {
+    for (std::uint32_t i = 0; i < count_; ++i) {
+      ListedItem item{};
+      std::uint32_t item_type = 0;
+      cerrno result = sysdb_datalist_next(list_, &item.name, &item.bytes, &item.length, &item_type);
+      if (result == YMAP_OK && item.name == nullptr) {
+        result = kNamelessItem;
+      }
+      if (result == YMAP_OK && item_type == type) {
+        result = visit(item);
+      }
+      if (result != YMAP_OK) {
+        return result;
+      }
+    }
+    return YMAP_OK;
+  }
+
+  // Result of a list with an item that has no name.
+  static constexpr cerrno kNamelessItem = 0x409f1800;
+
+ private:
+  sysdb_list* list_ = nullptr;
+  std::uint32_t count_ = 0;
+};
+
 // A record that has been decoded into its structure.
 template <typename Structure>
 class DecodedRecord {
