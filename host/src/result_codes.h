@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "yfw/cerrno.h"
+#include "yfw/mapping_results.h"
 
 namespace ocifip {
 
@@ -14,9 +15,9 @@ inline constexpr cerrno kOk = 0;
 
 // Failures of the services.
 inline constexpr cerrno kNotFound = 2;
-inline constexpr cerrno kNoMemory = 12;
-inline constexpr cerrno kInvalidArgument = 22;
-inline constexpr cerrno kUndecodable = 70;
+inline constexpr cerrno kNoMemory = YFW_MAP_ERR_NO_MEMORY;
+inline constexpr cerrno kInvalidArgument = 22;  // a mapping's YFW_MAP_ERR_NO_RECORD, too
+inline constexpr cerrno kUndecodable = YFW_MAP_ERR_ADDRESS_LIST;
 inline constexpr cerrno kUnavailable = 0x40800200;     // a service that the device lacks
 inline constexpr cerrno kUnbalanced = 0x40800400;      // a pop without its push
 inline constexpr cerrno kPathMalformed = 0x40800600;   // a path that has no steps
@@ -36,10 +37,10 @@ inline constexpr cerrno kDataMissing = 0x40802000;  // a node that must be there
 inline constexpr cerrno kInvalidData = 0x40802200;  // what would come of it
 
 // Results of mappings, as far as the host returns or tells them apart itself.
-inline constexpr cerrno kInvalidArguments = 0xaaf2a000;
-inline constexpr cerrno kUnsupported = 0xaaf2ee00;
-inline constexpr cerrno kListKey = 0xaaf2f000;
-inline constexpr cerrno kKeyDelete = 0xaaf2f200;
+inline constexpr cerrno kInvalidArguments = YFW_MAP_ERR_INVALID_ARGS;
+inline constexpr cerrno kUnsupported = YFW_MAP_ERR_UNSUPPORTED;
+inline constexpr cerrno kListKey = YFW_MAP_ERR_LIST_KEY;
+inline constexpr cerrno kKeyDelete = YFW_MAP_ERR_KEY_DELETE;
 
 // One word for a result, as "unsupported"; "error" for a result without a word of its own.
 std::string_view result_name(cerrno code);

@@ -25,9 +25,6 @@ namespace {
 
 constexpr const char* kLookup = "get_interface_address";
 
-// Result of an address list that cannot be decoded.
-constexpr cerrno kAddressListBroken = 70;
-
 // Made on first use and kept for the life of the library; one request runs at a time, so no lock.
 event_manager* the_event_manager = nullptr;
 bool address_codec_ready = false;
@@ -127,7 +124,7 @@ cerrno decode_addresses(yfw_map_ctx* ctx, const imc_attr_response& response, std
   list.reset(decoded);
   if (result != YMAP_OK) {
     LOOKUP_TRACE(ctx, "IP-MAP: TLV2ADDR failed with error : %s\n", cerr_strerror(result));
-    return kAddressListBroken;
+    return YMAP_ERR_ADDRESS_LIST;
   }
   return YMAP_OK;
 }

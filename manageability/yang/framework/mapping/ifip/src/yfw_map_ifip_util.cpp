@@ -113,7 +113,7 @@ AddressText address_text(std::uint32_t address) {
 
 cerrno netmask_of_length(std::uint32_t prefix_length, AddressText& text) {
   if (prefix_length > 32) {
-    return kPrefixLengthTooLong;
+    return YMAP_ERR_PREFIX_LENGTH;
   }
   text = address_text(netmask(prefix_length));
   return YMAP_OK;
@@ -121,7 +121,7 @@ cerrno netmask_of_length(std::uint32_t prefix_length, AddressText& text) {
 
 cerrno netmask_of_text(const char* prefix_length, AddressText& text) {
   if (prefix_length == nullptr) {
-    return kPrefixLengthTooLong;
+    return YMAP_ERR_PREFIX_LENGTH;
   }
   return netmask_of_length(static_cast<std::uint32_t>(std::strtol(prefix_length, nullptr, 10)),
                            text);
@@ -178,7 +178,7 @@ std::uint32_t address_word(const std::uint8_t (&bytes)[IPARM_ADDRESS_SIZE]) {
 
 cerrno populate_local_db(yfw_map_ctx* ctx, const iparm_record* record) {
   if (record == nullptr) {
-    return 22;
+    return YMAP_ERR_NO_RECORD;
   }
   AddressDb* db = address_db(ctx);
   if (db == nullptr) {

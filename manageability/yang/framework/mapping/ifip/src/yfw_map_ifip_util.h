@@ -72,9 +72,6 @@ cerrno convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, c
 // Room for the text of an IPv4 address.
 using AddressText = std::array<char, 16>;
 
-// Result of an edit whose prefix length is 33 or more: a bare code without a message.
-inline constexpr cerrno kPrefixLengthTooLong = 16;
-
 // The netmask of an OpenConfig prefix-length leaf as dotted text, or null when the leaf carries no
 // value. Lengths outside 0 to 32 are not rejected, by design: the shift is taken modulo 32. The
 // text is the platform's and lasts until its next use of ombrix_inet_ntoa.
@@ -82,7 +79,7 @@ const char* oc_plat_to_ombrix_inv_name_conv_prefixlength(yfw_map_ctx* ctx, const
 
 // The netmask of a prefix length in bits as dotted text.
 //
-// Returns 0, or kPrefixLengthTooLong with the text untouched.
+// Returns 0, or YMAP_ERR_PREFIX_LENGTH with the text untouched when the length is 33 or more.
 cerrno netmask_of_length(std::uint32_t prefix_length, AddressText& text);
 
 // The same for the decimal text of a length; a text that is no number counts as 0, a missing one as
@@ -138,12 +135,13 @@ AddressDb* renew_address_db(yfw_map_ctx* ctx);
 //   prefix_length  where to store its length in bits
 //   family         OMBRIX_AF_INET or OMBRIX_AF_INET6; the database holds IPv4
 //
-// Returns 0, the interface manager's result, or 70 when the address list cannot be decoded. The
-// outputs are untouched on failure.
+// Returns 0, the interface manager's result, or YMAP_ERR_ADDRESS_LIST when the address list cannot
+// be decoded. The outputs are untouched on failure.
 cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& address,
                              std::uint32_t* prefix_length, std::uint32_t family);
 
-// Fills the address database from a record. Returns 0, or 22 when the record is null.
+// Fills the address database from a record. Returns 0, or YMAP_ERR_NO_RECORD when the record is
+// null.
 cerrno populate_local_db(yfw_map_ctx* ctx, const iparm_record* record);
 
 // Marks the secondary that equals an address as deleted; the prefix length is not compared.

@@ -19,6 +19,7 @@
 #include "log/log.h"
 #include "yfw/context.h"
 #include "yfw/mapping.h"
+#include "yfw/mapping_results.h"
 
 #define YMAP_EXPORT extern "C" __attribute__((visibility("default")))
 
@@ -51,16 +52,20 @@ inline constexpr const char* kContainerForm =
 
 // --- results and lines ---------------------------------------------------------------------------
 
-// Results of the library. Callers compare against the values.
-inline constexpr cerrno YMAP_OK = 0;
-inline constexpr cerrno YMAP_ERR_INVALID_ARGS = 0xaaf2a000;
-inline constexpr cerrno YMAP_ERR_NO_SUBTREE = 0xaaf29e00;
-inline constexpr cerrno YMAP_ERR_NO_KEYS = 0xaaf2f600;
-inline constexpr cerrno YMAP_ERR_LIST_KEY = 0xaaf2f000;
-inline constexpr cerrno YMAP_ERR_KEY_DELETE = 0xaaf2f200;
-inline constexpr cerrno YMAP_ERR_VALUE_RANGE = 0xaaf2f400;
-inline constexpr cerrno YMAP_ERR_UNSUPPORTED = 0xaaf2ee00;
-inline constexpr cerrno YMAP_ERR_UNSUPPORTED_AUGMENT = 0xaaf2f800;
+// Results of the library, as the contract has them. Callers compare against the values.
+inline constexpr cerrno YMAP_OK = YFW_MAP_OK;
+inline constexpr cerrno YMAP_ERR_INVALID_ARGS = YFW_MAP_ERR_INVALID_ARGS;
+inline constexpr cerrno YMAP_ERR_NO_SUBTREE = YFW_MAP_ERR_NO_SUBTREE;
+inline constexpr cerrno YMAP_ERR_NO_KEYS = YFW_MAP_ERR_NO_KEYS;
+inline constexpr cerrno YMAP_ERR_LIST_KEY = YFW_MAP_ERR_LIST_KEY;
+inline constexpr cerrno YMAP_ERR_KEY_DELETE = YFW_MAP_ERR_KEY_DELETE;
+inline constexpr cerrno YMAP_ERR_VALUE_RANGE = YFW_MAP_ERR_VALUE_RANGE;
+inline constexpr cerrno YMAP_ERR_UNSUPPORTED = YFW_MAP_ERR_UNSUPPORTED;
+inline constexpr cerrno YMAP_ERR_UNSUPPORTED_AUGMENT = YFW_MAP_ERR_UNSUPPORTED_AUGMENT;
+inline constexpr cerrno YMAP_ERR_NO_MEMORY = YFW_MAP_ERR_NO_MEMORY;
+inline constexpr cerrno YMAP_ERR_PREFIX_LENGTH = YFW_MAP_ERR_PREFIX_LENGTH;
+inline constexpr cerrno YMAP_ERR_NO_RECORD = YFW_MAP_ERR_NO_RECORD;
+inline constexpr cerrno YMAP_ERR_ADDRESS_LIST = YFW_MAP_ERR_ADDRESS_LIST;
 inline constexpr cerrno YMAP_ERR_XPATH_NOT_ADDED = YFW_MAP_XPATH_NOT_ADDED;
 
 // A line of the debug log and of the trace buffer. Both formats begin with the context; the trace

@@ -35,9 +35,6 @@ constexpr const char* kSecondary = ADDRESSES "/secondaries/secondary";
 constexpr const char* kSecondaryAddress = ADDRESSES "/secondaries/secondary/address";
 constexpr const char* kSecondaryNetmask = ADDRESSES "/secondaries/secondary/netmask";
 
-// Result of a callback that finds no memory for the request's data.
-constexpr cerrno kNoMemory = 12;
-
 cerrno add(const Call& call, const PathWrite& write) {
   return add_path(call, kNamespaceIpv4IoCfg, write);
 }
@@ -115,7 +112,7 @@ YMAP_CONTAINER(ymap_ox_ocifip_openconfigifip_cont_lvla_ipv4) {
     return result;
   }
   AddressDb* db = renew_address_db(call.ctx);
-  return db != nullptr ? count_addresses(call, *db) : kNoMemory;
+  return db != nullptr ? count_addresses(call, *db) : YMAP_ERR_NO_MEMORY;
 }
 
 YMAP_CONTAINER(ymap_ox_ocifip_openconfigifip_cont_lvla_ipv4_addresses) {
@@ -170,7 +167,7 @@ void look_up_addresses(const Call& call, const NativeName& name) {
 cerrno delete_whole_list(const Call& call) {
   AddressDb* db = renew_address_db(call.ctx);
   if (db == nullptr) {
-    return kNoMemory;
+    return YMAP_ERR_NO_MEMORY;
   }
   db->replace_mode = 1;
   return add_all(call, {{.path = kPrimary, .value = call.in->value, .source = call.in},
@@ -255,7 +252,7 @@ YMAP_LIST_ENTRY(ymap_ox_ocifip_openconfigifip_list_lvla_ipv4_addresses_address) 
   }
   AddressDb* db = address_db(call.ctx);
   if (db == nullptr) {
-    return kNoMemory;
+    return YMAP_ERR_NO_MEMORY;
   }
   db->first_is_primary = 0;
   db->entry_is_primary = 0;
@@ -372,7 +369,7 @@ YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv4_address_ip) {
   }
   const AddressDb* db = address_db(call.ctx);
   if (db == nullptr) {
-    return kNoMemory;
+    return YMAP_ERR_NO_MEMORY;
   }
   const cerrno result = write_key(call, *db);
   return result == YMAP_OK && primary_is_gone(call, *db) ? replace_gone_primary(call, *db) : result;
@@ -386,7 +383,7 @@ YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv4_config_ip) {
   }
   const AddressDb* db = address_db(call.ctx);
   if (db == nullptr) {
-    return kNoMemory;
+    return YMAP_ERR_NO_MEMORY;
   }
   if (is_delete(*call.in)) {
     return is_list_wide(call.ctx) || db->entry_is_primary != 0
@@ -442,7 +439,7 @@ YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv4_config_prefixlength) {
   }
   AddressDb* db = address_db(call.ctx);
   if (db == nullptr) {
-    return kNoMemory;
+    return YMAP_ERR_NO_MEMORY;
   }
   return is_delete(*call.in) ? delete_netmask(call, *db) : write_netmask(call, *db);
 }

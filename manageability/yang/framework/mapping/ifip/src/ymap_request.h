@@ -164,7 +164,7 @@ inline cerrno idle_leaf(const Call& /*call*/) { return YMAP_OK; }
 // Passes over a leaf that has no mapping.
 inline cerrno ignore_leaf(const Call& /*call*/) { return YMAP_OK; }
 
-// Refuses a leaf that has no mapping: marks the error path, records the tag, 0xaaf2ee00.
+// Refuses a leaf that has no mapping: marks the error path, records the tag, YMAP_ERR_UNSUPPORTED.
 cerrno refuse_leaf(const Call& call);
 
 // --- guards --------------------------------------------------------------------------------------

@@ -18,7 +18,7 @@ struct Summary {
 };
 
 // Makes the subinterface of an interface of the output current, so that what follows is written to
-// it. Never makes an entry: returns 0xaaf2f600 when the output lacks the interface or the
+// it. Never makes an entry: returns YMAP_ERR_NO_KEYS when the output lacks the interface or the
 // subinterface, else the framework's result.
 cerrno stitch_subinterface(const Call& call, const char* name, const char* index);
 
