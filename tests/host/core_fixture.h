@@ -114,7 +114,7 @@ class CoreTest : public testing::Test {
     document = read_document(models(), {"test", json, Encoding::kJson});
     input = std::make_unique<InputTree>(document, settings.operation);
     settings.record_calls = true;
-    request = std::make_unique<Request>(Framework{models(), paths, kStandIn}, *input, settings);
+    request = std::make_unique<Request>(Framework{models(), paths, plugin_entries}, *input, settings);
     ctx = request->context();
     out = request->out();
   }
@@ -166,6 +166,7 @@ class CoreTest : public testing::Test {
     return text;
   }
 
+  AugmentEntries plugin_entries = kStandIn;
   PathCache paths{models()};
   Document document;
   std::unique_ptr<InputTree> input;

@@ -314,6 +314,30 @@ TEST_F(SiblingTest, DeletesGoToTheFamilies) {
   EXPECT_EQ(request->state().list_wide, 0);
 }
 
+TEST_F(SiblingTest, WhatExtendsIpv6GoesToItsOwnEntry) {
+  plugin_entries.subinterface_ipv6_extension = stand_in<'x'>;
+  const std::string deleted = R"("@": {"ietf-netconf:operation": "delete"})";
+  const std::string autoconf = R"("openconfig-if-ip-ext:autoconf": {"config": {}})";
+  const auto ipv6 = [&](const std::string& content) {
+    return map_subinterface_20(R"(, "openconfig-if-ip:ipv6": {)" + content + "}");
+  };
+  EXPECT_EQ(ipv6(R"("config": {"mtu": 1}, "state": {}, )" + autoconf),
+            "6:Eth1.20 op=0 ipv6 config mtu state\nx:Eth1.20 op=0 autoconf config\n");
+  EXPECT_EQ(ipv6(autoconf), "x:Eth1.20 op=0 autoconf config\n");
+  EXPECT_EQ(ipv6(R"("config": {})"), "6:Eth1.20 op=0 ipv6 config\n");
+  EXPECT_EQ(ipv6(deleted), "6:Eth1.20 op=3 ipv6\nx:Eth1.20 op=3 ipv6\n");
+  EXPECT_EQ(ipv6(deleted + ", " + autoconf), "6:Eth1.20 op=3 ipv6 autoconf config\n");
+  EXPECT_EQ(map_subinterface_20(", " + deleted),
+            "4:Eth1.20 op=3 subinterface\n6:Eth1.20 op=3 subinterface\nx:Eth1.20 op=3 ipv6\n");
+  const std::string refused = R"("openconfig-if-ip-ext:autoconf": {"x:enabled": true})";
+  EXPECT_EQ(ipv6(refused + R"(, "x:enabled": true)"),
+            "0xaaf2ee00 (unsupported) tag \"enabled\" at /interfaces/interface[name='Eth1']"
+            "/subinterfaces/subinterface[index='20']/ipv6/enabled : no");
+  EXPECT_EQ(ipv6(refused),
+            "0xaaf2ee00 (unsupported) tag \"enabled\" at /interfaces/interface[name='Eth1']"
+            "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no");
+}
+
 TEST_F(SiblingTest, WhatIsNotMappedIsRefused) {
   struct Row {
     std::string content;  // of the interface Eth1

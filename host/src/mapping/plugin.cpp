@@ -19,6 +19,9 @@ namespace {
 #define OCIFIP_ROUTED_VLAN_ENTRY(level) \
   "ymap_ox_ocifip_openconfigifip_augment_" level "_routed_vlan"
 
+// Of a model that a plug-in may leave out.
+constexpr const char* kIpv6ExtensionEntry = "ymap_ox_ocifip_openconfigifipext_augment_lvla_ipv6";
+
 #define OCIFIP_INTERFACE_MANAGER(name) "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_" name
 
 // In the order in which an interface-configuration entry is handed to them.
@@ -100,6 +103,9 @@ std::vector<yfw_map_leaf_callback*> PluginEntries::parts() {
   std::vector<yfw_map_leaf_callback*> callbacks = {
       &augments.subinterface_ipv4, &augments.subinterface_ipv6, &augments.routed_vlan_ipv4,
       &augments.routed_vlan_ipv6};
+  if (augments.subinterface_ipv6_extension != nullptr) {
+    callbacks.push_back(&augments.subinterface_ipv6_extension);
+  }
   for (yfw_map_leaf_callback& callback : read_back.interface_configuration) {
     callbacks.push_back(&callback);
   }
@@ -124,6 +130,7 @@ Plugin::Plugin(const std::string& file) {
   entries_.augments.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));
   entries_.augments.routed_vlan_ipv4 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvla"));
   entries_.augments.routed_vlan_ipv6 = find(file, OCIFIP_ROUTED_VLAN_ENTRY("lvlb"));
+  entries_.augments.subinterface_ipv6_extension = find_optional(kIpv6ExtensionEntry);
   for (const char* symbol : kInterfaceReadBacks) {
     entries_.read_back.interface_configuration.push_back(find(file, symbol));
   }
@@ -149,11 +156,15 @@ Plugin::~Plugin() {
 }
 
 yfw_map_leaf_callback Plugin::find(const std::string& file, const char* symbol) const {
-  void* found = dlsym(library_.get(), symbol);
+  const yfw_map_leaf_callback found = find_optional(symbol);
   if (found == nullptr) {
     fail(file, std::string("it does not export ") + symbol);
   }
-  return reinterpret_cast<yfw_map_leaf_callback>(found);
+  return found;
+}
+
+yfw_map_leaf_callback Plugin::find_optional(const char* symbol) const {
+  return reinterpret_cast<yfw_map_leaf_callback>(dlsym(library_.get(), symbol));
 }
 
 }  // namespace ocifip

@@ -18,7 +18,7 @@ struct PluginEntries {
   AugmentEntries augments;
   ReadBackEntries read_back;
 
-  // Those that map a part of a request or of native data: all but `openconfig`.
+  // Those that map a part of a request or of native data and are there: all but `openconfig`.
   std::vector<yfw_map_leaf_callback*> parts();
 };
 
@@ -46,6 +46,7 @@ class Plugin {
   };
 
   [[nodiscard]] yfw_map_leaf_callback find(const std::string& file, const char* symbol) const;
+  [[nodiscard]] yfw_map_leaf_callback find_optional(const char* symbol) const;  // null without it
 
   std::unique_ptr<void, Close> library_;
   std::string version_;

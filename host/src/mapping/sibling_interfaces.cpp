@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "guarded.h"
+#include "mapping/extended_ipv6.h"
 #include "mapping/walked.h"
 #include "request/request.h"
 #include "result_codes.h"
@@ -126,22 +127,25 @@ class InterfacesMapping {
     }
     const ListWideDelete list_wide(request_, entry);
     return for_each_child(entry, [&](const InputNode& child) {
-      return is_own(child) ? map_setting(child, kSubinterfaceList.key)
-                           : hand_over(child, request_.entries().subinterface_ipv4,
-                                       request_.entries().subinterface_ipv6);
+      if (is_own(child)) {
+        return map_setting(child, kSubinterfaceList.key);
+      }
+      // What is neither family goes to the entry of IPv4, too.
+      return is(child, kIpNamespace, "ipv6")
+                 ? map_ipv6(request_, child, out_)
+                 : request_.entries().subinterface_ipv4(request_.context(), &child, out_);
     });
   }
 
   // All of the subinterface goes, whatever the request says of its content. The plug-in is handed
   // the bare entry: nothing of it would be a family's, or more than what goes anyway.
   cerrno delete_subinterface(const InputNode& entry) {
-    InputNode& bare = request_.copy(entry);
-    bare.children = nullptr;
-    bare.child_count = 0;
-    bare.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
-    const cerrno result = request_.entries().subinterface_ipv4(request_.context(), &bare, out_);
-    return result != kOk ? result
-                         : request_.entries().subinterface_ipv6(request_.context(), &bare, out_);
+    const InputNode& bare = request_.copy(entry, {});
+    cerrno result = request_.entries().subinterface_ipv4(request_.context(), &bare, out_);
+    if (result == kOk) {
+      result = request_.entries().subinterface_ipv6(request_.context(), &bare, out_);
+    }
+    return result == kOk ? delete_ipv6_extension(request_, entry, out_) : result;
   }
 
   cerrno map_routed_vlan(const InputNode& container) {

@@ -89,7 +89,18 @@ bool Request::is_edit() const {
   return op != YFW_MAP_REQUEST_READ_CONFIG && op != YFW_MAP_REQUEST_READ_STATE;
 }
 
-InputNode& Request::copy(const InputNode& node) { return *arena_.make<InputNode>(node); }
+InputNode& Request::copy(const InputNode& node, std::span<const InputNode> children) {
+  InputNode& copied = *arena_.make<InputNode>(node);
+  const auto copies = arena_.make_array<InputNode>(children.size());
+  std::copy(children.begin(), children.end(), copies.begin());
+  copied.children = copies.data();
+  copied.child_count = static_cast<std::uint32_t>(copies.size());
+  if (copies.empty()) {
+    copied.children = nullptr;
+    copied.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
+  }
+  return copied;
+}
 
 void Request::forget_current_entries() {
   output_.forget_current_entries();

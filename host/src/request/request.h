@@ -100,8 +100,9 @@ class Request {
   [[nodiscard]] const std::string& trim_prefix() const { return trim_prefix_; }
   void set_trim_prefix(std::string prefix) { trim_prefix_ = std::move(prefix); }
 
-  // A copy of an input node that lives as long as the request.
-  [[nodiscard]] InputNode& copy(const InputNode& node);
+  // A copy of an input node, with copies of other nodes for its children. They live as long as the
+  // request.
+  [[nodiscard]] InputNode& copy(const InputNode& node, std::span<const InputNode> children);
 
   // Leaves nothing of what was mapped so far current, so that what is mapped next finds its own
   // place.
