@@ -401,6 +401,26 @@ TEST_F(SiblingTest, ARefusalQuotesTheMappingsLastErrorLine) {
   EXPECT_EQ(request->refusal(kListKey).message, "no ip");
 }
 
+// --- registrations -------------------------------------------------------------------------------
+
+TEST(Registrations, RequestsEnterByTheRecordThatHasTheWalkerOfInterfaces) {
+  const auto record = [](yfw_map_leaf_callback to_native) {
+    RegistrationRecord registered{"", {}};
+    registered.record.to_native = to_native;
+    return registered;
+  };
+  const auto interfaces = record(ymap_ox_ocif_openconfiginterfaces_lvla_interfaces);
+  EXPECT_EQ(openconfig_entry({record(stand_in<'o'>), interfaces}, "p.so"),
+            interfaces.record.to_native);
+  EXPECT_EQ(
+      result_of([&] {
+        openconfig_entry({record(stand_in<'o'>)}, "p.so");
+        return "found";
+      }),
+      "cannot load the plug-in p.so: it registers no mapping that OpenConfig requests reach by "
+      "ymap_ox_ocif_openconfiginterfaces_lvla_interfaces");
+}
+
 // --- cycles --------------------------------------------------------------------------------------
 
 class MapperTest : public testing::Test {

@@ -138,7 +138,7 @@ Plugin::Plugin(const std::string& file) {
     entries_.read_back.trees.push_back({tree.module_namespace, tree.tag, find(file, tree.symbol)});
   }
   registrations_ = load_registrations(library_.get(), file);
-  entries_.openconfig = registrations_.front().record.to_native;
+  entries_.openconfig = openconfig_entry(registrations_, file);
   for (const auto& [function, record] : registrations_) {
     auto& trees = is_summary(record) ? entries_.read_back.summaries : entries_.read_back.trees;
     trees.push_back({record.native_namespace, record.native_tag, record.to_openconfig});

@@ -2,9 +2,12 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
+
+#include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
 namespace {
@@ -59,6 +62,20 @@ std::vector<RegistrationRecord> load_registrations(void* library, const std::str
     fail(file, "it registers no mapping");
   }
   return records;
+}
+
+yfw_map_leaf_callback openconfig_entry(const std::vector<RegistrationRecord>& records,
+                                       const std::string& file) {
+  const yfw_map_leaf_callback sibling = ymap_ox_ocif_openconfiginterfaces_lvla_interfaces;
+  const auto is_sibling = [sibling](const RegistrationRecord& registered) {
+    return registered.record.to_native == sibling;
+  };
+  if (std::none_of(records.begin(), records.end(), is_sibling)) {
+    fail(file,
+         "it registers no mapping that OpenConfig requests reach by "
+         "ymap_ox_ocif_openconfiginterfaces_lvla_interfaces");
+  }
+  return sibling;
 }
 
 std::string print_registrations(const std::string& version,

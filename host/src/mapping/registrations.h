@@ -21,6 +21,13 @@ struct RegistrationRecord {
 // OpenConfig's interfaces.
 std::vector<RegistrationRecord> load_registrations(void* library, const std::string& file);
 
+// The callback that an OpenConfig request is entered by: the sibling's walker of interfaces, which
+// a record pairs with its native tree. Records with another callback map a part of OpenConfig's
+// tree that is entered by itself. Throws LoadError, which names the library's file, when no record
+// has the sibling's.
+yfw_map_leaf_callback openconfig_entry(const std::vector<RegistrationRecord>& records,
+                                       const std::string& file);
+
 // The records as users see them, for Host::registrations, with the plug-in's version.
 std::string print_registrations(const std::string& version,
                                 const std::vector<RegistrationRecord>& records, Format format);
