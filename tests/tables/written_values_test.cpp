@@ -23,12 +23,14 @@ const std::set<std::string> kDeviations = {
     std::string(kSubinterface) + "/ipv4/address/state/ip",
     // The type has "DHCP".
     std::string(kSubinterface) + "/ipv4/addresses/address/state/origin = DYNAMIC",
+    // A Boolean has no upper case.
+    std::string(kSubinterface) + "/ipv6/autoconf/config/create-global-addresses = TRUE",
+    std::string(kSubinterface) + "/ipv6/autoconf/state/create-global-addresses = TRUE",
 };
 
 // Native models that the project does not have yet. Nothing of what is written to them can be held
 // against anything.
-const std::set<std::string> kModelsToCome = {"Halvane-Ombrix-ipv6-ma-cfg",
-                                             "Halvane-Ombrix-ipv6-nd-cfg"};
+const std::set<std::string> kModelsToCome = {"Halvane-Ombrix-ipv6-ma-oper"};
 
 bool is_openconfig(const Place& place) { return place.module.starts_with("openconfig-"); }
 

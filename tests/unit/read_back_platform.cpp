@@ -38,6 +38,14 @@ cerrno yfw_map_search_list(yfw_map_ctx*, Node* base, Node** found, const char* l
   return 0;
 }
 
+cerrno yfw_map_search_or_add_list(yfw_map_ctx*, Node* base, Node** found, const char* list_path,
+                                  const char* key_value, const char* key_leaf,
+                                  const char* module_namespace) {
+  *found = base;
+  return platform.serve(kSearch, "search_or_add", name_of(base), list_path,
+                        std::string(key_leaf) + "=\"" + key_value + "\"", module_namespace);
+}
+
 cerrno yfw_map_get_node_info(yfw_map_ctx*, const char* list_path, const char* leaf,
                              const char** value) {
   const auto found = read_back.leaves.find(std::string(list_path) + " " + leaf);

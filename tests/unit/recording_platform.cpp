@@ -280,6 +280,11 @@ int strcmp_s(const char* first, size_t maximum, const char* second, int* compari
   return 0;
 }
 
+char* itoa(int value, char* buffer, int /*base*/) {
+  std::sprintf(buffer, "%d", value);
+  return buffer;
+}
+
 int yfw_map_do_these_match(const char* first, const char* second) {
   return first != nullptr && second != nullptr && std::strcmp(first, second) == 0 ? 1 : 0;
 }

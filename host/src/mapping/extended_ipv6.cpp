@@ -19,7 +19,8 @@ bool is_extension(const InputNode& node) {
   return node.module_namespace != nullptr && node.module_namespace == kExtensionNamespace;
 }
 
-// Enters the extension's entry with the "ipv6" container, or with a node below it.
+// Enters the extension's entry, below the "ipv6" container, with a node that is not itself being walked:
+// one below it, or its copy.
 cerrno enter_extension(Request& request, const InputNode& ipv6, const InputNode& node,
                        nidl_yfw_datatree* out) {
   const Walked walked(request, ipv6);
@@ -47,7 +48,7 @@ cerrno map_ipv6(Request& request, const InputNode& ipv6, nidl_yfw_datatree* out)
   }
   cerrno result = map_own_nodes(request, ipv6, out);
   if (result == kOk && deleted) {
-    result = enter_extension(request, ipv6, ipv6, out);
+    result = enter_extension(request, ipv6, request.copy(ipv6, {}), out);
   }
   for (const InputNode& child : children) {
     if (result == kOk && is_extension(child)) {
@@ -66,7 +67,7 @@ cerrno delete_ipv6_extension(Request& request, const InputNode& subinterface,
   ipv6.tag = "ipv6";
   ipv6.module_namespace = kIpNamespace;
   ipv6.kind = NIDL_YFW_KIND_CONTAINER;
-  return enter_extension(request, ipv6, ipv6, out);
+  return enter_extension(request, ipv6, request.copy(ipv6, {}), out);
 }
 
 }  // namespace ocifip

@@ -77,6 +77,14 @@ const Node* enclosing_entry(const yfw_map_ctx* ctx) {
   return entry;
 }
 
+cerrno enter_single_node(const Entering& entering) {
+  const Call& call = entering.call;
+  if (entering.entry.announces && call.in->tag != nullptr) {
+    emit(call.ctx, entering.site(entering.sites.processing), kProcessing, call.in->tag);
+  }
+  return enter_node(entering, *call.in, enclosing_entry(call.ctx));
+}
+
 // An augmented node that is deleted takes the family's native configuration along: the family's
 // container hook is shown the delete. Children of other families, and keys, are not the hook's.
 void delete_family(const Entering& entering) {
@@ -157,7 +165,7 @@ cerrno enter_augment(const Call& call, const AugmentEntry& entry, AugmentEntrySi
   }
   return yfw_map_do_these_match(call.in->tag, entry.entry_tag) != 0
              ? enter_augmented_node(entering, children)
-             : enter_node(entering, *call.in, enclosing_entry(call.ctx));
+             : enter_single_node(entering);
 }
 
 }  // namespace ymap

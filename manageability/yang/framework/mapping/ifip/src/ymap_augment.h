@@ -14,9 +14,10 @@ namespace ymap {
 struct AugmentEntry {
   const Model& model;
   RowIndex row;                          // walker of the family's node
-  const char* entry_tag;                 // tag of the augmented node
-  const char* entry_key;                 // its key when it is a list entry, else null
   yfw_map_leaf_callback parse_augments;  // takes nodes of other modules
+  const char* entry_tag;                 // tag of the augmented node
+  const char* entry_key = nullptr;       // its key when it is a list entry
+  bool announces = false;                // names the family's node also when it comes by itself
 };
 
 // The lines that an entry callback writes besides its frame's.
@@ -46,17 +47,30 @@ cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntr
 
 }  // namespace ymap
 
-// Defines an entry callback of the native direction, and its augment hook. `row` is the augmenting
-// node's, of the model whose .inc file is in use.
-#define YMAP_READ_BACK_ENTRY(name, hook, row)                                                      \
+// Define an entry callback, YMAP_SYMBOL(augment_<level>_<node>), and its augment hook, of the model
+// whose .inc file is in use. `row` is the augmenting node's, as level_path; the further columns are
+// those of an AugmentEntry.
+#define YMAP_AUGMENT_ENTRY(level, node, row, ...)                                                 \
+  YMAP_ENTRY(YMAP_SYMBOL(augment_##level##_##node), YMAP_SYMBOL(level##_##node##_parse_augments), \
+             refuse_augment, enter_augment, ymap::AugmentEntry, row, __VA_ARGS__)
+#define YMAP_READ_BACK_ENTRY(level, row)                                                  \
+  YMAP_ENTRY(YMAP_SYMBOL(augment_##level##_interface_configuration),                      \
+             YMAP_SYMBOL(level##_interface_configuration_parse_augments), ignore_augment, \
+             enter_read_back, ymap::ReadBackEntry, row)
+
+#define YMAP_ENTRY(name, hook, ...) YMAP_ENTRY_(name, hook, __VA_ARGS__)
+#define YMAP_ENTRY_(name, hook, run_hook, enter, Entry, row, ...)                                  \
   YMAP_EXPORT cerrno hook(yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out) { \
     static constinit std::array words = ymap::fresh_site_words<ymap::kHookSiteCount>();            \
     YMAP_ASSERT_CONTEXT(ctx, hook, kLeafForm);                                                     \
-    return ymap::ignore_augment({#hook, __LINE__, words.data()}, ctx, in, out);                    \
+    return ymap::run_hook({#hook, __LINE__, words.data()}, ctx, in, out);                          \
   }                                                                                                \
   YMAP_GENERATED_LEAF(name) {                                                                      \
     static constinit ymap::AugmentEntrySites sites{__LINE__};                                      \
-    return ymap::enter_read_back(call, {ymap::YMAP_MODEL::kModel, row, hook}, sites);              \
+    return ymap::enter(call,                                                                       \
+                       Entry{ymap::YMAP_MODEL::kModel, ymap::YMAP_MODEL::row_##row,                \
+                             hook __VA_OPT__(, ) __VA_ARGS__},                                     \
+                       sites);                                                                     \
   }
 
 #endif  // YMAP_AUGMENT_H_

@@ -17,6 +17,10 @@ cerrno run_framed(const Call& call, const Frame& frame, Body body) {
   const auto line = [&](std::uint32_t& word, const Message& message) {
     emit(call.ctx, Site{call.name, frame.line, &word}, message);
   };
+  const bool lacks = call.in == nullptr || call.ctx->request_state == nullptr;
+  if (frame.kind == FrameKind::kByHandQuiet && lacks) {
+    return YMAP_ERR_INVALID_ARGS;
+  }
   line(frame.words[kFrameStart], kStart);
   const Site invalid_arguments{call.name, frame.line, &frame.words[kFrameInvalidArguments]};
   const bool complete = call.in != nullptr && call.out != nullptr;

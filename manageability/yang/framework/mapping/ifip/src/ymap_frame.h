@@ -165,9 +165,10 @@ struct Call {
 
 // How much a callback's frame says.
 enum class FrameKind : std::uint8_t {
-  kGenerated,  // start and end
-  kByHand,     // whether something was mapped, too
-  kContainer,  // and that a container came without children
+  kGenerated,    // start and end
+  kByHand,       // whether something was mapped, too
+  kByHandQuiet,  // the same, but nothing at all when there is no node, or no request state
+  kContainer,    // and that a container came without children
   // The same, with the arguments checked when the body is done: it finds null ones.
   kContainerCheckedLate
 };
@@ -261,6 +262,7 @@ cerrno run_container(yfw_map_ctx* ctx, const Node* in, std::uint32_t child_count
 // The callbacks written by hand.
 #define YMAP_LEAF(name) YMAP_LEAF_FORM(name, kByHand)
 #define YMAP_LIST_ENTRY(name) YMAP_CONTAINER_FORM(name, kByHand)
+#define YMAP_QUIET_LIST_ENTRY(name) YMAP_CONTAINER_FORM(name, kByHandQuiet)
 #define YMAP_CONTAINER(name) YMAP_CONTAINER_FORM(name, kContainer)
 #define YMAP_CONTAINER_CHECKED_LATE(name) YMAP_CONTAINER_FORM(name, kContainerCheckedLate)
 

@@ -6,6 +6,7 @@
 //   GENERATED  from the expression that follows
 //   SHARED     from a function that takes a Call, without code of its own
 //   MAN        leaf_<level>_<path> calls man_leaf_<level>_<path>, which is of the kind that follows
+//   READ_ONLY  of the kind that follows; the walker calls it on reads alone
 //   UNMAPPED   there is none: an exported dispatcher leads to the model's duck_map_leaf
 //   LATER      the same without the dispatcher, until the mapping is written
 //   IGNORED    the same for good
@@ -16,13 +17,14 @@
 
 // --- leaves --------------------------------------------------------------------------------------
 
-#define YMAP_KIND_BY_HAND   OWN
-#define YMAP_KIND_MAN(...)  MAN, YMAP_KIND_##__VA_ARGS__
-#define YMAP_KIND_IDLE      SHARED, ymap::idle_leaf
-#define YMAP_KIND_REFUSED   SHARED, ymap::refuse_leaf
-#define YMAP_KIND_UNMAPPED  UNMAPPED
-#define YMAP_KIND_LATER     LATER
-#define YMAP_KIND_IGNORED   IGNORED
+#define YMAP_KIND_BY_HAND       OWN
+#define YMAP_KIND_MAN(...)      MAN, YMAP_KIND_##__VA_ARGS__
+#define YMAP_KIND_ON_READ(...)  READ_ONLY, YMAP_KIND_##__VA_ARGS__
+#define YMAP_KIND_IDLE          SHARED, ymap::idle_leaf
+#define YMAP_KIND_REFUSED       SHARED, ymap::refuse_leaf
+#define YMAP_KIND_UNMAPPED      UNMAPPED
+#define YMAP_KIND_LATER         LATER
+#define YMAP_KIND_IGNORED       IGNORED
 
 // Calls another callback, on every request or on reads alone.
 #define YMAP_KIND_CALLING(function)          GENERATED, function(call.ctx, call.in, call.out)

@@ -6,6 +6,7 @@ namespace ymap {
 
 inline constexpr const char* kNamespaceInterfaces = "http://openconfig.net/yang/interfaces";
 inline constexpr const char* kNamespaceIfIp = "http://openconfig.net/yang/interfaces/ip";
+inline constexpr const char* kNamespaceIfIpExt = "http://openconfig.net/yang/interfaces/ip-ext";
 inline constexpr const char* kNamespaceTunnel = "http://openconfig.net/yang/interfaces/tunnel";
 
 inline constexpr const char* kNamespaceIfmgrCfg = "urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg";

@@ -13,8 +13,6 @@ namespace {
 
 constexpr const char* kTunnelPrefix = "tunnel-ip";
 
-bool has_dot(const char* name) { return std::strchr(name, '.') != nullptr; }
-
 }  // namespace
 
 bool wants_config(const yfw_map_ctx* ctx) {
@@ -48,6 +46,8 @@ const char* entry_leaf(const Call& call, const char* list_path, const char* leaf
   return entry_key(call, list_path, leaf).value;
 }
 
+bool has_dot(const char* name) { return std::strchr(name, '.') != nullptr; }
+
 bool is_tunnel_name(const char* name) {
   return name != nullptr && std::strncmp(name, kTunnelPrefix, std::strlen(kTunnelPrefix)) == 0;
 }
@@ -57,6 +57,9 @@ bool is_tunnel(const Call& call) {
 }
 
 cerrno EntryCursor::find(const EntryList& list, const char* key) {
+  if (key == nullptr) {
+    return YMAP_ERR_NO_KEYS;
+  }
   Node* found = nullptr;
   const cerrno result = yfw_map_search_list(call_.ctx, node_, &found, list.below, key, list.key,
                                             list.searched_namespace);
@@ -66,10 +69,11 @@ cerrno EntryCursor::find(const EntryList& list, const char* key) {
   return result;
 }
 
-cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** slot) {
+cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** slot,
+                                const Node* source) {
   const bool looks = !is_new_ || list.looked_for_below_new;
   if (!looks || find(list, key) != YMAP_OK) {
-    return add(list, key, slot);
+    return add(list, key, slot, source);
   }
   is_new_ = false;
   if (slot != nullptr) {
@@ -78,13 +82,17 @@ cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** s
   return YMAP_OK;
 }
 
-cerrno EntryCursor::add(const EntryList& list, const char* key, Node** slot) {
+cerrno EntryCursor::add(const EntryList& list, const char* key, Node** slot, const Node* source) {
   const TrimPrefix trimmed(call_.ctx, list.trim_prefix);
   Node* const above = node_;
   Node** const stored = slot != nullptr ? slot : &node_;
-  cerrno result = add_path(
-      call_, list.module_namespace,
-      {.path = list.path, .create = true, .base = above, .created = stored, .flags = list.flags});
+  cerrno result = add_path(call_, list.module_namespace,
+                           {.path = list.path,
+                            .source = source,
+                            .create = true,
+                            .base = above,
+                            .created = stored,
+                            .flags = list.flags});
   if (result == YMAP_OK) {
     node_ = *stored;
     is_new_ = true;

@@ -36,6 +36,10 @@ struct OpenConfigKeys {
 };
 [[nodiscard]] OpenConfigKeys split_interface_name(const char* name);
 
+// Whether a native interface name has a dot: the framework makes the subinterface of such a name
+// current when it enters the interface's configuration.
+[[nodiscard]] bool has_dot(const char* name);
+
 // Name of the native interface being mapped; empty without a request state.
 [[nodiscard]] const char* current_interface_name(const yfw_map_ctx* ctx);
 
@@ -105,16 +109,18 @@ class EntryCursor {
   explicit EntryCursor(const Call& call) : call_(call), node_(call.out) {}
 
   // Goes to the entry with a key in a list below. Stays, and returns the search's result, when
-  // there is none.
+  // there is none; a null key is no entry's.
   cerrno find(const EntryList& list, const char* key);
 
   // Goes to the entry with a key in a list below, or makes it. Below a new entry nothing is looked
   // for, unless the list asks for it.
   //
-  //   slot  where to store the entry, or null
+  //   slot    where to store the entry, or null
+  //   source  the node whose operation a new entry takes, or null
   //
   // Returns the framework's result of the last write.
-  cerrno find_or_add(const EntryList& list, const char* key, Node** slot = nullptr);
+  cerrno find_or_add(const EntryList& list, const char* key, Node** slot = nullptr,
+                     const Node* source = nullptr);
 
   // The entry that it is at.
   [[nodiscard]] Node* node() const { return node_; }
@@ -122,7 +128,7 @@ class EntryCursor {
   [[nodiscard]] bool is_new() const { return is_new_; }
 
  private:
-  cerrno add(const EntryList& list, const char* key, Node** slot);
+  cerrno add(const EntryList& list, const char* key, Node** slot, const Node* source);
 
   const Call& call_;
   Node* node_;

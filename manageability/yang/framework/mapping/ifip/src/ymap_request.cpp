@@ -56,17 +56,15 @@ cerrno edit_leaf(const Call& call, const char* module_namespace, const char* pat
     write.source = call.in;
     if (is_delete(*call.in)) {
       write.value = nullptr;
-    } else if (options.bounds != nullptr) {
-      const Bounds& bounds = *options.bounds;
-      const std::uint32_t number = number_of(write.value);
-      if (number < bounds.least || number > bounds.greatest) {
-        return refuse_value(call.ctx, bounds.refusal);
-      }
+    } else if (!options.bounds.allow(number_of(write.value))) {
+      return refuse_value(call.ctx, options.bounds.refusal);
     } else if (options.words != nullptr) {
       write.value = translate(*options.words, write.value);
       if (write.value == nullptr) {
         return YMAP_OK;
       }
+    } else if (options.instead != nullptr) {
+      write.value = options.instead;
     }
   }
   return add_path(call, module_namespace, write);

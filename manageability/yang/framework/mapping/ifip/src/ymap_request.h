@@ -128,13 +128,18 @@ inline constexpr Words kTrueIsPresence = {kTrueIsPresenceWords, 10};
 struct Bounds {
   std::uint32_t least;
   std::uint32_t greatest;
-  const char* refusal;
+  const char* refusal;  // null: there are no bounds
+
+  [[nodiscard]] bool allow(std::uint32_t number) const {
+    return refusal == nullptr || (least <= number && number <= greatest);
+  }
 };
 
 struct EditOptions {
-  const Bounds* bounds = nullptr;  // null: any value
-  const Words* words = nullptr;    // null: the value goes out as it is; a value that is none of the
-                                   // words writes nothing
+  Bounds bounds = {};             // of the number that the value begins with
+  const Words* words = nullptr;   // null: the value goes out as it is; a value that is none of the
+                                  // words writes nothing
+  const char* instead = nullptr;  // what goes out whatever the value is; null: the value
   std::uint32_t flags = YFW_MAP_PATH_CURRENT;
 };
 

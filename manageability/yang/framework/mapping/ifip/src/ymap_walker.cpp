@@ -394,7 +394,9 @@ cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const
     }
   }
   const yfw_map_leaf_callback own = visit.row().callback.leaf;
-  const cerrno result = (own != nullptr ? own : model.duck_map_leaf)(ctx, in, out);
+  const bool is_passed_over = visit.row().has(kReadsOnly) && is_edit(ctx);
+  const cerrno result =
+      is_passed_over ? YMAP_OK : (own != nullptr ? own : model.duck_map_leaf)(ctx, in, out);
   visit.line(kSiteEnd, kEnd);
   return result;
 }
@@ -405,9 +407,6 @@ cerrno refuse_augment(const AugmentHook& hook, yfw_map_ctx* ctx, const Node* in,
   }
   if (yfw_map_is_request_add(ctx, in, out) == 0) {
     return YMAP_OK;
-  }
-  if (hook.announces_refusal) {
-    emit(ctx, hook.site(kHookProcessing), kProcessing, in->tag);
   }
   return refuse_tag(ctx, in->tag, YMAP_ERR_UNSUPPORTED_AUGMENT);
 }
@@ -425,8 +424,7 @@ cerrno parse_augments(const Model& model, RowIndex index, yfw_map_ctx* ctx, cons
                       Node* out) {
   const Row& row = model.rows[index];
   const AugmentHook hook{row.name, row.line,
-                         &model.words[model.first_site[index] + kSiteAugmentHook],
-                         row.has(kAnnouncesRefusal), kHookEnding};
+                         &model.words[model.first_site[index] + kSiteAugmentHook], kHookEnding};
   return model.direction == Direction::kToNative ? refuse_augment(hook, ctx, in, out)
                                                  : ignore_augment(hook, ctx, in, out);
 }

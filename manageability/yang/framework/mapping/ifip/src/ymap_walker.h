@@ -22,10 +22,10 @@ inline constexpr RowIndex kNoRow = 0xffff;
 inline constexpr std::size_t kMaxKeys = 2;
 
 enum RowFlag : std::uint8_t {
-  kAnnouncesRefusal = 1,  // containers: the augment hook announces a child that it refuses
-  kRefusesEdits = 2,      // containers, lists: nothing below is mapped, no edit may end here
-  kPlaces = 4,   // lists: what the hook makes current, and its trim prefix, end with the entry
-  kHasFrame = 8  // leaves: the callback runs in a frame of the row's
+  kRefusesEdits = 1,  // containers, lists: nothing below is mapped, no edit may end here
+  kPlaces = 2,        // lists: what the hook makes current, and its trim prefix, end with the entry
+  kReadsOnly = 4,     // leaves: the callback is called on reads alone
+  kHasFrame = 8       // leaves: the callback runs in a frame of the row's
 };
 
 // A schema node. A container or list is followed by the rows of its children.
@@ -57,13 +57,7 @@ struct Nesting {
 };
 
 // The lines that an augment hook can write.
-enum AugmentHookSite : std::uint8_t {
-  kHookStart,
-  kHookInvalidArguments,
-  kHookEnd,
-  kHookProcessing,
-  kHookSiteCount
-};
+enum AugmentHookSite : std::uint8_t { kHookStart, kHookInvalidArguments, kHookEnd, kHookSiteCount };
 
 // The lines that a walker or a leaf's dispatch can write; each site has a word of its own.
 enum WalkerSite : std::uint8_t {
@@ -213,9 +207,8 @@ cerrno dispatch_leaf(const Model& model, RowIndex index, yfw_map_ctx* ctx, const
 struct AugmentHook {
   const char* name;
   int line;
-  std::uint32_t* words;            // a word for each AugmentHookSite
-  bool announces_refusal = false;  // names a child that it refuses
-  const char* ending = "";         // of the name
+  std::uint32_t* words;     // a word for each AugmentHookSite
+  const char* ending = "";  // of the name
 
   [[nodiscard]] Site site(AugmentHookSite which) const {
     return {name, line, &words[which], ending};

@@ -1,0 +1,12 @@
+// The table, the walkers and the entry callback of Halvane-Ombrix-ipv6-ma-cfg.
+
+#include "ymap_augment.h"
+#include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_ipv6_ma_cfg.h"
+
+// clang-format off
+#include "ymap_ocifip_halvane_ombrix_ipv6_ma_cfg.inc"
+#include "ymap_model_walkers.inc"
+// clang-format on
+
+YMAP_READ_BACK_ENTRY(lvla, lvla_ipv6network)
