@@ -103,8 +103,8 @@ class DatabaseList {
 
   [[nodiscard]] std::uint32_t count() const { return count_; }
 
-  // Calls a function with each item of a type, in their order, and passes others over. Ends with
-  // the first failure: the client's, the function's, or kNamelessItem.
+  // Calls a function with each item of a type, or of any (kAnyType), in their order, and passes
+  // others over. Ends with the first failure: the client's, the function's, or kNamelessItem.
   template <typename Visit>
   cerrno each(std::uint32_t type, const Visit& visit) {
     for (std::uint32_t i = 0; i < count_; ++i) {
@@ -114,7 +114,7 @@ class DatabaseList {
       if (result == YMAP_OK && item.name == nullptr) {
         result = kNamelessItem;
       }
-      if (result == YMAP_OK && item_type == type) {
+      if (result == YMAP_OK && (type == kAnyType || item_type == type)) {
         result = visit(item);
       }
       if (result != YMAP_OK) {
@@ -123,6 +123,8 @@ class DatabaseList {
     }
     return YMAP_OK;
   }
+
+  static constexpr std::uint32_t kAnyType = 0xffffffff;
 
   // Result of a list with an item that has no name.
   static constexpr cerrno kNamelessItem = 0x409f1800;

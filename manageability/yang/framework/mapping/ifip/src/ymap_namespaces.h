@@ -12,6 +12,7 @@ inline constexpr const char* kNamespaceTunnel = "http://openconfig.net/yang/inte
 inline constexpr const char* kNamespaceIfmgrCfg = "urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg";
 inline constexpr const char* kNamespaceIpv4IoCfg = "urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg";
 inline constexpr const char* kNamespaceIpv4IoOper = "urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper";
+inline constexpr const char* kNamespaceIpv4ArpCfg = "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-cfg";
 inline constexpr const char* kNamespaceIpv4ArpOper =
     "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper";
 inline constexpr const char* kNamespaceIpv6MaCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-cfg";

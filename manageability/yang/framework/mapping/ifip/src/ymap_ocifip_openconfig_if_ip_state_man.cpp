@@ -12,14 +12,6 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 namespace {
 
-// Name of the node that an interface is on; that of the local node for an interface that does not
-// exist.
-cerrno node_of_interface(const Call& call, const char* ifname, NodeName& node) {
-  return interface_exists(call.ctx, call.name, ifname)
-             ? get_node_info(call.ctx, node, ifname)
-             : get_node_info_for_invalid_interface(call.ctx, node);
-}
-
 // Asks for the details of an interface's addresses on a node.
 cerrno query_addresses(const Call& call, const char* node, const char* ifname) {
   return add_all(call, kNamespaceIpv6MaOper,

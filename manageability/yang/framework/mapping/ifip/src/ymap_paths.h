@@ -15,13 +15,21 @@
 #define YMAP_IPV6_REGULAR_ADDRESS YMAP_IPV6_NETWORK "/addresses/regular-addresses/regular-address"
 #define YMAP_IPV6_NEIGHBOR YMAP_NATIVE_INTERFACE "/ipv6-neighbor"
 
+#define YMAP_IPV4_ARP YMAP_NATIVE_INTERFACE "/ipv4arp"
+
+// Native static neighbors.
+#define YMAP_ARP_VRF "/arpgmp/vrf"
+#define YMAP_STATIC_ARP YMAP_ARP_VRF "/entries/entry"
+#define YMAP_STATIC_NEIGHBOR "/ipv6-neighbor/neighbors/neighbor"
+
 // Native operational data.
 #define YMAP_IPV4_NODE "/ipv4-network/nodes/node"
 #define YMAP_IPV6_NODE "/ipv6-network/nodes/node"
 #define YMAP_IPV6_DETAIL YMAP_IPV6_NODE "/interface-data/vrfs/vrf/details/detail"
-#define YMAP_ARP_ENTRY "/arp/nodes/node/entries/entry"
-#define YMAP_ND_HOST                                                                       \
-  "/ipv6-node-discovery/nodes/node/neighbor-interfaces/neighbor-interface/host-addresses/" \
-  "host-address"
+#define YMAP_ARP_NODE "/arp/nodes/node"
+#define YMAP_ARP_ENTRY YMAP_ARP_NODE "/entries/entry"
+#define YMAP_ND_NODE "/ipv6-node-discovery/nodes/node"
+#define YMAP_ND_INTERFACE YMAP_ND_NODE "/neighbor-interfaces/neighbor-interface"
+#define YMAP_ND_HOST YMAP_ND_INTERFACE "/host-addresses/host-address"
 
 #endif  // YMAP_PATHS_H_

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 
+#include "yfw_map_ifip_util.h"
 #include "ymap_frame.h"
 #include "ymap_namespaces.h"
 
@@ -43,6 +44,14 @@ cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf);
 
 // Asks for a native path, with the node's value if it has one. An edit asks for nothing.
 cerrno query_native(const Call& call, const char* module_namespace, const char* path);
+
+// The name of the node that an interface is on, by which operational entries are keyed; that of the
+// local node for an interface that does not exist.
+//
+//   ifname  native name
+//
+// Returns 0, or the interface manager's failure.
+cerrno node_of_interface(const Call& call, const char* ifname, NodeName& node);
 
 }  // namespace ymap
 

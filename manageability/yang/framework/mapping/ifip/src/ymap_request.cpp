@@ -34,11 +34,14 @@ cerrno add_all(const Call& call, const char* module_namespace,
   return YMAP_OK;
 }
 
+bool is_same_word(const char* value, const char* word, std::size_t longest) {
+  int comparison = 1;
+  return value != nullptr && strcmp_s(value, longest, word, &comparison) == 0 && comparison == 0;
+}
+
 const char* translate(const Words& words, const char* value) {
   for (const Word& word : words.words) {
-    int comparison = 1;
-    if (value != nullptr && strcmp_s(value, words.longest, word.from, &comparison) == 0 &&
-        comparison == 0) {
+    if (is_same_word(value, word.from, words.longest)) {
       return word.to;
     }
   }

@@ -4,6 +4,7 @@
 #ifndef YMAP_REQUEST_H_
 #define YMAP_REQUEST_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <span>
@@ -113,6 +114,9 @@ struct Words {
   std::span<const Word> words;
   std::size_t longest;
 };
+
+// Whether a value, of which `longest` characters are looked at, is a word; null is none.
+[[nodiscard]] bool is_same_word(const char* value, const char* word, std::size_t longest);
 
 // What a value is translated to, or null when it is none of the words, or null.
 [[nodiscard]] const char* translate(const Words& words, const char* value);
