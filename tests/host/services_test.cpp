@@ -3,6 +3,7 @@
 
 #include <array>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <sstream>
@@ -132,20 +133,41 @@ TEST(Inet, PrefixesAndAddressesAreCompared) {
 
 constexpr const char* kDevice = R"({"node": "node0_1", "interfaces": [
     {"name": "Gi0/0/1", "node": "node0_2", "ipv4": {"primary": "10.0.0.1/24", "secondaries": []}},
-    {"name": "Eth1.20"}, {"name": "Eth2"}],
+    {"name": "Eth1.20"}, {"name": "Eth2", "ipv6": {"secondaries": ["2001:db8::2/128"]}}],
   "native": {"Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
     {"active": "act", "interface-name": "Eth1.20", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
       "addresses": {"primary": {"address": "10.20.0.1", "netmask": "255.255.0.0"}, "secondaries":
-      {"secondary": [{"address": "10.21.0.1", "netmask": "255.255.255.0"}]}}}},
+      {"secondary": [{"address": "10.21.0.1", "netmask": "255.255.255.0"}]}}},
+      "Halvane-Ombrix-ipv6-ma-cfg:ipv6-network": {"addresses": {"regular-addresses": {
+      "regular-address": [{"address": "none", "prefix-length": 64},
+      {"address": "2001:db8::1", "prefix-length": 64}, {"address": "fd00::1", "prefix-length": 129},
+      {"address": "fd00::2", "prefix-length": 127}, {"address": "fd00::3", "prefix-length": 0}]}}}},
     {"active": "act", "interface-name": "Gi0/0/1", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
       "addresses": {"primary": {"address": "10.9.0.1", "netmask": "255.0.0.0"}}}},
+    {"active": "act", "interface-name": "Eth2", "Halvane-Ombrix-ipv6-ma-cfg:ipv6-network": {
+      "addresses": {"regular-addresses": {"regular-address": [
+      {"address": "2001:db8::9", "prefix-length": 64}]}}}},
     {"active": "pre", "interface-name": "Eth2", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
       "addresses": {"primary": {"address": "10.30.0.1", "netmask": "255.255.0.0"}}}}]}},
   "sysdb": {"/cfg/if/act/ab": {"type": 1, "text": "x"}, "/cfg/if/act/b/c": {"type": 2, "text": ""},
             "/cfg/if/actor": {"type": 1, "text": ""}}})";
 
+// An attribute of addresses, and the family that it is of.
+struct AddressAttribute {
+  std::uint32_t number;
+  std::uint32_t length;
+  int family;
+  int other_family;
+};
+
+constexpr AddressAttribute kIpv4Addresses = {IMC_ATTR_IPV4_ADDRESS, IMC_ATTR_IPV4_ADDRESS_LENGTH,
+                                             OMBRIX_AF_INET, OMBRIX_AF_INET6};
+constexpr AddressAttribute kIpv6Addresses = {IMC_ATTR_IPV6_ADDRESS, IMC_ATTR_IPV6_ADDRESS_LENGTH,
+                                             OMBRIX_AF_INET6, OMBRIX_AF_INET};
+
 // The addresses of an interface, as a plug-in finds them: "10.0.0.1/24 10.0.1.1/24".
-std::string addresses_of(const char* internal_name) {
+std::string addresses_of(const char* internal_name,
+                         const AddressAttribute& attribute = kIpv4Addresses) {
   imc_conn_ctx* connection = nullptr;
   imc_handle handle = 0;
   if (imc_control_server_bind(&connection, IMC_BIND_MODE_CLIENT) != kOk) {
@@ -155,17 +177,20 @@ std::string addresses_of(const char* internal_name) {
   if (imc_s_interface_find(id, internal_name, &handle) != kOk) {
     return "unknown";
   }
-  const imc_attr_request wanted{handle, IMC_ATTR_IPV4_ADDRESS, IMC_ATTR_IPV4_ADDRESS_LENGTH};
+  const imc_attr_request wanted{handle, attribute.number, attribute.length};
   imc_attr_response* response = nullptr;
   iparm_list* list = nullptr;
   EXPECT_EQ(imc_attr_query(id, 1, &wanted, 1, &response), kOk);
-  EXPECT_LE(response->length, IMC_ATTR_IPV4_ADDRESS_LENGTH);
-  EXPECT_NE(iparm_al_c_tlv2addr(response->data, response->length, OMBRIX_AF_INET6, &list), kOk);
-  EXPECT_NE(iparm_al_c_tlv2addr(response->data, response->length - 1, OMBRIX_AF_INET, &list), kOk);
-  EXPECT_EQ(iparm_al_c_tlv2addr(response->data, response->length, OMBRIX_AF_INET, &list), kOk);
-  std::array<char, OMBRIX_INET_TEXT_SIZE> text;
+  EXPECT_LE(response->length, attribute.length);
+  const auto decode = [&](std::uint32_t length, int family) {
+    return iparm_al_c_tlv2addr(response->data, length, static_cast<std::uint32_t>(family), &list);
+  };
+  EXPECT_NE(decode(response->length, attribute.other_family), kOk);
+  EXPECT_NE(decode(response->length - 1, attribute.family), kOk);
+  EXPECT_EQ(decode(response->length, attribute.family), kOk);
+  std::array<char, 46> text;
   const auto show = [&](const std::uint8_t* address, std::uint32_t length) {
-    return ombrix_inet_ntop(OMBRIX_AF_INET, address, text.data(), text.size()) +
+    return ombrix_inet_ntop(attribute.family, address, text.data(), text.size()) +
            ("/" + std::to_string(length));
   };
   const iparm_record& record = list->records[0];
@@ -185,22 +210,31 @@ TEST(DeviceServices, AddressesComeFromTheInterfaceOrFromTheNativeConfiguration) 
   EXPECT_EQ(addresses_of("Gi0_0_1"), "10.0.0.1/24");
   EXPECT_EQ(addresses_of("Eth1.20"), "10.20.0.1/16 10.21.0.1/24");
   EXPECT_EQ(addresses_of("Eth2"), "0.0.0.0/0");
+  EXPECT_EQ(addresses_of("Gi0_0_1", kIpv6Addresses), "::/0");
+  EXPECT_EQ(addresses_of("Eth1.20", kIpv6Addresses), "2001:db8::1/64 fd00::2/127 fd00::3/0");
+  EXPECT_EQ(addresses_of("Eth2", kIpv6Addresses), "::/0 2001:db8::2/128");
   EXPECT_EQ(addresses_of("Eth1"), "unknown");
 }
 
 TEST(DeviceServices, TheAttributeHoldsAnyNumberOfSecondaries) {
   Device device;
-  device.interfaces.push_back({"Eth1", {}, DeviceAddresses(), {}});
+  device.interfaces.push_back({"Eth1", {}, DeviceAddresses(), DeviceAddresses()});
   std::string expected = "0.0.0.0/0";
+  std::string expected_ipv6 = "::/0";
   for (std::uint8_t i = 1; i < 255; ++i) {
     DeviceAddress& address = device.interfaces[0].ipv4->secondaries.emplace_back();
     address.bytes = {10, 0, i, 1};
     address.prefix_length = 24;
     expected += " 10.0." + std::to_string(i) + ".1/24";
+    device.interfaces[0].ipv6->secondaries.push_back(address);
+    std::array<char, 20> text;
+    std::snprintf(text.data(), text.size(), " a00:%x::/24", i * 256U + 1);
+    expected_ipv6 += text.data();
   }
   const DeviceDirectory directory(std::move(device));
   const ActiveDevice active(directory);
   EXPECT_EQ(addresses_of("Eth1"), expected);
+  EXPECT_EQ(addresses_of("Eth1", kIpv6Addresses), expected_ipv6);
 }
 
 TEST(DeviceServices, NodesAndNames) {

@@ -29,15 +29,14 @@ DeviceDirectory::DeviceDirectory(Device device)
   if (device_.node) {
     enter_node(*device_.node);
   }
-  std::unordered_map<std::string, DeviceAddresses> configured;
-  for (auto& [name, addresses] : native_addresses(device_.native)) {
-    add_name(name);
-    configured.emplace(name, std::move(addresses));
+  std::unordered_map<std::string, ConfiguredAddresses> configured;
+  for (ConfiguredAddresses& addresses : native_addresses(device_.native)) {
+    add_name(addresses.name);
+    configured.emplace(addresses.name, std::move(addresses));
   }
   for (const DeviceInterface& interface : device_.interfaces) {
-    const auto native = configured.find(interface.name);
     add_name(interface.name);
-    enter_interface(interface, native == configured.end() ? nullptr : &native->second);
+    enter_interface(interface, configured[interface.name]);
   }
   // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
   for (const auto& [interface, index] : subinterfaces_in(device_.native.roots)) {
@@ -69,16 +68,12 @@ std::uint32_t DeviceDirectory::enter_node(const std::string& name) {
 }
 
 void DeviceDirectory::enter_interface(const DeviceInterface& interface,
-                                      const DeviceAddresses* configured) {
+                                      const ConfiguredAddresses& configured) {
   InterfaceRecord& record = interfaces_.emplace_back();
   record.name = interface.name;
   record.node = interface.node ? enter_node(*interface.node) : own_node();
-  if (interface.ipv4) {
-    record.ipv4 = *interface.ipv4;
-  } else if (configured != nullptr) {
-    record.ipv4 = *configured;
-  }
-  record.ipv6 = interface.ipv6.value_or(DeviceAddresses());
+  record.ipv4 = interface.ipv4.value_or(configured.ipv4);
+  record.ipv6 = interface.ipv6.value_or(configured.ipv6);
   handles_.emplace(internal_name(record.name), static_cast<std::uint32_t>(interfaces_.size()));
 }
 

@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "device/native_addresses.h"
 #include "io/device_file.h"
 
 namespace ocifip {
@@ -21,7 +22,8 @@ std::string internal_name(std::string_view name);
 struct InterfaceRecord {
   std::string name;
   std::uint32_t node = 0;  // 0 when it is on none
-  DeviceAddresses ipv4;    // the device file's, or those of the native configuration
+  // The device file's, or those of the native configuration.
+  DeviceAddresses ipv4;
   DeviceAddresses ipv6;
 };
 
@@ -57,7 +59,7 @@ class DeviceDirectory {
 
   void add_name(const std::string& name);
   std::uint32_t enter_node(const std::string& name);
-  void enter_interface(const DeviceInterface& interface, const DeviceAddresses* configured);
+  void enter_interface(const DeviceInterface& interface, const ConfiguredAddresses& configured);
 
   Device device_;
   DatabaseItems configured_items_;

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "device/native_nodes.h"
 #include "inet/inet.h"
 #include "io/address_text.h"
 #include "records/value_text.h"
@@ -27,24 +28,6 @@ constexpr std::string_view kNeighborHead = "/ipc/gl/ipv6-nd/node/";
 // Type of an item that is there or not, and has no value.
 constexpr std::uint32_t kPresence = 1;
 
-// A node is of a module by its name, or, where no model knows it, by what its document calls it.
-bool is_node(const DocumentNode& node, std::string_view module, std::string_view tag) {
-  return node.tag == tag && (node.module.empty() ? node.module_namespace : node.module) == module;
-}
-
-const DocumentNode* find(const std::vector<DocumentNode>& nodes, std::string_view module,
-                         std::string_view tag) {
-  const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const DocumentNode& node) {
-    return is_node(node, module, tag);
-  });
-  return found == nodes.end() ? nullptr : &*found;
-}
-
-std::string leaf(const DocumentNode& node, std::string_view module, std::string_view tag) {
-  const DocumentNode* found = find(node.children, module, tag);
-  return found == nullptr || !found->value ? "" : *found->value;
-}
-
 using Visit = std::function<void(const DocumentNode&)>;
 
 // Calls a function with every node that a path of one module leads to.
@@ -53,7 +36,7 @@ void each(const std::vector<DocumentNode>& nodes, std::string_view module,
   const auto step = [&](const auto& self, const std::vector<DocumentNode>& level,
                         const std::string_view* tag) -> void {
     for (const DocumentNode& node : level) {
-      if (!is_node(node, module, *tag)) continue;
+      if (!is_native_node(node, module, *tag)) continue;
       if (tag + 1 == path.end()) {
         visit(node);
       } else {
@@ -79,11 +62,12 @@ DatabaseItem presence_item() {
 }
 
 void add_proxy_arp(const DocumentNode& interface, DatabaseItems& items) {
-  const DocumentNode* arp = find(interface.children, kArpModule, "ipv4arp");
-  if (arp == nullptr || leaf(interface, kInterfaceModule, "active") != "act") return;
-  const std::string name = internal_name(leaf(interface, kInterfaceModule, "interface-name"));
+  const DocumentNode* arp = find_native(interface.children, kArpModule, "ipv4arp");
+  if (arp == nullptr || native_leaf(interface, kInterfaceModule, "active") != "act") return;
+  const std::string name =
+      internal_name(native_leaf(interface, kInterfaceModule, "interface-name"));
   for (const char* setting : {"proxy-arp", "local-proxy-arp"}) {
-    if (find(arp->children, kArpModule, setting) != nullptr) {
+    if (find_native(arp->children, kArpModule, setting) != nullptr) {
       items.emplace("/cfg/if/act/" + name + "/ipv4/arp/" + setting, presence_item());
     }
   }
@@ -91,11 +75,11 @@ void add_proxy_arp(const DocumentNode& interface, DatabaseItems& items) {
 
 // The daemon knows interfaces by their internal names.
 void add_arp_entry(const std::string& vrf, const DocumentNode& entry, DatabaseItems& items) {
-  const std::string address = leaf(entry, kArpModule, "address");
-  const std::string interface = internal_name(leaf(entry, kArpModule, "interface"));
+  const std::string address = native_leaf(entry, kArpModule, "address");
+  const std::string interface = internal_name(native_leaf(entry, kArpModule, "interface"));
   if (interface.empty() || !address_bytes(OMBRIX_AF_INET, address)) return;
   Json fields = {{"IPAddress", address}, {"InterfaceName", interface}};
-  const std::string mac = leaf(entry, kArpModule, "mac-address");
+  const std::string mac = native_leaf(entry, kArpModule, "mac-address");
   if (mac_bytes(mac)) fields["HardwareAddress"] = mac;
   items.emplace("/oper/ipv4-arp-gmp/gl/vrf/" + vrf + "/config/" + address + ',' + interface,
                 record_item("arp_gmp_config_entry", fields));
@@ -140,9 +124,10 @@ DatabaseItems interface_details(const DeviceDirectory& directory) {
 
 // A neighbor's item is named by the address's bytes in hexadecimal, and has no value.
 void add_neighbor(const std::string& head, const DocumentNode& entry, DatabaseItems& items) {
-  const std::string interface = internal_name(leaf(entry, kNeighborModule, "interface-name"));
+  const std::string interface =
+      internal_name(native_leaf(entry, kNeighborModule, "interface-name"));
   const auto address =
-      address_bytes(OMBRIX_AF_INET6, leaf(entry, kNeighborModule, "neighbor-address"));
+      address_bytes(OMBRIX_AF_INET6, native_leaf(entry, kNeighborModule, "neighbor-address"));
   if (interface.empty() || !address) return;
   std::string path = head + "/neighbour-entry/" + interface + '/';
   for (const char byte : *address) {
@@ -171,7 +156,7 @@ DatabaseItems items_configured_by(const Document& native) {
   each(native.roots, kInterfaceModule, {"interface-configurations", "interface-configuration"},
        [&](const DocumentNode& interface) { add_proxy_arp(interface, items); });
   each(native.roots, kArpModule, {"arpgmp", "vrf"}, [&](const DocumentNode& vrf) {
-    const std::string name = leaf(vrf, kArpModule, "vrf-name");
+    const std::string name = native_leaf(vrf, kArpModule, "vrf-name");
     each(vrf.children, kArpModule, {"entries", "entry"},
          [&](const DocumentNode& entry) { add_arp_entry(name, entry, items); });
   });

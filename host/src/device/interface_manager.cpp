@@ -63,11 +63,14 @@ imc_attr_response* answer(const DeviceDirectory& directory, const imc_attr_reque
   if (record == nullptr) {
     return make_response(IMC_INTERFACE_UNKNOWN, {});
   }
-  if (request.attribute != IMC_ATTR_IPV4_ADDRESS || !is_room_for_addresses(request.length)) {
+  const bool is_ipv6 = request.attribute == IMC_ATTR_IPV6_ADDRESS;
+  if ((!is_ipv6 && request.attribute != IMC_ATTR_IPV4_ADDRESS) ||
+      !is_room_for_addresses(request.length)) {
     return make_response(kInvalidArgument, {});
   }
-  return make_response(kOk, encode_addresses(record->ipv4, OMBRIX_AF_INET, request.interface_handle,
-                                             request.length));
+  return make_response(kOk, encode_addresses(is_ipv6 ? record->ipv6 : record->ipv4,
+                                             is_ipv6 ? OMBRIX_AF_INET6 : OMBRIX_AF_INET,
+                                             request.interface_handle, request.length));
 }
 
 }  // namespace

@@ -1,64 +1,75 @@
 #include "device/native_addresses.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
+#include "device/native_nodes.h"
 #include "inet/inet.h"
+#include "io/address_text.h"
 
 namespace ocifip {
 namespace {
 
 constexpr std::string_view kInterfaceModule = "Halvane-Ombrix-ifmgr-cfg";
 constexpr std::string_view kIpv4Module = "Halvane-Ombrix-ipv4-io-cfg";
-
-const DocumentNode* find(const std::vector<DocumentNode>& nodes, std::string_view module,
-                         std::string_view tag) {
-  const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const DocumentNode& node) {
-    return node.tag == tag && node.module == module;
-  });
-  return found == nodes.end() ? nullptr : &*found;
-}
-
-const DocumentNode* find_below(const DocumentNode* node, std::string_view module,
-                               std::initializer_list<std::string_view> tags) {
-  for (const std::string_view tag : tags) {
-    node = node == nullptr ? nullptr : find(node->children, module, tag);
-  }
-  return node;
-}
-
-const std::string* value_below(const DocumentNode& node, std::string_view module,
-                               std::string_view tag) {
-  const DocumentNode* leaf = find(node.children, module, tag);
-  return leaf == nullptr || !leaf->value ? nullptr : &*leaf->value;
-}
+constexpr std::string_view kIpv6Module = "Halvane-Ombrix-ipv6-ma-cfg";
 
 // The address of a container or entry that holds "address" and "netmask".
-std::optional<DeviceAddress> read_address(const DocumentNode& node) {
-  const std::string* text = value_below(node, kIpv4Module, "address");
-  const std::string* netmask = value_below(node, kIpv4Module, "netmask");
+std::optional<DeviceAddress> read_ipv4_address(const DocumentNode& node) {
+  const std::string text = native_leaf(node, kIpv4Module, "address");
+  const std::string netmask = native_leaf(node, kIpv4Module, "netmask");
   DeviceAddress address;
   std::uint32_t mask = 0;
-  if (text == nullptr || netmask == nullptr || ombrix_inet_aton(netmask->c_str(), &mask) == 0 ||
-      ombrix_inet_pton(OMBRIX_AF_INET, text->c_str(), address.bytes.data()) != 1) {
+  if (ombrix_inet_aton(netmask.c_str(), &mask) == 0 ||
+      ombrix_inet_pton(OMBRIX_AF_INET, text.c_str(), address.bytes.data()) != 1) {
     return std::nullopt;
   }
   address.prefix_length = ipv4_mask2prefixlen(mask);
   return address;
 }
 
-DeviceAddresses read_addresses(const DocumentNode& entry) {
+// The address of an entry that holds "address" and "prefix-length".
+std::optional<DeviceAddress> read_ipv6_address(const DocumentNode& entry) {
+  const std::string text = native_leaf(entry, kIpv6Module, "address") + '/' +
+                           native_leaf(entry, kIpv6Module, "prefix-length");
+  DeviceAddress address;
+  std::string reason;
+  return read_address(AddressFamily::kIpv6, text, address, reason) ? std::optional(address)
+                                                                   : std::nullopt;
+}
+
+DeviceAddresses ipv4_addresses(const DocumentNode& interface) {
   DeviceAddresses addresses;
-  const auto* primary = find_below(&entry, kIpv4Module, {"ipv4-network", "addresses", "primary"});
-  const auto* secondaries =
-      find_below(&entry, kIpv4Module, {"ipv4-network", "addresses", "secondaries"});
-  if (primary != nullptr) {
-    addresses.primary = read_address(*primary);
+  const auto* all = find_native_below(interface, kIpv4Module, {"ipv4-network", "addresses"});
+  if (all == nullptr) {
+    return addresses;
   }
-  for (const auto& secondary :
-       secondaries == nullptr ? std::vector<DocumentNode>() : secondaries->children) {
-    if (const auto address = read_address(secondary)) {
+  if (const auto* primary = find_native(all->children, kIpv4Module, "primary")) {
+    addresses.primary = read_ipv4_address(*primary);
+  }
+  if (const auto* secondaries = find_native(all->children, kIpv4Module, "secondaries")) {
+    for (const DocumentNode& entry : secondaries->children) {
+      if (const auto address = read_ipv4_address(entry)) {
+        addresses.secondaries.push_back(*address);
+      }
+    }
+  }
+  return addresses;
+}
+
+DeviceAddresses ipv6_addresses(const DocumentNode& interface) {
+  DeviceAddresses addresses;
+  const auto* entries =
+      find_native_below(interface, kIpv6Module, {"ipv6-network", "addresses", "regular-addresses"});
+  if (entries == nullptr) {
+    return addresses;
+  }
+  for (const DocumentNode& entry : entries->children) {
+    const auto address = read_ipv6_address(entry);
+    if (address && !addresses.primary) {
+      addresses.primary = address;
+    } else if (address) {
       addresses.secondaries.push_back(*address);
     }
   }
@@ -67,17 +78,16 @@ DeviceAddresses read_addresses(const DocumentNode& entry) {
 
 }  // namespace
 
-std::vector<std::pair<std::string, DeviceAddresses>> native_addresses(const Document& native) {
-  std::vector<std::pair<std::string, DeviceAddresses>> interfaces;
-  const DocumentNode* top = find(native.roots, kInterfaceModule, "interface-configurations");
+std::vector<ConfiguredAddresses> native_addresses(const Document& native) {
+  std::vector<ConfiguredAddresses> interfaces;
+  const auto* top = find_native(native.roots, kInterfaceModule, "interface-configurations");
   if (top == nullptr) {
     return interfaces;
   }
   for (const DocumentNode& entry : top->children) {
-    const std::string* active = value_below(entry, kInterfaceModule, "active");
-    const std::string* name = value_below(entry, kInterfaceModule, "interface-name");
-    if (active != nullptr && *active == "act" && name != nullptr) {
-      interfaces.emplace_back(*name, read_addresses(entry));
+    std::string name = native_leaf(entry, kInterfaceModule, "interface-name");
+    if (!name.empty() && native_leaf(entry, kInterfaceModule, "active") == "act") {
+      interfaces.push_back({std::move(name), ipv4_addresses(entry), ipv6_addresses(entry)});
     }
   }
   return interfaces;

@@ -1,18 +1,23 @@
-// IPv4 addresses as the device's native configuration has them.
+// Addresses as the device's native configuration has them.
 #ifndef OCIFIP_HOST_DEVICE_NATIVE_ADDRESSES_H_
 #define OCIFIP_HOST_DEVICE_NATIVE_ADDRESSES_H_
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "io/device_file.h"
 
 namespace ocifip {
 
-// The interfaces with an active configuration, by native name, with their IPv4 addresses. What is
-// no address or netmask counts as absent.
-std::vector<std::pair<std::string, DeviceAddresses>> native_addresses(const Document& native);
+// The addresses of an interface that has an active configuration.
+struct ConfiguredAddresses {
+  std::string name;  // the interface's, in native form
+  DeviceAddresses ipv4;
+  DeviceAddresses ipv6;  // its first address is the primary one
+};
+
+// What is no address, netmask or prefix length counts as absent.
+std::vector<ConfiguredAddresses> native_addresses(const Document& native);
 
 }  // namespace ocifip
 

@@ -20,7 +20,8 @@ typedef struct iparm_secondary {
   uint32_t prefix_length;
 } iparm_secondary;
 
-/* The addresses of one interface. */
+/* The addresses of one interface. Of IPv6 addresses, the one that was configured first is the
+ * primary one. */
 typedef struct iparm_record {
   uint8_t primary[IPARM_ADDRESS_SIZE];
   uint32_t prefix_length;
@@ -41,7 +42,7 @@ cerrno iparm_al_c_init(event_manager *manager);
  *
  *   data    the attribute as imc_attr_query gave it
  *   length  its bytes
- *   family  2 for IPv4, 10 for IPv6
+ *   family  OMBRIX_AF_INET or OMBRIX_AF_INET6 (inet/inet.h), as of the attribute
  *   list    where to store the list, to be freed with iparm_al_c_free; may be set on failure, too
  */
 cerrno iparm_al_c_tlv2addr(const uint8_t *data, uint32_t length, uint32_t family,

@@ -22,9 +22,16 @@ typedef uint32_t imc_handle;              /* handle of an interface */
 /* Result of a lookup of an interface that does not exist. */
 #define IMC_INTERFACE_UNKNOWN ((cerrno)0x409a0600)
 
-/* The IPv4 address attribute of an interface, and its length in a request. */
+/*
+ * The addresses of an interface, an attribute a family, and the length to give in a request:
+ * numbers of the platform's own. The data are for iparm_al_c_tlv2addr (im/address_manager.h). An
+ * interface without addresses of the family has the attribute, too: the primary address is zeros
+ * then, of prefix length 0.
+ */
 #define IMC_ATTR_IPV4_ADDRESS 0x1a000cu
 #define IMC_ATTR_IPV4_ADDRESS_LENGTH 75u
+#define IMC_ATTR_IPV6_ADDRESS 0x1a000du
+#define IMC_ATTR_IPV6_ADDRESS_LENGTH 127u
 
 /* Binds to the interface manager in a mode (IMC_BIND_MODE_CLIENT) and stores the connection. */
 cerrno imc_control_server_bind(imc_conn_ctx **connection, uint32_t mode);
