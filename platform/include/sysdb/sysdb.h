@@ -1,4 +1,10 @@
-/* Client of the configuration and state database. Paths are texts with components joined by "/". */
+/*
+ * Client of the configuration and state database.
+ *
+ * Paths are texts with components joined by "/". An interface stands in a path, in a filter and in
+ * the name of an item by its native name in internal form (im/interface_manager.h), which has "_"
+ * for every "/". The text fields of records that name interfaces have that form, too.
+ */
 #ifndef SYSDB_SYSDB_H
 #define SYSDB_SYSDB_H
 
