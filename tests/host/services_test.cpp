@@ -252,6 +252,22 @@ TEST(DeviceServices, NodesAndNames) {
   EXPECT_EQ(imc_ifname_to_location(yfw_ocifmgr_im_conn, "Eth9", &node), IMC_INTERFACE_UNKNOWN);
 }
 
+TEST(DeviceServices, AnInterfaceWithoutALocationIsOnTheLocalNodeOrOnNone) {
+  const auto location = [](const std::string& local_node) {
+    const DeviceDirectory directory(
+        read_device(models(), "device",
+                    R"({"node": )" + local_node + R"(, "interfaces": [{"name": "Eth1"}]})"));
+    const ActiveDevice active(directory);
+    std::array<char, 32> text{"untouched"};
+    nodeid_t node = 99;
+    EXPECT_EQ(imc_ifname_to_location(yfw_ocifmgr_im_conn, "Eth1", &node), kOk);
+    EXPECT_EQ(nodeid_to_str_external(node, text.data(), text.size()) == kOk, node != NODEID_NONE);
+    return std::string(text.data());
+  };
+  EXPECT_EQ(location(R"("node0_1")"), "node0_1");
+  EXPECT_EQ(location("null"), "untouched");
+}
+
 TEST(DeviceServices, WhatIsAbsentSaysSo) {
   struct Row {
     std::string device;

@@ -58,13 +58,13 @@ void DeviceDirectory::configure(Document native) {
   *this = DeviceDirectory(std::move(device));
 }
 
-std::uint32_t DeviceDirectory::enter_node(const std::string& name) {
+nodeid_t DeviceDirectory::enter_node(const std::string& name) {
   const auto known = std::find(nodes_.begin(), nodes_.end(), name);
   if (known == nodes_.end()) {
     nodes_.push_back(name);
-    return static_cast<std::uint32_t>(nodes_.size());
+    return static_cast<nodeid_t>(nodes_.size());
   }
-  return static_cast<std::uint32_t>(known - nodes_.begin()) + 1;
+  return static_cast<nodeid_t>(known - nodes_.begin()) + 1;
 }
 
 void DeviceDirectory::enter_interface(const DeviceInterface& interface,
@@ -87,10 +87,10 @@ const InterfaceRecord* DeviceDirectory::interface(std::uint32_t handle) const {
 }
 
 // The device's own node is the first that was entered.
-std::uint32_t DeviceDirectory::own_node() const { return device_.node ? 1 : 0; }
+nodeid_t DeviceDirectory::own_node() const { return device_.node ? 1 : NODEID_NONE; }
 
-const std::string* DeviceDirectory::node_name(std::uint32_t node) const {
-  return node == 0 || node > nodes_.size() ? nullptr : &nodes_[node - 1];
+const std::string* DeviceDirectory::node_name(nodeid_t node) const {
+  return node == NODEID_NONE || node > nodes_.size() ? nullptr : &nodes_[node - 1];
 }
 
 const DeviceDirectory* DeviceDirectory::active() { return active_directory; }

@@ -12,6 +12,7 @@
 
 #include "device/native_addresses.h"
 #include "io/device_file.h"
+#include "node/node.h"
 
 namespace ocifip {
 
@@ -21,7 +22,7 @@ std::string internal_name(std::string_view name);
 // An interface as the interface manager knows it.
 struct InterfaceRecord {
   std::string name;
-  std::uint32_t node = 0;  // 0 when it is on none
+  nodeid_t node = NODEID_NONE;  // its own, else the device's, else none
   // The device file's, or those of the native configuration.
   DeviceAddresses ipv4;
   DeviceAddresses ipv6;
@@ -41,9 +42,10 @@ class DeviceDirectory {
   // Handles count from 1; 0 is no interface.
   [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;
   [[nodiscard]] const InterfaceRecord* interface(std::uint32_t handle) const;
-  // Node identifiers count from 1; 0 is no node.
-  [[nodiscard]] std::uint32_t own_node() const;
-  [[nodiscard]] const std::string* node_name(std::uint32_t node) const;
+  // The local node, or NODEID_NONE. Node identifiers count from 1.
+  [[nodiscard]] nodeid_t own_node() const;
+  // Null for an identifier that no node has.
+  [[nodiscard]] const std::string* node_name(nodeid_t node) const;
 
   // Native names of the interfaces that are configured, that the interface manager knows, or that
   // have a summary, each once.
@@ -58,7 +60,7 @@ class DeviceDirectory {
   friend class ActiveDevice;
 
   void add_name(const std::string& name);
-  std::uint32_t enter_node(const std::string& name);
+  nodeid_t enter_node(const std::string& name);
   void enter_interface(const DeviceInterface& interface, const ConfiguredAddresses& configured);
 
   Device device_;

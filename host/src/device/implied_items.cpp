@@ -140,7 +140,7 @@ void add_neighbor(const std::string& head, const DocumentNode& entry, DatabaseIt
 
 DatabaseItems neighbors(const DeviceDirectory& directory) {
   DatabaseItems items;
-  if (directory.own_node() == 0) return items;
+  if (directory.own_node() == NODEID_NONE) return items;
   std::array<char, 16> node{};
   std::snprintf(node.data(), node.size(), "%x", directory.own_node());
   const std::string head = std::string(kNeighborHead) + node.data();

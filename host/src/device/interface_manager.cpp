@@ -79,7 +79,6 @@ imc_attr_response* answer(const DeviceDirectory& directory, const imc_attr_reque
 using ocifip::guarded;
 using ocifip::kInvalidArgument;
 using ocifip::kNoMemory;
-using ocifip::kNotFound;
 using ocifip::kOk;
 using ocifip::kUnavailable;
 
@@ -171,11 +170,7 @@ cerrno imc_ifname_to_location(imc_connid connection, const char* name, nodeid_t*
     if (result != kOk) {
       return result;
     }
-    const std::uint32_t location = directory->interface(handle)->node;
-    if (location == 0) {
-      return kNotFound;
-    }
-    *node = location;
+    *node = directory->interface(handle)->node;
     return kOk;
   });
 }

@@ -21,7 +21,7 @@ cerrno platform_get_my_nodeid(nodeid_t* node) {
   if (node == nullptr) {
     return kInvalidArgument;
   }
-  if (directory->own_node() == 0) {
+  if (directory->own_node() == NODEID_NONE) {
     return kNotFound;
   }
   *node = directory->own_node();

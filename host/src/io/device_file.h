@@ -26,8 +26,8 @@ struct DeviceAddresses {
 };
 
 struct DeviceInterface {
-  std::string name;                     // native name, "Eth1" or "Eth1.20"
-  std::optional<std::string> node;      // the node that it is on; the device's own when absent
+  std::string name;                 // native name, "Eth1" or "Eth1.20"
+  std::optional<std::string> node;  // the node that it is on; the device's own when absent
   // Absent: taken from the native configuration.
   std::optional<DeviceAddresses> ipv4;
   std::optional<DeviceAddresses> ipv6;

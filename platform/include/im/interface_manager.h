@@ -1,4 +1,10 @@
-/* Client of the interface manager. */
+/*
+ * Client of the interface manager.
+ *
+ * It knows interfaces by the internal form of their native names, which has "_" for every "/":
+ * "Gi0_0_1" for Gi0/0/1, "Eth1.20" for Eth1.20. Every lookup here takes that form, and finds
+ * nothing by another; im_internal_namestring makes it.
+ */
 #ifndef IM_INTERFACE_MANAGER_H
 #define IM_INTERFACE_MANAGER_H
 
@@ -47,7 +53,7 @@ imc_connid imc_conn_ctx_to_connid(const imc_conn_ctx *connection);
  *
  *   connection  the connection's identifier
  *   count       number of names
- *   names       count names in internal form
+ *   names       count native names in internal form
  *   handles     count handles, written where found
  *   flags       0
  *   statuses    count results, one a name
@@ -57,7 +63,8 @@ imc_connid imc_conn_ctx_to_connid(const imc_conn_ctx *connection);
 cerrno imc_interface_find(imc_connid connection, uint32_t count, const char *const *names,
                           imc_handle *handles, uint32_t flags, cerrno *statuses);
 
-/* Looks one interface up by name. Returns 0, IMC_INTERFACE_UNKNOWN or another failure. */
+/* Looks one interface up by its native name in internal form. Returns 0, IMC_INTERFACE_UNKNOWN or
+ * another failure. */
 cerrno imc_s_interface_find(imc_connid connection, const char *name, imc_handle *handle);
 
 /* One attribute of one interface, asked for by imc_attr_query. */
@@ -75,7 +82,7 @@ typedef struct imc_attr_response {
 } imc_attr_response;
 
 /*
- * Queries attributes of interfaces.
+ * Queries attributes of interfaces, which are named by their handles.
  *
  *   connection      the connection's identifier
  *   count           number of requests
@@ -86,10 +93,26 @@ typedef struct imc_attr_response {
 cerrno imc_attr_query(imc_connid connection, uint32_t count, const imc_attr_request *requests,
                       uint32_t response_count, imc_attr_response **response);
 
-/* The node that an interface is on. The name is in internal form. */
+/*
+ * Stores the node that an interface is on: the local node for one without a location of its own,
+ * and NODEID_NONE when there is no local node either.
+ *
+ *   connection  the connection's identifier
+ *   name        native name in internal form
+ *   node        where to store the node; untouched on failure
+ *
+ * Returns 0, IMC_INTERFACE_UNKNOWN or another failure. That an interface is on no node is none.
+ */
 cerrno imc_ifname_to_location(imc_connid connection, const char *name, nodeid_t *node);
 
-/* Writes the interface manager's internal form of a name into a buffer of size bytes. */
+/*
+ * Writes the internal form of a native name into a buffer.
+ *
+ *   name      native name; one in internal form stays as it is
+ *   internal  buffer of size bytes
+ *
+ * Returns 0, or one of enum yfw_text_error (yfw/text.h) when the name does not fit.
+ */
 cerrno im_internal_namestring(const char *name, char *internal, size_t size);
 
 #ifdef __cplusplus
