@@ -5,7 +5,7 @@
  * which native operational data is arranged.
  *
  * The local node is the one that the process runs on. A device that is not made of nodes has none,
- * and so has one whose node service cannot be reached; its interfaces are on no node.
+ * and its interfaces are on none.
  */
 #ifndef NODE_NODE_H
 #define NODE_NODE_H
@@ -24,7 +24,8 @@ typedef uint32_t nodeid_t;
 /* No node's identifier. */
 #define NODEID_NONE ((nodeid_t)0)
 
-/* Stores the local node's identifier. Fails, with *node untouched, when there is no local node. */
+/* Stores the local node's identifier. Fails, with *node untouched, when there is no local node or
+ * the platform cannot tell. */
 cerrno platform_get_my_nodeid(nodeid_t *node);
 
 /* Writes a node's name as operators see it into a buffer of size bytes (32 suffice). Fails for an
