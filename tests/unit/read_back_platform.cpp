@@ -106,6 +106,18 @@ cerrno _sysdb_bind(sysdb_handle** handle, const char* prefix, uint32_t mode) {
   return result;
 }
 
+// The database has no lists.
+cerrno sysdb_datalist(sysdb_handle*, const char* path, const char*, sysdb_list**, uint32_t*) {
+  platform.record(kDevice, std::string("list ") + path);
+  return SYSDB_LIST_EMPTY;
+}
+cerrno sysdb_datalist_next(sysdb_list*, const char**, const void**, uint32_t*, uint32_t*) {
+  return SYSDB_LIST_EMPTY;
+}
+void sysdb_datalist_free(sysdb_list*) {}
+cerrno hex_string2ip_addr(const char*, ip_addr*) { return 1; }
+const char* ip_addr_string(const ip_addr*, char* text, size_t) { return text; }
+
 cerrno sysdb_item_get(sysdb_handle* handle, const char* path, void** buffer, uint32_t* length,
                       uint32_t* type) {
   const cerrno result = platform.serve(kDevice, handle == kDatabase ? "item" : "item?", path);
