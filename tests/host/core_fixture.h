@@ -28,8 +28,8 @@ inline const std::string kNetwork = kNative + "/ipv4-network";
 inline const std::string kSubinterface = "/interfaces/interface/subinterfaces/subinterface";
 
 // The plug-in's entries, as a stand-in has them: each call is noted in `entered`, a line a call,
-// and the kind of the request in `entered_kind`. A leaf "mtu" is copied, a leaf "enabled" is
-// refused.
+// with an exclamation mark at nodes in which a list is deleted as a whole, and the kind of the
+// request in `entered_kind`. A leaf "mtu" is copied, a leaf "enabled" is refused.
 inline std::string entered;
 inline std::uint32_t entered_kind = 0;
 
@@ -39,8 +39,12 @@ inline cerrno copy_mtu(yfw_map_ctx* ctx, const InputNode& leaf) {
                                            YFW_MAP_PATH_CURRENT);
 }
 
-inline cerrno visit(yfw_map_ctx* ctx, const InputNode& node) {
-  yfw_map_add_to_node_hierarchy(ctx, &node, YFW_MAP_HIERARCHY_CONTAINER);
+// A list entry is entered as one but at the top, where it stands for the family's container.
+inline cerrno visit(yfw_map_ctx* ctx, const InputNode& node, bool is_top = false) {
+  const bool is_entry = node.kind == NIDL_YFW_KIND_LIST && !is_top;
+  yfw_map_add_to_node_hierarchy(
+      ctx, &node, is_entry ? YFW_MAP_HIERARCHY_LIST_ENTRY : YFW_MAP_HIERARCHY_CONTAINER);
+  entered.append(ctx->request_state->list_wide != 0 ? "!" : "");
   cerrno result = kOk;
   for (const InputNode& child : children_of(node)) {
     const std::string_view tag = child.tag;
@@ -58,12 +62,11 @@ inline cerrno visit(yfw_map_ctx* ctx, const InputNode& node) {
 
 template <char kEntry>
 cerrno stand_in(yfw_map_ctx* ctx, const InputNode* in, nidl_yfw_datatree* /*out*/) {
-  const yfw_map_request_state& state = *ctx->request_state;
-  entered_kind = state.request.request_op;
+  entered_kind = ctx->request_state->request.request_op;
   entered.append(1, kEntry).append(":").append(Request::of(ctx).native_interface_name());
   entered.append(" op=").append(std::to_string(in->edit_operation));
-  entered.append(state.list_wide != 0 ? " wide " : " ").append(in->tag);
-  const cerrno result = visit(ctx, *in);
+  entered.append(" ").append(in->tag);
+  const cerrno result = visit(ctx, *in, true);
   entered.append("\n");
   return result;
 }

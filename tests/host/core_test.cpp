@@ -390,7 +390,6 @@ TEST_F(CoreTest, OperationsAreInheritedButAKeyIsNeverDeletedWithItsEntry) {
   EXPECT_EQ(find_child(entries[0], "ip")->edit_operation, NIDL_YFW_EDIT_WRITE);
   EXPECT_EQ(find_child(entries[0], "config")->children[0].edit_operation, NIDL_YFW_EDIT_DELETE);
   EXPECT_EQ(find_child(entries[1], "config")->edit_operation, NIDL_YFW_EDIT_REPLACE);
-  EXPECT_FALSE(input->deletes_whole_list(*node));
   EXPECT_EQ(yfw_map_check_oc_leafref(ctx, "", "config", "10.0.0.1", &entries[0]), kListKey);
   EXPECT_EQ(yfw_map_check_oc_leafref(ctx, "", "config", "10.0.0.2", &entries[0]), kOk);
   EXPECT_EQ(yfw_map_check_oc_leafref(ctx, "", "state", "10.0.0.1", &entries[0]), kOk);

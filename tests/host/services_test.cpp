@@ -360,7 +360,7 @@ TEST_F(SiblingTest, DeletesGoToTheFamilies) {
             "4:Eth1.20 op=3 subinterface\n6:Eth1.20 op=3 subinterface\n");
   EXPECT_EQ(map_subinterface_20(R"(, "openconfig-if-ip:ipv4": {"addresses": {"address": [{"@":
                                 {"ietf-netconf:operation": "remove"}}]}})"),
-            "4:Eth1.20 op=0 wide ipv4 addresses address\n");
+            "4:Eth1.20 op=0 ipv4 addresses! address!\n");
   EXPECT_EQ(request->state().list_wide, 0);
 }
 
@@ -386,6 +386,19 @@ TEST_F(SiblingTest, WhatExtendsIpv6GoesToItsOwnEntry) {
   EXPECT_EQ(ipv6(refused),
             "0xaaf2ee00 (unsupported) tag \"enabled\" at /interfaces/interface[name='Eth1']"
             "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no");
+}
+
+// Neither an entry with keys in the same list, nor one without in a list below or beside it.
+TEST_F(SiblingTest, OnlyTheListThatIsNamedWithoutKeysIsDeletedAsAWhole) {
+  const std::string deleted = R"("@": {"ietf-netconf:operation": "delete"})";
+  EXPECT_EQ(map_subinterface_20(R"(, "openconfig-if-ip:ipv4": {"addresses": {"address": [
+                {"ip": "10.0.0.1", "vrrp": {"vrrp-group": [{)" +
+                                deleted + R"(, "virtual-router-id": 1}]}}, {)" + deleted +
+                                R"(}, {)" + deleted + R"(, "config": {}}]}, "neighbors":
+                {"neighbor": [{)" +
+                                deleted + R"(, "ip": "10.0.0.9"}]}})"),
+            "4:Eth1.20 op=0 ipv4 addresses! address ip vrrp vrrp-group virtual-router-id address!"
+            " address config neighbors neighbor ip\n");
 }
 
 TEST_F(SiblingTest, WhatIsNotMappedIsRefused) {
@@ -529,7 +542,7 @@ TEST_F(MapperTest, EditsAreOfTheKindThatTheirOperationsMakeThem) {
       {mtu, "", kNone, "1 4:Eth9.1 op=5 ipv4 config mtu\n"},
       {replaced, "", kMerge, "8 4:Eth9.1 op=0 ipv4 config mtu\n"},
       {mtu, ipv4 + "/config/dhcp-client", kMerge, "1 4:Eth9.1 op=0 ipv4 config mtu dhcp-client\n"},
-      {{}, ipv4 + "/neighbors/neighbor", kMerge, "1 4:Eth9.1 op=0 wide ipv4 neighbors neighbor\n"},
+      {{}, ipv4 + "/neighbors/neighbor", kMerge, "1 4:Eth9.1 op=0 ipv4 neighbors! neighbor!\n"},
       {{}, kSubinterface1, kMerge, "1 4:Eth9.1 op=3 subinterface\n6:Eth9.1 op=3 subinterface\n"}};
   for (const Row& row : rows) {
     edit(row.json, std::vector(row.deleted.empty() ? 0 : 1, row.deleted), row.operation,

@@ -40,20 +40,6 @@ bool is_deleted(const InputNode& node) { return yfw_map_is_request_delete(&node)
 
 bool is_container(const InputNode& node) { return node.kind == NIDL_YFW_KIND_CONTAINER; }
 
-// Lets entries come without keys while a subtree is mapped in which a whole list is deleted.
-class ListWideDelete {
- public:
-  ListWideDelete(Request& request, const InputNode& subtree) : request_(request) {
-    request.state().list_wide = request.input().deletes_whole_list(subtree) ? 1 : 0;
-  }
-  ~ListWideDelete() { request_.state().list_wide = 0; }
-  ListWideDelete(const ListWideDelete&) = delete;
-  ListWideDelete& operator=(const ListWideDelete&) = delete;
-
- private:
-  Request& request_;
-};
-
 class InterfacesMapping {
  public:
   InterfacesMapping(Request& request, nidl_yfw_datatree* out) : request_(request), out_(out) {}
@@ -125,7 +111,6 @@ class InterfacesMapping {
     if (is_deleted(entry)) {
       return delete_subinterface(entry);
     }
-    const ListWideDelete list_wide(request_, entry);
     return for_each_child(entry, [&](const InputNode& child) {
       if (is_own(child)) {
         return map_setting(child, kSubinterfaceList.key);
@@ -153,7 +138,6 @@ class InterfacesMapping {
     if (is_deleted(container) && children_of(container).empty()) {
       return turn_down(container);
     }
-    const ListWideDelete list_wide(request_, container);
     return for_each_child(container, [&](const InputNode& child) {
       return hand_over(child, request_.entries().routed_vlan_ipv4,
                        request_.entries().routed_vlan_ipv6);

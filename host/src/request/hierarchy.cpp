@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tree/operations.h"
 #include "tree/path_cache.h"
 #include "yfw/mapping.h"
 
@@ -14,6 +15,12 @@ constexpr std::string_view kNativeInterfaceList =
 constexpr std::string_view kSubinterfaceList = "/interfaces/interface/subinterfaces/subinterface";
 
 bool is_entry(const InputNode& node) { return node.kind == NIDL_YFW_KIND_LIST; }
+
+// A deleted entry that says nothing at all stands for its list: one with content lacks its keys by
+// mistake.
+bool deletes_whole_list(const InputNode& node) {
+  return is_entry(node) && is_deleting(node.edit_operation) && children_of(node).empty();
+}
 
 bool has_tag(const InputNode& node, std::string_view tag) {
   return node.tag != nullptr && node.tag == tag;
@@ -46,7 +53,9 @@ void Hierarchy::push(const InputNode& node, std::uint32_t kind) {
   nodes_.resize(depth_);
   nodes_.push_back(&node);
   ++depth_;
-  if (kind == YFW_MAP_HIERARCHY_LIST_ENTRY) {
+  const bool is_list_entry = kind == YFW_MAP_HIERARCHY_LIST_ENTRY;
+  enter_list_wide(node, is_list_entry);
+  if (is_list_entry) {
     entries_.push_back(&node);
   } else {
     enter_list(node);
@@ -61,6 +70,7 @@ bool Hierarchy::pop(const InputNode& node) {
     entries_.pop_back();
   }
   leave_list();
+  leave_list_wide();
   leave_current_entries();
   --depth_;
   return true;
@@ -80,6 +90,23 @@ void Hierarchy::leave_list() {
     state_.list_edit_op = list_operations_.back().outer;
     list_operations_.pop_back();
   }
+}
+
+// The flag belongs to the one list: to the container that holds it, whose callback comes before the
+// entries, and to the entry that stands for all of them. Entries with keys beside that one are not
+// meant, nor is anything below them.
+void Hierarchy::enter_list_wide(const InputNode& node, bool is_list_entry) {
+  outer_list_wide_.push_back(state_.list_wide);
+  const auto children = children_of(node);
+  const bool is_list_wide = is_list_entry
+                                ? deletes_whole_list(node)
+                                : std::any_of(children.begin(), children.end(), deletes_whole_list);
+  state_.list_wide = is_list_wide ? 1 : 0;
+}
+
+void Hierarchy::leave_list_wide() {
+  state_.list_wide = outer_list_wide_.back();
+  outer_list_wide_.pop_back();
 }
 
 bool Hierarchy::make_current(const std::string& list_path) {

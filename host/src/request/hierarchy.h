@@ -22,8 +22,8 @@ const InputNode* find_child(const InputNode& node, std::string_view tag);
 
 class Hierarchy {
  public:
-  // Keeps what the state says of the nodes being walked: the interface, the subinterface, and the
-  // operation of the list being edited.
+  // Keeps what the state says of the nodes being walked: the interface, the subinterface, the
+  // operation of the list being edited, and whether that list is deleted as a whole.
   explicit Hierarchy(yfw_map_request_state& state) : state_(state) {}
 
   void push(const InputNode& node, std::uint32_t kind);
@@ -59,6 +59,8 @@ class Hierarchy {
 
   void enter_list(const InputNode& container);
   void leave_list();
+  void enter_list_wide(const InputNode& node, bool is_list_entry);
+  void leave_list_wide();
   void leave_current_entries();
   void name_interface(const std::string& list_path);
   [[nodiscard]] const InputNode* current_entry(std::string_view list_path) const;
@@ -70,6 +72,7 @@ class Hierarchy {
   std::vector<const InputNode*> entries_;
   std::vector<CurrentEntry> current_;
   std::vector<ListOperation> list_operations_;
+  std::vector<std::uint8_t> outer_list_wide_;  // what the flag was around each node being walked
 };
 
 }  // namespace ocifip

@@ -1,7 +1,5 @@
 #include "request/input_tree.h"
 
-#include <algorithm>
-
 #include "io/document_nodes.h"
 
 namespace ocifip {
@@ -12,11 +10,6 @@ Operation operation_of(const DocumentNode& node, Operation inherited) {
     return *node.operation;
   }
   return is_key(node) && is_deleting(inherited) ? Operation::kWrite : inherited;
-}
-
-// An entry that says nothing at all: one with content lacks its keys by mistake.
-bool is_whole_list(const DocumentNode& node) {
-  return node.kind == NodeKind::kList && node.children.empty();
 }
 
 }  // namespace
@@ -51,24 +44,11 @@ void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inheri
     node.child_count = static_cast<std::uint32_t>(children.size());
     node.flags |= NIDL_YFW_FLAG_HAS_SUBTREE;
   }
-  if (is_deleting(operation) && is_whole_list(from)) {
-    whole_list_deletes_.insert(&node);
-  }
 }
 
 const char* InputTree::shared(const std::string& name) {
   const auto known = names_.find(name);
   return known != names_.end() ? known->data() : names_.insert(arena_.copy(name)).first->data();
-}
-
-bool InputTree::deletes_whole_list(const InputNode& node) const {
-  if (whole_list_deletes_.empty()) {
-    return false;
-  }
-  const auto children = children_of(node);
-  return whole_list_deletes_.contains(&node) ||
-         std::any_of(children.begin(), children.end(),
-                     [&](const InputNode& child) { return deletes_whole_list(child); });
 }
 
 }  // namespace ocifip

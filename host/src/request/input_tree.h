@@ -23,8 +23,6 @@ class InputTree {
   [[nodiscard]] std::span<InputNode> roots() const { return roots_; }
   // Whether a node's annotation asks for a replacement.
   [[nodiscard]] bool replaces() const { return replaces_; }
-  // Whether a list is deleted as a whole, by an entry without children, at or below a node.
-  [[nodiscard]] bool deletes_whole_list(const InputNode& node) const;
 
  private:
   std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited);
@@ -36,7 +34,6 @@ class InputTree {
   Arena arena_;
   std::unordered_set<std::string_view> names_;
   std::span<InputNode> roots_;
-  std::unordered_set<const InputNode*> whole_list_deletes_;
   bool replaces_ = false;
 };
 

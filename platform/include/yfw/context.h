@@ -48,10 +48,13 @@ typedef struct yfw_map_request_state {
   uint8_t list_edit_op;      /* enum nidl_yfw_edit_oper: the operation of the list being edited; the
                                 framework gives each list its own, a list callback overwrites it */
   uint8_t output_list_depth; /* raised by yfw_add_to_output_list_ctx when it takes an entry */
-  uint8_t list_wide;        /* not 0: a list is deleted as a whole, entries may come without keys */
-  uint8_t list_entry_reuse; /* not 0: a write that ends at a list may take its current entry; a
-                               callback clears it while it adds an entry of its own */
-  char current_ifname[201]; /* "name" of the OpenConfig interface being walked; may be empty */
+  uint8_t list_wide;         /* not 0: a list is deleted as a whole. Set while the list's container
+                                and the entry that stands for all, without keys or content, are on
+                                top of the node hierarchy; 0 in entries with keys beside that one,
+                                in other lists, and where a container above is deleted */
+  uint8_t list_entry_reuse;  /* not 0: a write that ends at a list may take its current entry; a
+                                callback clears it while it adds an entry of its own */
+  char current_ifname[201];  /* "name" of the OpenConfig interface being walked; may be empty */
   char current_subif_index[64]; /* "index" of the subinterface being walked, as it arrived */
   nidl_yfw_datatree *current_list_node; /* output entry that path flag 1 writes under, or null */
   void *address_db;  /* the mapping's own per-request data: allocated with calloc, replaced by the
