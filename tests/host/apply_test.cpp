@@ -1,11 +1,9 @@
 // Applying native edits: what becomes of the configuration, what is refused, how changes are shown,
 // and what the device and its file are afterwards.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
 
 #include "device/device_directory.h"
@@ -42,33 +40,8 @@ constexpr const char* kBoxModule = R"(module box {
   list user { key "name"; leaf name { type string; } }
 })";
 
-// A folder of the test's own, gone at the end.
-class Folder {
- public:
-  Folder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "ocifip-apply-XXXXXX";
-    path_ = mkdtemp(pattern.data());
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  [[nodiscard]] std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(path_ / name) << text;
-    return path_ / name;
-  }
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
 const Models& box() {
-  static const auto loaded = [] {
-    const Folder folder;
-    EXPECT_FALSE(folder.write("box.yang", kBoxModule).empty());
-    return std::make_unique<Models>(folder.path());
-  }();
+  static const auto loaded = models_of("box.yang", kBoxModule);
   return *loaded;
 }
 

@@ -108,16 +108,17 @@ inline std::string path_of(nidl_yfw_datatree* head) {
 
 class CoreTest : public testing::Test {
  protected:
-  CoreTest() { begin("{}"); }
+  explicit CoreTest(const Models& known = models()) : models_(known), paths(known) { begin("{}"); }
 
   // Begins a request with a JSON document.
   void begin(const std::string& json, RequestSettings settings = {}) {
     request.reset();
     entered.clear();
-    document = read_document(models(), {"test", json, Encoding::kJson});
+    document = read_document(models_, {"test", json, Encoding::kJson});
     input = std::make_unique<InputTree>(document, settings.operation);
     settings.record_calls = true;
-    request = std::make_unique<Request>(Framework{models(), paths, plugin_entries}, *input, settings);
+    request =
+        std::make_unique<Request>(Framework{models_, paths, plugin_entries}, *input, settings);
     ctx = request->context();
     out = request->out();
   }
@@ -169,8 +170,9 @@ class CoreTest : public testing::Test {
     return text;
   }
 
+  const Models& models_;
   AugmentEntries plugin_entries = kStandIn;
-  PathCache paths{models()};
+  PathCache paths;
   Document document;
   std::unique_ptr<InputTree> input;
   std::unique_ptr<Request> request;

@@ -127,6 +127,7 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
     if (key != nullptr && write.value != nullptr) {
       node = tree_.name_entry(node, key, write.value);
     }
+    keep_interface(node->place->is_key ? node->parent : node);
   }
   set_value(node, write.value);
   if (write.source != nullptr && is_deleting(write.source->edit_operation)) {
@@ -247,13 +248,29 @@ OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, b
   if (const auto values = keys_of_walked_entry(request_.hierarchy(), *list)) {
     return named_entry(parent, list, *values, make);
   }
-  if (OutputNode* current = OutputTree::current_entry(parent, list)) {
+  OutputNode* current = OutputTree::current_entry(parent, list);
+  if (current != nullptr && !is_of_another_interface(current)) {
     return current;
   }
   if (const auto value = key_from_native_name(request_.hierarchy(), list->role)) {
     return named_entry(parent, list, {&*value, 1}, make);
   }
   return make ? tree_.add_entry(parent, list) : nullptr;
+}
+
+void Placement::keep_interface(OutputNode* entry) {
+  const bool is_needed = entry->place->interface_key != nullptr && entry->interface == nullptr;
+  if (is_needed && request_.state().current_ifname[0] != '\0') {
+    tree_.set_interface(entry, request_.native_interface_name());
+  }
+}
+
+// Whether an entry waits for the name of another interface than the one being mapped.
+bool Placement::is_of_another_interface(const OutputNode* entry) const {
+  const Place* key = entry->place->interface_key;
+  return key != nullptr && entry->interface != nullptr &&
+         OutputTree::key_value(entry, key).data() == nullptr &&
+         entry->interface != request_.native_interface_name();
 }
 
 // Nearly all writes are to the interface that the last one was to. Entries stay where they are, and

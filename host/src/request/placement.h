@@ -52,6 +52,8 @@ class Placement {
   OutputNode* under_trim_prefix(const PathWrite& write) const;
   OutputNode* under_current_entry(const PathWrite& write) const;
   void set_value(OutputNode* node, const char* value);
+  void keep_interface(OutputNode* entry);
+  [[nodiscard]] bool is_of_another_interface(const OutputNode* entry) const;
   [[nodiscard]] bool stands_for_all(const OutputNode* entry, const Place* key) const;
   OutputNode* arrive(OutputNode* parent, const Place* step, const PathWrite& write);
   OutputNode* new_entry(OutputNode* parent, const Place* list);

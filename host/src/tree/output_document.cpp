@@ -60,7 +60,8 @@ std::vector<DocumentNode> children_of(const OutputNode& node) {
 
 }  // namespace
 
-Document to_document(const OutputTree& tree, std::string name) {
+Document to_document(OutputTree& tree, std::string name) {
+  tree.complete_keys();
   return {std::move(name), children_of(*tree.root())};
 }
 

@@ -9,9 +9,10 @@
 
 namespace ocifip {
 
-// Children come in schema order, keys first. Operations other than a plain write are annotations,
-// but for keys, which have none of their own.
-Document to_document(const OutputTree& tree, std::string name);
+// Completes the keys of the tree first: nothing is to be written any more. Children come in schema
+// order, keys first. Operations other than a plain write are annotations, but for keys, which have
+// none of their own.
+Document to_document(OutputTree& tree, std::string name);
 
 }  // namespace ocifip
 

@@ -299,6 +299,23 @@ OutputNode* OutputTree::sibling_with(const OutputNode* entry, const Place* key,
   return complete_entry(sibling);
 }
 
+void OutputTree::set_interface(OutputNode* entry, std::string_view interface) {
+  entry->interface = arena_.copy(interface);
+  interface_entries_.push_back(entry);
+}
+
+void OutputTree::complete_keys() {
+  for (OutputNode* made : interface_entries_) {
+    OutputNode* entry = resolved(made);
+    const Place* key = entry->place->interface_key;
+    if (key_value(entry, key).data() == nullptr) {
+      give_key(entry, key, made->interface);
+      complete_entry(entry);
+    }
+  }
+  interface_entries_.clear();
+}
+
 void OutputTree::index_all(ChildSlot* slot) {
   slot->index = arena_.make<KeyIndex>();
   for (OutputNode* entry = slot->first; entry != nullptr; entry = entry->next) {

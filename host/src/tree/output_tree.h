@@ -32,11 +32,12 @@ struct OutputNode {
   nidl_yfw_datatree head{};  // first: the contract's pointers to nodes are pointers to this
   const Place* place = nullptr;
   OutputNode* parent = nullptr;
-  OutputNode* next = nullptr;    // in the same slot
-  OutputNode* joined = nullptr;  // the older entry that this one turned out to be, or null
-  ChildSlot* slots = nullptr;    // in order of first use
-  bool is_asked_for = false;     // in queries: a path ended here
-  const void* cause = nullptr;   // of a deletion: the input node that asks for it
+  OutputNode* next = nullptr;       // in the same slot
+  OutputNode* joined = nullptr;     // the older entry that this one turned out to be, or null
+  ChildSlot* slots = nullptr;       // in order of first use
+  bool is_asked_for = false;        // in queries: a path ended here
+  const void* cause = nullptr;      // of a deletion: the input node that asks for it
+  const char* interface = nullptr;  // of a native entry: the one being mapped when it was made
 };
 
 // Values of a list's keys, in the order of its key statement.
@@ -90,6 +91,11 @@ class OutputTree {
   static std::string_view key_value(const OutputNode* entry, const Place* key);
   static bool has_any_key(const OutputNode* entry);
 
+  // Keeps the interface that an entry was made for, which becomes its key when no other is written.
+  void set_interface(OutputNode* entry, std::string_view interface);
+  // Gives entries the keys that nobody has written.
+  void complete_keys();
+
  private:
   static ChildSlot* find_slot(const OutputNode* parent, const Place* place);
   static OutputNode* find(const ChildSlot* slot, KeyValues wanted);
@@ -107,7 +113,8 @@ class OutputTree {
 
   Arena& arena_;
   OutputNode* root_;
-  std::vector<ChildSlot*> current_slots_;  // those with a current entry
+  std::vector<ChildSlot*> current_slots_;       // those with a current entry
+  std::vector<OutputNode*> interface_entries_;  // those with an interface
 };
 
 }  // namespace ocifip

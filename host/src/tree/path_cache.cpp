@@ -177,6 +177,21 @@ void PathCache::add_keys(Place* list) {
   for (const std::string& key : Models::keys(list->schema)) {
     list->keys.push_back(find_or_add(list, key, list->module_namespace));
   }
+  list->interface_key = interface_key_of(*list);
+}
+
+// Neither OpenConfig's lists nor those of the private summaries, which are keyed alike, have such a
+// key.
+const Place* PathCache::interface_key_of(const Place& list) {
+  for (const Place* above = &list; above != nullptr; above = above->parent) {
+    if (above->role == PlaceRole::kNativeInterface || above->interface_key != nullptr) {
+      return nullptr;
+    }
+  }
+  const auto found = std::find_if(list.keys.begin(), list.keys.end(), [](const Place* key) {
+    return key->tag == "interface" || key->tag == "interface-name";
+  });
+  return found == list.keys.end() || list.module.starts_with("openconfig-") ? nullptr : *found;
 }
 
 void PathCache::declare_list(const Place* place, std::string_view key) {

@@ -36,6 +36,9 @@ struct Place {
   std::size_t order = kUnordered;  // position among the schema's siblings
   std::vector<const Place*> keys;  // of a list, in the order of its key statement
   bool is_key = false;             // a key of the parent, which is a list
+  // Of a native list: the key that names an interface. Null below an entry that names one already:
+  // the key tells another interface then. Null also for the lists of interfaces themselves.
+  const Place* interface_key = nullptr;
 
   [[nodiscard]] bool is_list() const { return kind == NodeKind::kList; }
 };
@@ -101,6 +104,7 @@ class PathCache {
   Place* add_place(Place* parent, std::string_view tag, std::string_view module_namespace,
                    const lysc_node* schema);
   void add_keys(Place* list);
+  static const Place* interface_key_of(const Place& list);
   const lysc_node* schema_child(const Place* parent, std::string_view tag,
                                 std::string_view module_namespace) const;
 

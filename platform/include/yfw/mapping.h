@@ -49,6 +49,10 @@ enum yfw_map_hierarchy_kind { YFW_MAP_HIERARCHY_CONTAINER = 1, YFW_MAP_HIERARCHY
  *                     entry
  *   flags             enum yfw_map_path_flag
  *
+ * An entry of a native list that has "interface" or "interface-name" as a key, which the mapping
+ * leaves unwritten, takes the native name of the subinterface that was being mapped when the entry
+ * was created, unless an entry above it names an interface already.
+ *
  * Returns 0, or why the path cannot be written; nothing is created then.
  */
 cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx *ctx, nidl_yfw_datatree *base,
