@@ -49,7 +49,7 @@ std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
 // for all that it holds.
 bool has_effect(const OutputNode& node) {
   const Place& place = *node.place;
-  const std::uint8_t operation = node.head.edit_operation;
+  const std::uint8_t operation = operation_of(node);
   if (node.is_asked_for && node.slots == nullptr) {
     return true;
   }
@@ -61,7 +61,7 @@ bool has_effect(const OutputNode& node) {
   }
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
     for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
-      if (has_effect(*child)) {
+      if (OutputTree::is_shown(child) && has_effect(*child)) {
         return true;
       }
     }

@@ -16,7 +16,9 @@ OutputNode* enter(Request& request, OutputNode* parent, std::string_view path,
   for (const Place* container : steps.first(steps.size() - 1)) {
     parent = request.output().child(parent, container);
   }
-  return request.output().entry(parent, steps.back(), {&key, 1});
+  OutputNode* entry = request.output().entry(parent, steps.back(), {&key, 1});
+  OutputTree::show(entry);
+  return entry;
 }
 
 }  // namespace

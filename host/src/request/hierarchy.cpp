@@ -164,6 +164,11 @@ const InputNode* Hierarchy::walked_at(std::string_view path) const {
   return is_entry(*node) ? nullptr : node;
 }
 
+bool Hierarchy::is_walked(const void* node) const {
+  const auto walked = nodes();
+  return std::find(walked.begin(), walked.end(), node) != walked.end();
+}
+
 const InputNode* Hierarchy::innermost_entry_with(std::string_view tag) const {
   const auto found = std::find_if(entries_.rbegin(), entries_.rend(), [&](const InputNode* entry) {
     const InputNode* leaf = find_child(*entry, tag);

@@ -43,6 +43,8 @@ class Hierarchy {
   [[nodiscard]] std::span<const InputNode* const> entries() const { return entries_; }
   // The nodes being walked, the outermost first.
   [[nodiscard]] std::span<const InputNode* const> nodes() const { return {nodes_.data(), depth_}; }
+  // Whether a node is being walked. It is not looked at.
+  [[nodiscard]] bool is_walked(const void* node) const;
   // The nodes that were being walked when the last push was made.
   [[nodiscard]] std::span<const InputNode* const> last_pushed() const { return nodes_; }
 

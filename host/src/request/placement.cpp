@@ -104,6 +104,10 @@ const Place* named_key(Steps steps) {
   return found == keys.end() ? nullptr : *found;
 }
 
+std::uint8_t operation_of_source(const InputNode* source) {
+  return source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : source->edit_operation;
+}
+
 std::vector<std::string_view> native_interface_keys(const Place& list, std::string_view name) {
   std::vector<std::string_view> values;
   for (const Place* key : list.keys) {
@@ -129,17 +133,42 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
     }
     keep_interface(node->place->is_key ? node->parent : node);
   }
-  set_value(node, write.value);
-  if (write.source != nullptr && is_deleting(write.source->edit_operation)) {
-    node->cause = write.source;
-  }
-  apply_operation(
-      node,
-      write.source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : write.source->edit_operation,
-      request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
-  request_.note_written(node->place, write.value);
+  put(node, write.value, write.source);
   *created = node;
   return kOk;
+}
+
+// What is part of a deletion stays where it is, for what the mapping may write below it, and is not
+// shown. A key has named its entry by then.
+void Placement::put(OutputNode* node, const char* value, const InputNode* source) {
+  if (is_part_of_deletion(node, source)) {
+    return;
+  }
+  set_value(node, value);
+  const std::uint8_t operation = operation_of_source(source);
+  if (is_deleting(operation) && !request_.hierarchy().is_walked(node->cause)) {
+    node->cause = source;
+  }
+  apply_operation(node, operation,
+                  request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
+  OutputTree::show(node);
+  request_.note_written(node->place, value);
+}
+
+// Whether a write only tells more of a deletion: the input node that asked for it, of the node
+// itself or of one above, is being walked. That node's own operation, rewritten, means what it
+// says.
+bool Placement::is_part_of_deletion(const OutputNode* node, const InputNode* source) const {
+  if (!request_.is_edit() || !is_writing(operation_of_source(source))) {
+    return false;
+  }
+  for (; node != nullptr; node = node->parent) {
+    if (is_deleting(operation_of(*node)) && node->cause != source &&
+        request_.hierarchy().is_walked(node->cause)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 // A query that asked for a leaf whatever it holds, or for another value, goes on asking for any.

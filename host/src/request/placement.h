@@ -41,6 +41,10 @@ class Placement {
   std::optional<Start> start_at(OutputNode* base, std::string_view path,
                                 std::string_view module_namespace);
 
+  // Writes a node that has been found or made: its value, unless null, and the operation of a
+  // source, or a plain write without one. A write that is part of a deletion changes nothing.
+  void put(OutputNode* node, const char* value, const InputNode* source);
+
   // The node that a step leads to from a parent on the way to another, made when absent. Entries
   // are found by what the request says of them.
   OutputNode* through(OutputNode* parent, const Place* step);
@@ -52,6 +56,7 @@ class Placement {
   OutputNode* under_trim_prefix(const PathWrite& write) const;
   OutputNode* under_current_entry(const PathWrite& write) const;
   void set_value(OutputNode* node, const char* value);
+  [[nodiscard]] bool is_part_of_deletion(const OutputNode* node, const InputNode* source) const;
   void keep_interface(OutputNode* entry);
   [[nodiscard]] bool is_of_another_interface(const OutputNode* entry) const;
   [[nodiscard]] bool stands_for_all(const OutputNode* entry, const Place* key) const;

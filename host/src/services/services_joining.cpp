@@ -8,7 +8,6 @@
 #include "request/placement.h"
 #include "request/request.h"
 #include "tree/instance_steps.h"
-#include "tree/operations.h"
 #include "yfw/mapping.h"
 
 namespace ocifip {
@@ -149,10 +148,7 @@ cerrno operate_on_path(Request& request, const yfw_map_xpath_request& operation)
   if (leaf == nullptr || is_there) {
     return YFW_MAP_XPATH_NOT_ADDED;
   }
-  request.output().set_value(leaf, operation.value);
-  apply_operation(leaf, NIDL_YFW_EDIT_WRITE,
-                  request.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
-  request.note_written(leaf->place, operation.value);
+  Placement(request).put(leaf, operation.value, nullptr);
   return kOk;
 }
 

@@ -64,6 +64,7 @@ cerrno find_entry(Request& request, const ListSearch& search, bool make,
   if (entry == nullptr && make) {
     OutputTree& tree = request.output();
     entry = tree.name_entry(tree.add_entry(parent, list), key, search.value);
+    OutputTree::show(entry);
   }
   if (entry == nullptr) {
     return kNotFound;

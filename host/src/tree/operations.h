@@ -10,10 +10,16 @@ namespace ocifip {
 
 bool is_deleting(std::uint8_t operation);
 
-// The operation of a node that has one and is written with another. The first that does
-// more than a plain write stays, but for a write to what was deleted: that replaces it, so that
-// neither is lost.
-std::uint8_t combined_operation(std::uint8_t existing, std::uint8_t incoming);
+// Whether an operation gives a node content: a plain write or a replace.
+bool is_writing(std::uint8_t operation);
+
+// The operation of a node. A deleted entry of which a key has since got the operation "none",
+// whoever wrote it there, only leads to its content.
+std::uint8_t operation_of(const OutputNode& node);
+
+// Writes a node that has an operation with another. The first that does more than a plain write
+// stays, but for a write to what was deleted: that replaces it, so that neither is lost.
+void combine_operation(OutputNode* node, std::uint8_t incoming);
 
 // Whether a write below a node that is deleted is meant for its successor (an edit), or describes
 // what is deleted (data that is read back).

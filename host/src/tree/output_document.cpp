@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "tree/operations.h"
+
 namespace ocifip {
 namespace {
 
@@ -31,8 +33,9 @@ DocumentNode to_document(const OutputNode& node) {
   if (node.head.value != nullptr) {
     document.value = node.head.value;
   }
-  if (node.head.edit_operation != NIDL_YFW_EDIT_WRITE && !place.is_key) {
-    document.operation = static_cast<Operation>(node.head.edit_operation);
+  const std::uint8_t operation = operation_of(node);
+  if (operation != NIDL_YFW_EDIT_WRITE && !place.is_key) {
+    document.operation = static_cast<Operation>(operation);
   }
   document.cause = node.cause;
   document.children = children_of(node);
@@ -50,7 +53,7 @@ std::vector<DocumentNode> children_of(const OutputNode& node) {
   children.reserve(count);
   for (const ChildSlot* slot : slots) {
     for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
-      if (child->joined == nullptr) {
+      if (OutputTree::is_shown(child)) {
         children.push_back(to_document(*child));
       }
     }

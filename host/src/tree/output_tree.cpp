@@ -68,6 +68,7 @@ OutputTree::OutputTree(Arena& arena, const Place* root)
   root_->head.tag = "";
   root_->head.module_namespace = "";
   root_->head.kind = NIDL_YFW_KIND_CONTAINER;
+  root_->is_shown = true;
 }
 
 OutputNode* OutputTree::resolved(OutputNode* node) {
@@ -148,6 +149,17 @@ void OutputTree::set_value(OutputNode* node, std::string_view value) {
     node->head.value = arena_.copy(value);
   }
   node->head.flags |= NIDL_YFW_FLAG_HAS_VALUE;
+}
+
+bool OutputTree::is_shown(const OutputNode* node) {
+  return node->joined == nullptr &&
+         (node->is_shown || (node->place->is_key && node->head.value != nullptr));
+}
+
+void OutputTree::show(OutputNode* node) {
+  for (; node != nullptr && !node->is_shown; node = node->parent) {
+    node->is_shown = true;
+  }
 }
 
 // --- lists ---------------------------------------------------------------------------------------
@@ -352,11 +364,14 @@ void OutputTree::absorb(OutputNode* target, OutputNode* source) {
   if (source->head.value != nullptr) {
     set_value(target, source->head.value);
   }
-  if (target->cause == nullptr) {
+  if (source->is_shown) {
+    show(target);
+  }
+  // The input node of the newer deletion is the one that may still be being walked.
+  if (source->cause != nullptr) {
     target->cause = source->cause;
   }
-  target->head.edit_operation =
-      combined_operation(target->head.edit_operation, source->head.edit_operation);
+  combine_operation(target, operation_of(*source));
   for (ChildSlot* slot = source->slots; slot != nullptr; slot = slot->next) {
     for (OutputNode* child = slot->first; child != nullptr; child = child->next) {
       if (child->joined == nullptr) {

@@ -36,6 +36,7 @@ struct OutputNode {
   OutputNode* joined = nullptr;     // the older entry that this one turned out to be, or null
   ChildSlot* slots = nullptr;       // in order of first use
   bool is_asked_for = false;        // in queries: a path ended here
+  bool is_shown = false;            // false: only writes that are part of a deletion led here
   const void* cause = nullptr;      // of a deletion: the input node that asks for it
   const char* interface = nullptr;  // of a native entry: the one being mapped when it was made
 };
@@ -59,12 +60,16 @@ class OutputTree {
 
   // A container or leaf, or null; null, too, for a null parent.
   static OutputNode* find_child(const OutputNode* parent, const Place* place);
+  // Whether a node is part of what was written: keys are, whatever gave them.
+  static bool is_shown(const OutputNode* node);
   // A container or leaf, found or made.
   OutputNode* child(OutputNode* parent, const Place* place);
   // The node of a leaf-list with a value, found or made.
   OutputNode* leaf_list_node(OutputNode* parent, const Place* place, const char* value);
 
   void set_value(OutputNode* node, std::string_view value);
+  // Makes a node part of what was written, with all that leads to it.
+  static void show(OutputNode* node);
 
   // The current entry of a list, or null.
   static OutputNode* current_entry(const OutputNode* parent, const Place* list);

@@ -3,7 +3,9 @@
  *
  * Input nodes are read-only to a mapping, except for the key mark, the flags and the edit operation
  * where a function's comment says so. Output nodes are made by the mapping services alone
- * (yfw/mapping.h). A mapping never allocates or frees a node.
+ * (yfw/mapping.h); a mapping may set the edit operation of a key leaf that it was handed to
+ * NIDL_YFW_EDIT_NONE, with the override mark, and nothing else. A mapping never allocates or frees
+ * a node.
  */
 #ifndef YFW_DATATREE_H
 #define YFW_DATATREE_H
@@ -39,7 +41,8 @@ enum nidl_yfw_node_flag {
   NIDL_YFW_FLAG_REQUEST_KEY = 0x04, /* the node is a key given by the client; set by list walkers */
   NIDL_YFW_FLAG_XPATH_ERROR = 0x08, /* with NIDL_YFW_KIND_XPATH_ERROR */
   NIDL_YFW_FLAG_OPERATION_OVERRIDE = 0x10, /* the mapping rewrote edit_operation; nodes created
-                                              with this one as delete source take it */
+                                              with this one as delete source take it, and so does
+                                              the entry of an output key leaf */
   NIDL_YFW_FLAG_HAS_VALUE = 0x20           /* the node carries a value */
 };
 

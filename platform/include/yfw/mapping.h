@@ -49,6 +49,16 @@ enum yfw_map_hierarchy_kind { YFW_MAP_HIERARCHY_CONTAINER = 1, YFW_MAP_HIERARCHY
  *                     entry
  *   flags             enum yfw_map_path_flag
  *
+ * Below a node that was created with a deleting source, writes that are made while that input node
+ * is being walked are part of the deletion: key leaves say which entry is deleted, anything else is
+ * dropped. A write made elsewhere, or with that very input node as source once the mapping has
+ * rewritten its operation, is for a successor: the deletion becomes a replace.
+ *
+ * An entry that was created with a deleting source, and one of whose key leaves has the operation
+ * NIDL_YFW_EDIT_NONE, stays and only leads to what is deleted below it. The key leaf takes that
+ * operation from its delete source, or the mapping sets it in the created key leaf, with
+ * NIDL_YFW_FLAG_OPERATION_OVERRIDE, at any time until the request ends.
+ *
  * An entry of a native list that has "interface" or "interface-name" as a key, which the mapping
  * leaves unwritten, takes the native name of the subinterface that was being mapped when the entry
  * was created, unless an entry above it names an interface already.
