@@ -224,6 +224,10 @@ INSTANTIATE_TEST_SUITE_P(
         Edit{R"("item":[{"name":"a"}])", R"("item":[{"value":"x"}])",
              "0xaaf2f000 (list-key) tag \"item\" at /top/item : a list entry is not named by each "
              "of its keys"},
+        Edit{
+            R"("pair":[{"left":1,"right":1}])", R"("pair":[{)" OPERATION("remove") R"(,"left":1}])",
+            "0xaaf2f000 (list-key) tag \"pair\" at /top/pair[left='1'] : a list entry is not named "
+            "by each of its keys"},
         Edit{R"("item":[{"name":"a"}])", R"("item":[{"name":"b"}])", "top{item{name=a}}", "item"},
         Edit{R"("item":[{"name":"a"}])", R"("item":[{"name":"b","value":"x"}])",
              MISSING("item", "/top/item[name='b']"), "item"}));
