@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -73,16 +72,6 @@ inline std::string repeat(const std::string& text, int count) {
   std::string result;
   while (count-- > 0) result += text;
   return result;
-}
-
-// A row of a table: a text, and what becomes of it.
-struct Case {
-  std::string given;
-  std::string expected;
-};
-
-inline std::ostream& operator<<(std::ostream& out, const Case& row) {
-  return out << row.given.substr(0, 200);
 }
 
 }  // namespace ocifip

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "cases.h"
 #include "core_fixture.h"
 #include "device/device_directory.h"
 #include "im/address_manager.h"
@@ -402,52 +403,8 @@ TEST_F(SiblingTest, OnlyTheListThatIsNamedWithoutKeysIsDeletedAsAWhole) {
 }
 
 TEST_F(SiblingTest, WhatIsNotMappedIsRefused) {
-  struct Row {
-    std::string content;  // of the interface Eth1
-    std::string code;
-    std::string tag;
-    std::string below;  // the interface, in the path
-    std::string message;
-  };
-  const std::string deleted = R"("@": {"ietf-netconf:operation": "delete"})";
-  const std::string unsupported = "0xaaf2ee00 (unsupported)";
-  const std::string list_key = "0xaaf2f000 (list-key)";
-  const std::string empty_key = "Empty list key specified.";
-  const std::string only_ip = "only IP on subinterfaces is mapped";
-  const std::string whole =
-      "an interface or its subinterfaces cannot be deleted as a whole; delete single "
-      "subinterfaces, or IP below them";
-  const auto subinterfaces = [](const std::string& content) {
-    return R"(, "subinterfaces": {)" + content + "}";
-  };
-  const auto subinterface = [&](const std::string& content) {
-    return subinterfaces(R"("subinterface": [{)" + content + "}]");
-  };
-  const std::string list = "/subinterfaces/subinterface";
-  const Row rows[] = {
-      {R"(, "hold-time": {"config": {"up": 1}})", unsupported, "up", "/hold-time/config/up",
-       only_ip},
-      {R"(, "config": {)" + deleted + "}", unsupported, "config", "/config", only_ip},
-      {R"(, "config": {"@name": {"ietf-netconf:operation": "delete"}, "name": "Eth1"})",
-       unsupported, "name", "/config/name", only_ip},
-      {", " + deleted, unsupported, "interface", "", whole},
-      {subinterfaces(deleted), unsupported, "subinterfaces", "/subinterfaces", whole},
-      {subinterfaces(R"("x:y": 1)"), unsupported, "y", "/subinterfaces/y", only_ip},
-      {subinterface(R"("index": 20, "config": {"enabled": true})"), unsupported, "enabled",
-       list + "[index='20']/config/enabled", only_ip},
-      {R"(, "openconfig-vlan:routed-vlan": {)" + deleted + "}", unsupported, "routed-vlan",
-       "/routed-vlan", only_ip},
-      {R"(, "config": {"name": "Eth2"})", list_key, "name", "/name", "leafref value check fail"},
-      {R"(, "name": "Eth1")", list_key, "name", "/name", "List key node error."},
-      {subinterface(""), list_key, "index", list, "List key node error."},
-      {subinterface(R"("index": "")"), list_key, "index", list + "[index='']/index", empty_key},
-      {subinterface(R"("index": null)"), list_key, "index", list + "/index", empty_key},
-      {R"(, "@name": {"ietf-netconf:operation": "delete"})", "0xaaf2f200 (key-delete)", "name",
-       "/name", "The key node should not have delete operation."}};
-  for (const Row& row : rows) {
-    EXPECT_EQ(map(row.content), row.code + " tag \"" + row.tag + "\" at " +
-                                    "/interfaces/interface[name='Eth1']" + row.below + " : " +
-                                    row.message);
+  for (const auto& each : cases::read(OCIFIP_CASES "refused-interfaces.txt")) {
+    EXPECT_EQ(map(each["content"]), each["expected"]) << each.where;
   }
   EXPECT_EQ(map(R"(, "hold-time": {})", {.request_op = YFW_MAP_REQUEST_READ_STATE}), "");
   EXPECT_EQ(request->notes(),
@@ -598,16 +555,16 @@ TEST_F(MapperTest, QueriesAreExpandedIntoTheLeavesThatAreRead) {
 }
 
 TEST_F(MapperTest, AnEntryWithoutItsKeyStandsForThoseOfTheDevice) {
-  for (const Case& row :
-       {Case{"/interfaces", "4:Eth1.20 6:Eth1.20 4:Gi0/0/1 6:Gi0/0/1 4:Eth2 6:Eth2 "},
-        Case{"/interfaces/interface[name='Eth1']/subinterfaces", "4:Eth1.20 6:Eth1.20 "},
-        Case{"/interfaces/interface[name='Eth9']/subinterfaces", "4:Eth9 6:Eth9 "}}) {
-    std::istringstream lines(query({row.given}));
+  for (const auto& [path, expected] :
+       {std::pair{"/interfaces", "4:Eth1.20 6:Eth1.20 4:Gi0/0/1 6:Gi0/0/1 4:Eth2 6:Eth2 "},
+        {"/interfaces/interface[name='Eth1']/subinterfaces", "4:Eth1.20 6:Eth1.20 "},
+        {"/interfaces/interface[name='Eth9']/subinterfaces", "4:Eth9 6:Eth9 "}}) {
+    std::istringstream lines(query({path}));
     std::string order;
     for (std::string line; std::getline(lines, line);) {
       order += line.substr(0, line.find(' ') + 1);
     }
-    EXPECT_EQ(order, row.expected);
+    EXPECT_EQ(order, expected);
   }
 }
 
