@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 
+#include "cases.h"
 #include "device/device_directory.h"
 #include "device/native_edit.h"
 #include "io/device_file.h"
@@ -70,204 +71,19 @@ void set_none(std::vector<DocumentNode>& nodes, const std::string& tag) {
   }
 }
 
-struct Edit {
-  const char* before;
-  const char* edit;
-  const char* expected;   // the configuration after it, or what is refused
-  const char* none = "";  // nodes that have the operation "none"
-};
-
-std::ostream& operator<<(std::ostream& out, const Edit& row) {
-  return out << row.before << " <- " << row.edit;
+TEST(NativeEdits, MakeANewConfigurationOrAreRefused) {
+  for (const auto& each : cases::read(OCIFIP_CASES "native-edits.txt")) {
+    SCOPED_TRACE(each.where);
+    const Document before = top(each["before"]);
+    Document edit = top(each["edit"]);
+    set_none(edit.roots, each["none"]);
+    const EditedNative edited = edit_native(box(), before, edit);
+    EXPECT_EQ(edited.refusal ? edited.refusal->text() : flat(edited.native.roots),
+              each["expected"]);
+    EXPECT_EQ(edited.native.roots.empty(), edited.refusal || each["expected"].empty());
+    EXPECT_EQ(flat(before.roots), flat(top(each["before"]).roots));
+  }
 }
-
-class Edits : public testing::TestWithParam<Edit> {};
-
-TEST_P(Edits, MakeANewConfigurationOrAreRefused) {
-  const Edit& row = GetParam();
-  const Document before = top(row.before);
-  Document edit = top(row.edit);
-  set_none(edit.roots, row.none);
-  const EditedNative edited = edit_native(box(), before, edit);
-  EXPECT_EQ(edited.refusal ? edited.refusal->text() : flat(edited.native.roots), row.expected);
-  EXPECT_EQ(edited.native.roots.empty(), edited.refusal || std::string(row.expected).empty());
-  EXPECT_EQ(flat(before.roots), flat(top(row.before).roots));
-}
-
-#define OPERATION(name) R"("@":{"ietf-netconf:operation":")" name R"("})"
-#define OPERATION_OF(leaf, name) R"("@)" leaf R"(":{"ietf-netconf:operation":")" name R"("})"
-#define MISSING(tag, path) \
-  "0x40802000 (data-missing) tag \"" tag "\" at " path " : the node does not exist on the device"
-#define INVALID(tag, path, reason) "0x40802200 (invalid-data) tag \"" tag "\" at " path " : " reason
-
-INSTANTIATE_TEST_SUITE_P(
-    OfLeaves, Edits,
-    testing::Values(
-        Edit{"", R"("size":1)", "top{size=1}"}, Edit{R"("size":1)", R"("size":2)", "top{size=2}"},
-        Edit{R"("size":1)", R"("size":2,)" OPERATION_OF("size", "replace"), "top{size=2}"},
-        Edit{"", R"("size":2,)" OPERATION_OF("size", "replace"), "top{size=2}"},
-        Edit{R"("flag":[null])", R"("size":2)", "top{size=2 flag=}"},
-        Edit{"", R"("flag":[null])", "top{flag=}"},
-        Edit{R"("size":1,"flag":[null])", R"("size":1,)" OPERATION_OF("size", "delete"),
-             "top{flag=}"},
-        Edit{R"("size":1,"flag":[null])", R"("size":null,)" OPERATION_OF("size", "delete"),
-             "top{flag=}"},
-        Edit{R"("size":1,"flag":[null])", R"("size":9,)" OPERATION_OF("size", "delete"),
-             "top{flag=}"},
-        Edit{R"("flag":[null])", R"("size":1,)" OPERATION_OF("size", "delete"),
-             MISSING("size", "/top/size")},
-        Edit{"", R"("size":1,)" OPERATION_OF("size", "delete"), MISSING("size", "/top/size")},
-        Edit{R"("flag":[null])", R"("size":1,)" OPERATION_OF("size", "remove"), "top{flag=}"},
-        Edit{R"("size":1,"flag":[null])", R"("size":1,)" OPERATION_OF("size", "remove"),
-             "top{flag=}"},
-        Edit{R"("size":1)", R"("size":2)", "top{size=1}", "size"},
-        Edit{R"("flag":[null])", R"("size":2)", "top{flag=}", "size"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    OfLeafLists, Edits,
-    testing::Values(
-        Edit{R"("tag":["a"])", R"("tag":["b","a"])", "top{tag=a tag=b}"},
-        Edit{R"("tag":["a","b"])", R"("tag":["a"],"@tag":[{"ietf-netconf:operation":"delete"}])",
-             "top{tag=b}"},
-        Edit{R"("tag":["b"])", R"("tag":["a"],"@tag":[{"ietf-netconf:operation":"delete"}])",
-             MISSING("tag", "/top/tag[.='a']")},
-        Edit{R"("tag":["b"])", R"("tag":["a"],"@tag":[{"ietf-netconf:operation":"remove"}])",
-             "top{tag=b}"},
-        Edit{R"("size":1,"tag":["a","b"])",
-             R"("tag":[null],"@tag":[{"ietf-netconf:operation":"delete"}])", "top{size=1}"},
-        Edit{R"("size":1)", R"("tag":[null],"@tag":[{"ietf-netconf:operation":"delete"}])",
-             MISSING("tag", "/top/tag")},
-        Edit{R"("size":1)", R"("tag":[null],"@tag":[{"ietf-netconf:operation":"remove"}])",
-             "top{size=1}"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    OfContainers, Edits,
-    testing::Values(
-        Edit{R"("inner":{"a":"x"})", R"("inner":{"b":"y"})", "top{inner{a=x b=y}}"},
-        Edit{R"("inner":{"a":"x","core":{"c":"z"}})",
-             R"("inner":{)" OPERATION("replace") R"(,"b":"y"})", "top{inner{b=y}}"},
-        Edit{"", R"("inner":{)" OPERATION("replace") R"(,"b":"y"})", "top{inner{b=y}}"},
-        Edit{R"("inner":{"a":"x","b":"y"},"size":1)", R"("inner":{)" OPERATION("replace") "}",
-             "top{size=1}"},
-        // Below a replaced node a deletion is judged by what was there.
-        Edit{R"("inner":{"a":"x","b":"y"})",
-             R"("inner":{)" OPERATION("replace") R"(,"b":"z","a":"x",)" OPERATION_OF("a",
-                                                                                     "delete") "}",
-             "top{inner{b=z}}"},
-        Edit{R"("inner":{"b":"y"})",
-             R"("inner":{)" OPERATION("replace") R"(,"b":"z","a":"x",)" OPERATION_OF("a",
-                                                                                     "delete") "}",
-             MISSING("a", "/top/inner/a")},
-        Edit{R"("inner":{"core":{"c":"z"}})",
-             R"("inner":{)" OPERATION("replace") R"(,"a":"x","core":{"c":"z",)" OPERATION_OF(
-                 "c", "delete") "}}",
-             "top{inner{a=x}}"},
-        Edit{R"("inner":{"a":"x"},"size":1)", R"("inner":{)" OPERATION("delete") R"(,"b":"y"})",
-             "top{size=1}"},
-        Edit{R"("size":1)", R"("inner":{)" OPERATION("delete") "}", MISSING("inner", "/top/inner")},
-        Edit{R"("size":1)", R"("inner":{)" OPERATION("remove") R"(,"b":"y"})", "top{size=1}"},
-        Edit{R"("inner":{"a":"x"},"size":1)", R"("inner":{)" OPERATION("remove") "}",
-             "top{size=1}"},
-        // What an edit leaves empty goes, up to the top; what was empty before it stays.
-        Edit{R"("inner":{"core":{"c":"z"}})",
-             R"("inner":{"core":{"c":"z",)" OPERATION_OF("c", "delete") "}}", ""},
-        Edit{R"("inner":{},"size":1)", R"("inner":{})", "top{size=1 inner{}}"},
-        Edit{R"("size":1)", R"("inner":{"core":{}})", "top{size=1}"},
-        Edit{R"("mark":{"note":"x"})", R"("mark":{"note":"x",)" OPERATION_OF("note", "delete") "}",
-             "top{mark{}}"},
-        Edit{R"("size":1)", R"("mark":{})", "top{size=1 mark{}}"},
-        Edit{R"("mark":{"note":"x"},"size":1)", R"("mark":{)" OPERATION("delete") "}",
-             "top{size=1}"},
-        // A node that is only led through is not made.
-        Edit{R"("inner":{"a":"x"})", R"("inner":{"b":"y"})", "top{inner{a=x b=y}}", "inner"},
-        Edit{R"("size":1)", R"("inner":{"b":"y"})", MISSING("inner", "/top/inner"), "inner"},
-        Edit{R"("size":1)", R"("inner":{"b":"y",)" OPERATION_OF("b", "remove") "}", "top{size=1}",
-             "inner"},
-        Edit{R"("size":1)", R"("inner":{"b":"y",)" OPERATION_OF("b", "delete") "}",
-             MISSING("b", "/top/inner/b"), "inner"},
-        Edit{R"("size":1)", R"("mark":{})", "top{size=1}", "mark"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    OfEntries, Edits,
-    testing::Values(
-        Edit{R"("item":[{"name":"a","value":"x"}])",
-             R"("item":[{"name":"b"},{"name":"a","value":"y"}])",
-             "top{item{name=a value=y} item{name=b}}"},
-        Edit{R"("pair":[{"left":1,"right":1},{"left":1,"right":2}])",
-             R"("pair":[{)" OPERATION("delete") R"(,"left":1,"right":2},{"left":2,"right":1}])",
-             "top{pair{left=1 right=1} pair{left=2 right=1}}"},
-        Edit{R"("item":[{"name":"a","value":"x","more":{"deep":"d"}},{"name":"b","value":"x"}])",
-             R"("item":[{)" OPERATION("replace") R"(,"name":"a","value":"y"}])",
-             "top{item{name=a value=y} item{name=b value=x}}"},
-        Edit{R"("item":[{"name":"a","value":"x"}])",
-             R"("item":[{)" OPERATION("replace") R"(,"name":"a"}])", "top{item{name=a}}"},
-        Edit{"", R"("item":[{)" OPERATION("replace") R"(,"name":"a","value":"y"}])",
-             "top{item{name=a value=y}}"},
-        Edit{R"("item":[{"name":"a","more":{"deep":"d"}}])",
-             R"("item":[{"name":"a","more":{)" OPERATION("delete") "}}]", "top{item{name=a}}"},
-        Edit{R"("item":[{"name":"a"},{"name":"b"}])",
-             R"("item":[{)" OPERATION("delete") R"(,"name":"a","value":"y"}])",
-             "top{item{name=b}}"},
-        Edit{R"("item":[{"name":"b"}])", R"("item":[{)" OPERATION("delete") R"(,"name":"a"}])",
-             MISSING("item", "/top/item[name='a']")},
-        Edit{R"("item":[{"name":"b"}])", R"("item":[{)" OPERATION("remove") R"(,"name":"a"}])",
-             "top{item{name=b}}"},
-        Edit{R"("item":[{"name":"a"}],"size":1)",
-             R"("item":[{)" OPERATION("remove") R"(,"name":"a"}])", "top{size=1}"},
-        Edit{R"("item":[{"name":"a"},{"name":"b"}],"size":1)",
-             R"("item":[{)" OPERATION("delete") "}]", "top{size=1}"},
-        Edit{R"("item":[{"name":"a"}])",
-             R"("item":[{)" OPERATION("delete") R"(},{"name":"c"},{"name":"a","value":"n"}])",
-             "top{item{name=c} item{name=a value=n}}"},
-        Edit{R"("size":1)", R"("item":[{)" OPERATION("delete") "}]", MISSING("item", "/top/item")},
-        Edit{R"("size":1)", R"("item":[{)" OPERATION("remove") "}]", "top{size=1}"},
-        Edit{R"("item":[{"name":"a"}])", R"("item":[{"value":"x"}])",
-             "0xaaf2f000 (list-key) tag \"item\" at /top/item : a list entry is not named by each "
-             "of its keys"},
-        Edit{
-            R"("pair":[{"left":1,"right":1}])", R"("pair":[{)" OPERATION("remove") R"(,"left":1}])",
-            "0xaaf2f000 (list-key) tag \"pair\" at /top/pair[left='1'] : a list entry is not named "
-            "by each of its keys"},
-        Edit{R"("item":[{"name":"a"}])", R"("item":[{"name":"b"}])", "top{item{name=a}}", "item"},
-        Edit{R"("item":[{"name":"a"}])", R"("item":[{"name":"b","value":"x"}])",
-             MISSING("item", "/top/item[name='b']"), "item"}));
-
-// Each edit begins with something that could be done: nothing of it is.
-INSTANTIATE_TEST_SUITE_P(
-    OfWhatIsNotValid, Edits,
-    testing::Values(
-        Edit{R"("size":1)", R"("flag":[null],"size":256)",
-             INVALID("size", "/top/size", "Value \"256\" is out of type uint8 min/max bounds")},
-        Edit{R"("size":1)", R"("flag":[null],"size":null)",
-             INVALID("size", "/top/size", "a leaf without a value")},
-        Edit{"", R"("flag":[null],"item":[{"name":"A"}])",
-             INVALID("item", "/top/item[name='A']",
-                     "key \"name\": Unsatisfied pattern - \"A\" does not conform to \"[a-z]+\"")},
-        Edit{"", R"("flag":[null],"strict":[{"id":1}])",
-             INVALID("strict", "/top/strict[id='1']",
-                     "Mandatory node \"needed\" instance does not exist")},
-        Edit{R"("strict":[{"id":1,"needed":"x"}])",
-             R"("flag":[null],"strict":[{"id":1,"needed":"x",)" OPERATION_OF("needed",
-                                                                             "delete") "}]",
-             INVALID("strict", "/top/strict[id='1']",
-                     "Mandatory node \"needed\" instance does not exist")},
-        Edit{R"("chosen":"a","item":[{"name":"a"}])",
-             R"("flag":[null],"item":[{)" OPERATION("delete") R"(,"name":"a"}])",
-             INVALID("chosen", "/top/chosen",
-                     "Invalid leafref value \"a\" - no target instance \"../item/name\" with the "
-                     "same value")},
-        Edit{"", R"("flag":[null],"inner":{"elsewhere":5})",
-             INVALID("elsewhere", "/top/inner/elsewhere", "no model has this node")},
-        Edit{R"("few":[{"id":1,"part":["a","b"],"way":{"left":[null]}}])",
-             R"("few":[{"id":2,"part":["a"],"way":{"left":[null]}}])",
-             INVALID("few", "/top/few[id='2']", "Too few \"part\" instances")},
-        Edit{R"("few":[{"id":1,"part":["a","b"],"way":{"left":[null]}}])",
-             R"("few":[{"id":2,"part":["a","b"]}])",
-             INVALID("few", "/top/few[id='2']", "Mandatory choice \"kind\" data do not exist")},
-        Edit{R"("any":{"x":1})", R"("size":1)", "top{size=1 any{x=1}}"},
-        Edit{"", R"("strict":[{"id":1,"any":{"x":{"y":1}}}])",
-             INVALID("strict", "/top/strict[id='1']",
-                     "Mandatory node \"needed\" instance does not exist")}));
 
 // An interface's entry is no more than the way to what is below it.
 TEST(NativeEdits, LeadThroughInterfaces) {
@@ -281,7 +97,9 @@ TEST(NativeEdits, LeadThroughInterfaces) {
     return flat(edit_native(models(), {}, edit).native.roots);
   };
   EXPECT_EQ(edited(""), "");
-  EXPECT_EQ(edited(R"(,"description":"d",)" OPERATION_OF("description", "remove")), "");
+  EXPECT_EQ(edited(R"(,"description":"d",)"
+                   R"("@description":{"ietf-netconf:operation":"remove"})"),
+            "");
   EXPECT_EQ(edited(R"(,"description":"d")"),
             "interface-configurations{interface-configuration{active=act interface-name=E "
             "description=d}}");
@@ -289,111 +107,40 @@ TEST(NativeEdits, LeadThroughInterfaces) {
 
 // --- differences ---------------------------------------------------------------------------------
 
-struct Pair {
-  const char* before;
-  const char* after;
-  const char* difference;  // "!" marks what is deleted
-  const char* lines;
-};
-
-std::ostream& operator<<(std::ostream& out, const Pair& row) {
-  return out << row.before << " -> " << row.after;
+TEST(Differences, AreTheEditFromTheOneToTheOther) {
+  for (const auto& each : cases::read(OCIFIP_CASES "differences.txt")) {
+    SCOPED_TRACE(each.where);
+    const Document before = top(each["before"]);
+    const Document after = top(each["after"]);
+    const Document changes = difference(before, after);
+    EXPECT_EQ(flat(changes.roots), each["difference"]);
+    EXPECT_EQ(print_changes(changes, before), each["lines"]);
+    EXPECT_TRUE(difference(edit_native(box(), before, changes).native, after).roots.empty());
+  }
 }
-
-class Differences : public testing::TestWithParam<Pair> {};
-
-TEST_P(Differences, AreTheEditFromTheOneToTheOther) {
-  const Pair& row = GetParam();
-  const Document before = top(row.before);
-  const Document after = top(row.after);
-  const Document changes = difference(before, after);
-  EXPECT_EQ(flat(changes.roots), row.difference);
-  EXPECT_EQ(print_changes(changes, before), row.lines);
-  EXPECT_TRUE(difference(edit_native(box(), before, changes).native, after).roots.empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, Differences,
-    testing::Values(
-        Pair{R"("size":1,"inner":{})", R"("size":1)", "", ""},
-        Pair{R"("size":1,"flag":[null])", R"("size":2,"inner":{"a":"x y"})",
-             "top{size=2 !flag= inner{a=x y}}",
-             "~ /top/size = \"1\" -> \"2\"\n- /top/flag\n+ /top/inner/a = \"x y\"\n"},
-        Pair{R"("tag":["a","b"],"inner":{"a":"x","core":{"c":"z"}})", R"("tag":["c","b"])",
-             "top{!tag=a tag=c inner{!a=x core{!c=z}}}",
-             "- /top/tag[.='a']\n+ /top/tag[.='c']\n- /top/inner/a\n- /top/inner/core/c\n"},
-        Pair{R"("item":[{"name":"a","value":"x"},{"name":"b","more":{"deep":"d"}}])",
-             R"("item":[{"name":"b","more":{"deep":"e"}},{"name":"c"},{"name":"d","value":"v"}])",
-             "top{!item{name=a} item{name=b more{deep=e}} item{name=c} item{name=d value=v}}",
-             "- /top/item[name='a']\n~ /top/item[name='b']/more/deep = \"d\" -> \"e\"\n"
-             "+ /top/item[name='c']\n+ /top/item[name='d']/value = \"v\"\n"},
-        Pair{R"("mark":{"note":"n"})", R"("mark":{})", "top{mark{!note=n}}", "- /top/mark/note\n"},
-        Pair{R"("mark":{"note":"n"})", "", "top{!mark{}}", "- /top/mark\n"},
-        Pair{"", R"("mark":{})", "top{mark{}}", "+ /top/mark\n"}));
 
 // --- the native configuration of a device file ---------------------------------------------------
 
-class NativeSections : public testing::TestWithParam<Case> {};
-TEST_P(NativeSections, AreHeldAgainstTheModels) {
-  EXPECT_EQ(result_of([] {
-              check_native(box(), read_device(box(), "dev.json", GetParam().given));
-              return std::string();
-            }),
-            GetParam().expected);
+TEST(NativeSections, AreHeldAgainstTheModels) {
+  for (const auto& each : cases::read(OCIFIP_CASES "native-sections.txt")) {
+    EXPECT_EQ(result_of([&] {
+                check_native(box(), read_device(box(), "dev.json", each["given"]));
+                return std::string();
+              }),
+              each["expected"])
+        << each.where;
+  }
 }
-
-Case section(const std::string& content, const std::string& reason) {
-  return {"{\"native\":\n{\"box:top\":\n{" + content + "}}}",
-          reason.empty() ? "" : "dev.json: native:3: " + reason};
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, NativeSections,
-    testing::Values(
-        Case{"{}", ""}, Case{R"({"native":{}})", ""},
-        section(R"("size":1,"flag":[null],"any":{"x":[1]},"item":[{"name":"a"}],"chosen":"a")", ""),
-        Case{R"({"native":{"a:b":1}})", "dev.json: native:1: no model has this node, at /b"},
-        section(R"("sise":1)", "no model has this node, at /top/sise"),
-        section(R"("size":-1)", "Value \"-1\" is out of type uint8 min/max bounds, at /top/size"),
-        section(R"("size":null)", "a leaf without a value, at /top/size"),
-        section(R"("item":[{"value":"x"}])", "an entry without its key \"name\", at /top/item"),
-        section(R"("item":[{"name":"a","name":"b"}])",
-                "a key is given twice, at /top/item[name='a']"),
-        section(R"("item":[{"name":"a"},{"name":"a"}])", "a second \"item\" with the same keys"),
-        section(R"("tag":["a","a"])", "Duplicate instance of \"tag\", at /top/tag[.='a']"),
-        section(R"("chosen":"b")",
-                "Invalid leafref value \"b\" - no target instance \"../item/name\" with the same "
-                "value, at "
-                "/top/chosen"),
-        section(R"("inner":{)" OPERATION("delete") "}", "an operation in data, at /top/inner"),
-        section(R"("size":1,"@size":{"ietf-origin:origin":"x"})",
-                "an annotation, \"ietf-origin:origin\"")));
 
 // What is not native is as it was, to the byte.
-struct Splice {
-  const char* before;
-  const char* after;
-};
-class Splices : public testing::TestWithParam<Splice> {};
-TEST_P(Splices, ReplaceTheNativeConfigurationAlone) {
-  EXPECT_EQ(
-      result_of([] { return with_native("dev.json", GetParam().before, "{\n  \"a\": 1\n}\n"); }),
-      GetParam().after);
+TEST(NativeSections, AreReplacedAlone) {
+  for (const auto& each : cases::read(OCIFIP_CASES "splices.txt")) {
+    EXPECT_EQ(
+        result_of([&] { return with_native("dev.json", each["before"], "{\n  \"a\": 1\n}\n"); }),
+        each["after"])
+        << each.where;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    All, Splices,
-    testing::Values(Splice{R"({"z":1e2,"native":{"b":{"c":"}"}},"a":"\u00e9"})",
-                           "{\"z\":1e2,\"native\":{\n  \"a\": 1\n},\"a\":\"\\u00e9\"}"},
-                    Splice{"{\n\t\"native\" : {},\n\t\"a\":1}\n",
-                           "{\n\t\"native\" : {\n\t  \"a\": 1\n\t},\n\t\"a\":1}\n"},
-                    Splice{"{\n  \"node\": null\n}\n",
-                           "{\n  \"node\": null,\n  \"native\": {\n    \"a\": 1\n  }\n}\n"},
-                    Splice{"{}", "{\n  \"native\": {\n    \"a\": 1\n  }\n}"},
-                    Splice{R"({"x":{"native":{}}})",
-                           "{\"x\":{\"native\":{}},\n  \"native\": {\n    \"a\": 1\n  }\n}"},
-                    Splice{R"({"native":5})",
-                           "dev.json: there is no place for a native configuration"},
-                    Splice{"[]", "dev.json: there is no place for a native configuration"}));
 
 // --- the device ----------------------------------------------------------------------------------
 
