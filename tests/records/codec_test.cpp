@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "cases.h"
 #include "native_records.h"
 #include "records/registry.h"
 #include "records_testing.h"
@@ -182,38 +183,21 @@ TEST(Codec, SurvivesDamage) {
   EXPECT_GT(refused, whole.size());
 }
 
-struct Damage {
-  const char* schema;
-  std::uint64_t bytes;
-  const char* digits;
-  std::uint32_t result;
-};
-
-class Damaged : public testing::TestWithParam<Damage> {};
-TEST_P(Damaged, IsRefused) {
-  const Damage& damage = GetParam();
-  const TestDescriptor descriptor(damage.schema, damage.bytes);
-  std::vector<std::uint64_t> structure(damage.bytes / 8 + 1, ~std::uint64_t{0});
-  const ExactBytes bytes(test_record(damage.digits));
-  EXPECT_EQ(bag_decode(bytes.data(), bytes.length(), structure.data(), &descriptor), damage.result);
-  // What the caller frees after a failure is a structure of zeros.
-  EXPECT_EQ(hexadecimal(structure.data(), damage.bytes), std::string(2 * damage.bytes, '0'));
+TEST(Codec, RefusesDamagedRecords) {
+  for (const auto& each : cases::read(OCIFIP_CASES "damaged.txt")) {
+    SCOPED_TRACE(each.where);
+    const std::string schema = each["schema"];
+    const std::size_t size = std::stoul(each["bytes"]);
+    const TestDescriptor descriptor(schema.c_str(), size);
+    std::vector<std::uint64_t> structure(size / 8 + 1, ~std::uint64_t{0});
+    const ExactBytes bytes(test_record(each["digits"]));
+    EXPECT_EQ(
+        cerr_strerror(bag_decode(bytes.data(), bytes.length(), structure.data(), &descriptor)),
+        each["result"]);
+    // What the caller frees after a failure is a structure of zeros.
+    EXPECT_EQ(hexadecimal(structure.data(), size), std::string(2 * size, '0'));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, Damaged,
-    testing::Values(Damage{"$1=b", 4, "02", kRecordMalformed},
-                    Damage{"$1=p(C)", 8, "02 00", kRecordMalformed},
-                    Damage{"$1=s", 8, "00000002 6100", kRecordMalformed},
-                    Damage{"$1=2s", 8, "00000003 616263", kRecordMalformed},
-                    Damage{"$1=s", 8, "ffffffff 61", kRecordMalformed},
-                    Damage{"$1=a(C)", 16, "ffffffff 61", kRecordMalformed},
-                    Damage{"$1=1000A(D)$2=a($1)", 16, "ffffffff", kRecordMalformed},
-                    Damage{"$1=a(D)", 16, "00000002 00000001 000000", kRecordMalformed},
-                    Damage{"$1=C$2=p($1)s", 16, "01 05 00000001", kRecordMalformed},
-                    Damage{"$1=C", 8, "01", kRecordSchemaLayout},
-                    Damage{"$1=Q", 8, "01", kRecordSchemaMalformed},
-                    Damage{"", 8, "01", kRecordSchemaMissing}));
 
 TEST(Codec, RefusesOtherRecords) {
   TestDescriptor descriptor("$1=C", 1);
@@ -244,70 +228,18 @@ TEST(Codec, RefusesMissingArguments) {
 
 // --- values --------------------------------------------------------------------------------------
 
-struct Value {
-  const char* type;
-  const char* json;
-  std::string expected;  // digits of the encoded value, or the message
-};
-
-std::ostream& operator<<(std::ostream& out, const Value& value) {
-  return out << value.type << ' ' << value.json;
+TEST(Values, AreEncodedOrTurnedDown) {
+  for (const auto& each : cases::read(OCIFIP_CASES "values.txt")) {
+    const std::string schema = "$1={in}{a}D$2={test}{v}" + each["type"];
+    const std::string record = encoded(schema.c_str(), R"({"v":)" + each["json"] + '}');
+    const std::string head = test_record("");
+    EXPECT_EQ(record.starts_with(head)
+                  ? hexadecimal(record.data() + head.size(), record.size() - head.size())
+                  : record,
+              each["expected"])
+        << each.where;
+  }
 }
-
-class Values : public testing::TestWithParam<Value> {};
-TEST_P(Values, AreEncodedOrRefused) {
-  const std::string schema = std::string("$1={in}{a}D$2={test}{v}") + GetParam().type;
-  const std::string record =
-      encoded(schema.c_str(), std::string(R"({"v":)") + GetParam().json + '}');
-  const std::string head = test_record("");
-  EXPECT_EQ(record.starts_with(head)
-                ? hexadecimal(record.data() + head.size(), record.size() - head.size())
-                : record,
-            GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Taken, Values,
-    testing::Values(Value{"D", "4294967295", "ffffffff"}, Value{"I", "-2147483648", "80000000"},
-                    Value{"I", "4294967295", "ffffffff"},
-                    Value{"H", "18446744073709551615", "ffffffffffffffff"}, Value{"C", "0", "00"},
-                    Value{"D%h", "5", "00000005"}, Value{"D%h", "\"Eth1\"", "00000007"},
-                    Value{"6x%m", "\"00-1A-2b-3c-4d-5e\"", "001a2b3c4d5e"},
-                    Value{"6x%m", "\"001a.2b3c.4d5e\"", "001a2b3c4d5e"},
-                    Value{"4x%s", "\"0a0b0c0D\"", "0a0b0c0d"}, Value{"2x%S", "\"ab\"", "6162"},
-                    Value{"2A($1)", "[{\"a\":1}]", "0000000100000000"},
-                    Value{"a(2A(C))", "[[1],[2,3]]",
-                          "00000002"
-                          "0100"
-                          "0203"},
-                    Value{"p(a(C))", "[]", "0100000000"}, Value{"$1", "{}", "00000000"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Refused, Values,
-    testing::Values(
-        Value{"D", "4294967296", "here.v: not a number from 0 to 4294967295"},
-        Value{"D", "-1", "here.v: not a number from 0 to 4294967295"},
-        Value{"D", "\"Eth1\"", "here.v: not a number from 0 to 4294967295"},
-        Value{"C", "256", "here.v: not a number from 0 to 255"},
-        Value{"I", "-2147483649", "here.v: not a number from -2147483648 to 4294967295"},
-        Value{"H", "1.5", "here.v: not a number from 0 to 18446744073709551615"},
-        Value{"[x]e", "true", "here.v: not a number from 0 to 4294967295"},
-        Value{"b", "1", "here.v: not true or false"}, Value{"N", "1", "here.v: not a string"},
-        Value{"N", "\"10.0.0\"", "here.v: not an IPv4 address"},
-        Value{"16x%s", "\"10.0.0.1\"", "here.v: not an IPv6 address"},
-        Value{"6x%m", "\"00:1a:2b:3c:4d:5\"", "here.v: not a MAC address"},
-        Value{"6x%m", "\"00:1a-2b:3c:4d:5e\"", "here.v: not a MAC address"},
-        Value{"3x", "\"0a0b0\"", "here.v: not 6 hexadecimal digits"},
-        Value{"3x", "\"0a0b0g\"", "here.v: not 6 hexadecimal digits"},
-        Value{"2x%S", "\"abc\"", "here.v: longer than 2 bytes"},
-        Value{"2s", "\"abc\"", "here.v: longer than 2 bytes"},
-        Value{"s", R"("a\u0000")", "here.v: a NUL character in a string"},
-        Value{"D%h", "\"Eth2\"", "here.v: no such interface"},
-        Value{"$1", "[]", "here.v: not an object"}, Value{"a($1)", "{}", "here.v: not an array"},
-        Value{"a($1)", R"([{"a":1},{"b":1}])", "here.v[1].b: unknown field"},
-        Value{"2A(C)", "[1,2,3]", "here.v: more than 2 elements"},
-        Value{"2A(a(C))", "[[],[0,-1]]", "here.v[1][1]: not a number from 0 to 255"},
-        Value{"D", "1,\"w\":1", "here.w: unknown field"}));
 
 TEST(Encoding, SaysThatARecordHasNoSchema) {
   const auto message = [](const RegisteredRecord& record, const char* fields) {
