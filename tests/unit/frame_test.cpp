@@ -45,7 +45,6 @@ const std::vector<Callback> kCallbacks = {
 };
 
 using Sites = MappingTest;
-using Messages = MappingTest;
 
 class Frame : public MappingTest, public testing::WithParamInterface<Callback> {};
 
@@ -80,47 +79,6 @@ TEST_P(Frame, StopsTheProcessWithoutContext) {
 
 INSTANTIATE_TEST_SUITE_P(Callbacks, Frame, testing::ValuesIn(kCallbacks),
                          [](const auto& instance) { return instance.param.name; });
-
-// What the callbacks of a request say between their starts and their ends.
-TEST_F(Messages, TellWhetherSomethingWasMapped) {
-  struct Case {
-    const char* name;
-    std::string function;  // after the module
-    std::uint32_t request_op;
-    Tree child;  // of "ipv4"
-    const char* messages;
-    int failing_write = 0;
-  };
-  constexpr const char* kDone = "trc Mapping done for this node; ";
-  constexpr const char* kNotDone = "trc No mapping done for this node; ";
-  const Tree mtu = node("config", {leaf("mtu", "9")});
-  const Tree addresses = node("addresses", {node("address", {leaf("ip", "10.0.0.1")})});
-  // clang-format off
-  for (const Case& each : {
-           Case{"leaf", "leaf_lvla_ipv4_config_mtu", 1, mtu, kDone},
-           Case{"failed write", "leaf_lvla_ipv4_config_mtu", 1, mtu, kNotDone, 2},
-           Case{"generated", "duck_map_leaf", 1, node("config", {leaf("enabled")}), ""},
-           Case{"container", "cont_lvla_ipv4_addresses", 1, addresses, kDone},
-           Case{"container without children", "cont_lvla_ipv4_addresses", 1, node("addresses"),
-                "trc No subtrees; trc No mapping done for this node; "},
-           Case{"deleted container", "cont_lvla_ipv4_addresses", 1, node("addresses").with(NIDL_YFW_EDIT_DELETE),
-                "trc No subtrees; trc Mapping done for this node; "},
-           Case{"entry", "list_lvla_ipv4_addresses_address", 8, addresses, kDone},
-           Case{"read of an entry", "list_lvla_ipv4_addresses_address", 0, addresses, kNotDone},
-           Case{"second of two writes failed", "leaf_lvla_ipv4_address_ip", 0, addresses, kDone, 3},
-       }) {
-    // clang-format on
-    SCOPED_TRACE(each.name);
-    next(each.request_op);
-    platform.fail("add_path", each.failing_write, 99);
-    ymap_ox_ocifip_openconfigifip_lvla_ipv4(&ctx, plant(node("ipv4", {each.child})), &out);
-    // The dispatch of a leaf writes a start and an end under its callback's name, too.
-    const bool dispatched = each.function.starts_with("leaf_");
-    EXPECT_EQ(lines_of("ymap_ox_ocifip_openconfigifip_" + each.function),
-              calls(std::string(dispatched ? "trc Start; " : "") + "trc Start; " + each.messages +
-                    "trc End" + (dispatched ? "; trc End" : "")));
-  }
-}
 
 TEST_F(Sites, HaveWordsOfTheirOwn) {
   platform.logs_errors = platform.logs_traces = true;

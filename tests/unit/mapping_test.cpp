@@ -1,7 +1,9 @@
 #include "mapping_test.h"
 
 #include <cstdlib>
+#include <map>
 #include <sstream>
+#include <stdexcept>
 
 #include "yfw/text.h"
 
@@ -40,6 +42,73 @@ Tree broken(const char* tag, std::uint32_t claimed) {
   tree.flags = NIDL_YFW_FLAG_HAS_SUBTREE;
   tree.lost_children = claimed;
   return tree;
+}
+
+namespace {
+
+class TreeReader {
+ public:
+  explicit TreeReader(const std::string& text) : text_(text) {}
+
+  // A node with all below it. What it does not say is as in its parent.
+  Tree read(const Tree& parent) {
+    static const std::map<std::string, const char*> modules = {
+        {"ip", kIfIp},
+        {"interfaces", kInterfaces},
+        {"foreign", kForeign},
+        {"ipv4-io-cfg", "urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg"},
+        {"ifmgr-cfg", "urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg"},
+        {"ipv4-io-oper", "urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper"},
+        {"v4ma", "urn:halvane:yang:Halvane-Ombrix-PRIVATE-ocifip-v4ma-oper"},
+        {"v6ma", "urn:halvane:yang:Halvane-Ombrix-PRIVATE-ocifip-v6ma-oper"}};
+    Tree tree = node(take_until("@!?={} ").c_str());
+    if (tree.tag == "-") tree.tag.reset();
+    tree.module_namespace = take('@') ? modules.at(take_until("!?={} ")) : parent.module_namespace;
+    tree.operation = take('!') ? operation_of(take_until("?={} ")) : parent.operation;
+    if (take('?')) {
+      tree.flags = NIDL_YFW_FLAG_HAS_SUBTREE;
+      tree.lost_children = static_cast<std::uint32_t>(std::stoi(take_until("={} ")));
+    }
+    if (take('=')) tree.value = take('"') ? take_until("\"") : take_until("{} ");
+    take('"');
+    if (take('{')) {
+      while (!take('}')) {
+        tree.children.push_back(read(tree));
+        take(' ');
+      }
+    }
+    return tree;
+  }
+
+ private:
+  std::string take_until(const char* ends) {
+    if (at_ == text_.size()) throw std::runtime_error("no node: " + text_);
+    const std::size_t begin = at_;
+    at_ = std::min(text_.find_first_of(ends, at_), text_.size());
+    return text_.substr(begin, at_ - begin);
+  }
+  bool take(char wanted) {
+    const bool is_there = at_ < text_.size() && text_[at_] == wanted;
+    at_ += is_there ? 1 : 0;
+    return is_there;
+  }
+
+  const std::string& text_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace
+
+Tree tree_of(const std::string& text) { return TreeReader(text).read(node("")); }
+
+nidl_yfw_edit_oper operation_of(const std::string& name) {
+  static const std::map<std::string, nidl_yfw_edit_oper> operations = {
+      {"write", NIDL_YFW_EDIT_WRITE},
+      {"replace", NIDL_YFW_EDIT_REPLACE},
+      {"delete", NIDL_YFW_EDIT_DELETE},
+      {"remove", NIDL_YFW_EDIT_REMOVE},
+      {"none", NIDL_YFW_EDIT_NONE}};
+  return operations.at(name);
 }
 
 void replace_all(std::string& text, const std::string& from, const std::string& to) {
@@ -152,26 +221,5 @@ static std::string shown(const char* text) { return text != nullptr ? text : "-"
 std::string MappingTest::refused_tag() const { return shown(state.unsupported_tag); }
 
 std::string MappingTest::error_message() const { return shown(state.error_message); }
-
-std::string MappingTest::ipv4_writes() {
-  std::string writes = platform.recorded(kWrites);
-  for (const auto& [common, shown] : {
-           std::pair{"add_path urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg "
-                     "/interface-configurations/interface-configuration/ipv4-network",
-                     "ipv4-network"},
-           {"ipv4-network/addresses/primary", "primary"},
-           {"ipv4-network/addresses/secondaries/secondary", "secondary"},
-           {"ipv4-network/addresses", "addresses"},
-           {" =\"", "="},
-           {"\" source=", " "},
-           {" source=", " "},
-           {" create=0", ""},
-           {" create=1", " new"},
-           {" flags=1", ""},
-       }) {
-    replace_all(writes, common, shown);
-  }
-  return writes;
-}
 
 }  // namespace recording

@@ -43,6 +43,15 @@ Tree leaf(const char* tag, std::optional<std::string> value = std::nullopt);
 // A node with a subtree mark that has no children to show: `claimed` many of them.
 Tree broken(const char* tag, std::uint32_t claimed);
 
+// The node that a text tells of: TAG[@MODULE][!OPERATION][?COUNT][=VALUE][{CHILD CHILD...}]
+// A child has its parent's module and operation unless it has its own; the outermost one has
+// openconfig-if-ip's, and "write". "?" is for children that the node claims and does not have, the
+// tag "-" for none.
+Tree tree_of(const std::string& text);
+
+// An operation by its name in a tree's text.
+nidl_yfw_edit_oper operation_of(const std::string& name);
+
 // Puts a text in the place of each occurrence of another.
 void replace_all(std::string& text, const std::string& from, const std::string& to);
 
@@ -69,10 +78,6 @@ class MappingTest : public testing::Test {
   // The request's refused tag and error message; "-" for none.
   [[nodiscard]] std::string refused_tag() const;
   [[nodiscard]] std::string error_message() const;
-  // The writes to the native IPv4 configuration as "PATH[=VALUE] OPERATION[!][ new]", "new" being
-  // create=1. Paths begin at "ipv4-network"; "addresses", "primary" and "secondary" stand for the
-  // whole paths of the nodes below it.
-  [[nodiscard]] static std::string ipv4_writes();
 
   yfw_map_request_state state{};
   yfw_map_ctx ctx{};

@@ -31,7 +31,7 @@ cerrno yfw_map_search_list(yfw_map_ctx*, Node* base, Node** found, const char* l
   const auto entry = read_back.entries.find(std::string(list_path) + " " + key_value);
   const cerrno result = platform.serve(kSearch, "search", name_of(base), list_path,
                                        std::string(key_leaf) + "=\"" + key_value + "\"",
-                                       module_namespace != nullptr ? module_namespace : "(null)");
+                                       short_module(module_namespace));
   if (result != 0) return result;
   if (entry == read_back.entries.end()) return 2;
   *found = entry->second;
@@ -60,22 +60,22 @@ cerrno yfw_map_copy_trim_path_list_ctx(yfw_map_ctx*, const char* prefix) {
 void yfw_map_free_trim_path_list_ctx(yfw_map_ctx*) { platform.record(kWrites, "untrim"); }
 
 // A request on the output tree is recorded among the writes, whole:
-//   stitch enabled=N NAMESPACE output|(another) operation=N INSTANCE-PATH LIST-PATH
-//   xpath enabled=N NAMESPACE output|(another) operation=N ="VALUE" PATH
+//   stitch enabled=N MODULE output|(another) operation=N INSTANCE-PATH LIST-PATH
+//   xpath enabled=N MODULE output|(another) operation=N ="VALUE" PATH
 static const char* shown_base(const Node* base) {
   return base == platform.root ? "output" : "(another)";
 }
 
 cerrno yfw_map_stitch_list_to_list(yfw_map_ctx*, const yfw_map_stitch_request* request) {
   return platform.serve(kWrites, "stitch", "enabled=" + std::to_string(request->enabled),
-                        request->module_namespace, shown_base(request->base),
+                        short_module(request->module_namespace), shown_base(request->base),
                         "operation=" + std::to_string(request->operation), request->instance_path,
                         request->list_path);
 }
 
 cerrno yfw_map_tree_xpath_operations(yfw_map_ctx*, const yfw_map_xpath_request* request) {
   return platform.serve(kWrites, "xpath", "enabled=" + std::to_string(request->enabled),
-                        request->module_namespace, shown_base(request->base),
+                        short_module(request->module_namespace), shown_base(request->base),
                         "operation=" + std::to_string(request->operation),
                         std::string("=\"") + request->value + "\"", request->xpath);
 }

@@ -13,7 +13,7 @@ namespace recording {
 
 // What the services here answer. Their calls are recorded among the platform's, as
 //   kWrites   trim PREFIX, untrim
-//   kSearch   search output|BASE LIST KEY="VALUE" NAMESPACE
+//   kSearch   search output|BASE LIST KEY="VALUE" MODULE
 //   kDevice   the database and the codec
 struct ReadBack {
   std::map<std::string, std::string> leaves;  // of the entries being walked, by "LIST LEAF"

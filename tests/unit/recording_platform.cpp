@@ -38,9 +38,9 @@ std::string quoted(const char* value) {
 }
 
 std::string shown_source(const Node* source) {
-  static constexpr std::array names = {"write", "replace", "2", "delete", "remove", "none"};
+  static constexpr std::array names = {" write", " replace", " 2", " delete", " remove", " none"};
   if (source == nullptr) {
-    return "NONE";
+    return "";
   }
   const bool rewritten = (source->flags & NIDL_YFW_FLAG_OPERATION_OVERRIDE) != 0;
   return std::string(names.at(source->edit_operation)) + (rewritten ? "!" : "");
@@ -74,6 +74,16 @@ void take_off(std::vector<const Node*>& stack, const Node* node, const char* ser
 }
 
 }  // namespace
+
+std::string short_module(const char* module_namespace) {
+  const std::string name = module_namespace != nullptr ? module_namespace : "(null)";
+  for (const std::string common :
+       {"urn:halvane:yang:Halvane-Ombrix-", "http://openconfig.net/yang/interfaces/",
+        "http://openconfig.net/yang/", "urn:example:"}) {
+    if (name.starts_with(common)) return name.substr(common.size());
+  }
+  return name;
+}
 
 void Platform::fail(const std::string& service, int nth, cerrno result) {
   failures_[{service, calls_of(service) + nth}] = result;
@@ -123,16 +133,17 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, Node* base, const char* p
   const auto named = platform.base_names.find(base);
   const bool below_root = named == platform.base_names.end();
   if (below_root) {
-    expect_root(base, "add_path");
+    expect_root(base, "add");
   }
   if (platform.on_write) {
     platform.on_write();
   }
   const cerrno result = platform.serve(
-      kWrites, "add_path", module_namespace, path + (value != nullptr ? " " + quoted(value) : ""),
-      "source=" + shown_source(delete_source), "create=" + std::to_string(create),
-      "flags=" + std::to_string(flags) + (created != nullptr ? " stored" : "") +
-          (below_root ? "" : " base=" + named->second));
+      kWrites, "add", short_module(module_namespace),
+      path + (value != nullptr ? " " + quoted(value) : "") + shown_source(delete_source) +
+          (create != 0 ? " new" : "") +
+          (flags != YFW_MAP_PATH_CURRENT ? " flags=" + std::to_string(flags) : "") +
+          (created != nullptr ? " stored" : "") + (below_root ? "" : " base=" + named->second));
   const auto node = platform.created_nodes.find(path);
   if (result == 0 && created != nullptr && node != platform.created_nodes.end()) {
     *created = node->second;
@@ -143,13 +154,14 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, Node* base, const char* p
 cerrno yfw_map_add_leaf_from_xpath(yfw_map_ctx*, const Node* in, Node* out, const char* top,
                                    const char* module_namespace, const char* const* steps,
                                    uint32_t step_count) {
-  expect_root(out, "add_leaf");
+  expect_root(out, "mirror");
   std::string path;
   for (uint32_t i = 0; i < step_count; ++i) {
     path += steps[i];
   }
-  return platform.serve(kWrites, "add_leaf", module_namespace, path, "top=" + std::string(top),
-                        "steps=" + std::to_string(step_count), "in=" + tag_of(in));
+  return platform.serve(kWrites, "mirror", short_module(module_namespace), path,
+                        "top=" + std::string(top), "steps=" + std::to_string(step_count),
+                        "in=" + tag_of(in));
 }
 
 cerrno yfw_map_add_to_node_hierarchy(yfw_map_ctx*, const Node* node, uint32_t kind) {

@@ -28,9 +28,10 @@ using Node = nidl_yfw_datatree;
 // Kinds of recorded calls; a set of them is their sum. Each call is one line, a blank between its
 // words.
 //
-//   kWrites     add_path NAMESPACE PATH[ ="VALUE"] source=OPERATION[!] create=N flags=N[ stored]
-//               "!": the source carries the mark of a rewritten operation;
-//               add_leaf NAMESPACE JOINED-STEPS top=TOP steps=N in=TAG
+//   kWrites     add MODULE PATH[ ="VALUE"][ OPERATION[!]][ new][ flags=N][ stored][ base=NAME]
+//               of add_path: the source's operation, "!" when it carries the mark of a rewritten
+//               one; "new" for create=1; no flags for 1, the usual ones;
+//               mirror MODULE JOINED-STEPS top=TOP steps=N in=TAG
 //   kHierarchy  push KIND TAG, pop TAG, current LIST-PATH; remember TAG, forget TAG (the stack of
 //               visited entries); list TAG, unlist TAG (the output list)
 //   kLines      trc|err FUNCTION MESSAGE: the lines of the trace buffer, line feeds as "\n"
@@ -68,6 +69,9 @@ struct BufferLine {
   std::uint64_t flags;
   std::string text;
 };
+
+// A module's namespace without what those of its kind begin with.
+std::string short_module(const char* module_namespace);
 
 struct Prefix {
   std::string address;  // empty: the interface manager's answer lists nothing
