@@ -30,15 +30,6 @@ std::string tree_of(const std::string& text) {
 std::string oc(const std::string& members) {
   return "{\"openconfig-interfaces:interfaces\":{" + members + "}}";
 }
-std::string native(const std::string& members) {
-  return "{\"Halvane-Ombrix-ifmgr-cfg:interface-configurations\":{\"interface-configuration\":[{"
-         "\"Halvane-Ombrix-ipv4-io-cfg:ipv4-network\":{" +
-         members + "}}]}}";
-}
-std::string oc_tree(const std::string& below) {
-  return "openconfig-interfaces:interfaces\n" + below;
-}
-
 TEST(Reading, GivesTreeOrReason) {
   for (const char* file : {"json.txt", "json-errors.txt", "xml.txt"}) {
     for (const auto& each : cases::read(std::string(OCIFIP_CASES) + file)) {
@@ -56,7 +47,6 @@ TEST(Reading, EndsAtADepth) {
   EXPECT_EQ(tree_of(oc("\"@\":{\"b:c\":" + repeat("[", 1000000))), "in:1: nested too deeply");
 }
 
-const std::string kOc = R"(xmlns="http://openconfig.net/yang/interfaces")";
 const std::string kNc = R"(xmlns:nc="urn:ietf:params:xml:ns:netconf:base:1.0")";
 
 // Text that is no XML is refused with libxml2's reason; the line is what counts here.
@@ -106,78 +96,15 @@ TEST(Reading, SaysOfEachNodeWhatItIsAndWhereItStands) {
   EXPECT_EQ(entry.schema, models().child(root.schema, "interface", ""));
 }
 
-// Values in the form that their types ask for, and operations at each kind of node.
-const std::string kPrinted = R"({
-  "openconfig-interfaces:interfaces": {
-    "interface": [
-      {
-        "@": {
-          "ietf-netconf:operation": "replace"
-        },
-        "name": "E<\"\u0001",
-        "config": {
-          "mtu": 1500,
-          "@mtu": {
-            "ietf-netconf:operation": "delete"
-          },
-          "description": "5\r",
-          "enabled": "TRUE"
-        },
-        "state": {
-          "mtu": "70000",
-          "enabled": true,
-          "ifindex": "007",
-          "counters": {
-            "in-octets": "18446744073709551615"
-          }
-        },
-        "urn:other:x": [
-          "1",
-          null
-        ],
-        "@urn:other:x": [
-          null,
-          {
-            "ietf-netconf:operation": "remove"
-          }
-        ],
-        "y": {}
-      }
-    ]
+TEST(Printing, HasAFormForEachFormat) {
+  for (const auto& each : cases::read(OCIFIP_CASES "printing.txt")) {
+    SCOPED_TRACE(each.where);
+    const auto document = read(each[each.has("given") ? "given" : "json"]);
+    for (const auto& [name, format] :
+         {std::pair("json", Format::kJson), {"xml", Format::kXml}, {"tree", Format::kTree}}) {
+      EXPECT_EQ(each.has(name) ? print(document, format) : "", each[name]);
+    }
   }
-}
-)";
-
-TEST(Printing, JsonIsWhatWasRead) { EXPECT_EQ(print(read(kPrinted), Format::kJson), kPrinted); }
-
-TEST(Printing, Xml) {
-  const auto printed = print(read(kPrinted), Format::kXml);
-  EXPECT_EQ(printed, "<interfaces " + kOc + " " + kNc +
-                         R"(>
-  <interface nc:operation="replace">
-    <name>E&lt;&quot;)"
-                         "\xEF\xBF\xBD"
-                         R"(</name>
-    <config>
-      <mtu nc:operation="delete">1500</mtu>
-      <description>5&#13;</description>
-      <enabled>TRUE</enabled>
-    </config>
-    <state>
-      <mtu>70000</mtu>
-      <enabled>true</enabled>
-      <ifindex>007</ifindex>
-      <counters>
-        <in-octets>18446744073709551615</in-octets>
-      </counters>
-    </state>
-    <x xmlns="urn:other">1</x>
-    <x xmlns="urn:other" nc:operation="remove"/>
-    <y/>
-  </interface>
-</interfaces>
-note: control characters, which XML cannot hold, are replaced: /interfaces/interface[name='E<"\u0001']/name
-)");
 }
 
 // What is printed and read again is the same document, if what it holds has a form there.
@@ -193,29 +120,9 @@ TEST(Printing, IsReadAsTheSameDocument) {
   }
 }
 
-TEST(Printing, LeavesOutEntriesWithoutKeysAndSaysSo) {
-  const auto document =
-      read(native("\"helper-addresses\":{\"helper-address\":[{\"address\":\"a\"}"
-                  ",{\"vrf-name\":\"v\",\"address\":\"b'c\"}]}"));
-  EXPECT_EQ(print(document, Format::kTree),
-            "Halvane-Ombrix-ifmgr-cfg:interface-configurations\n"
-            "  interface-configuration [no keys]\n"
-            "    Halvane-Ombrix-ipv4-io-cfg:ipv4-network\n"
-            "      helper-addresses\n"
-            "        helper-address [address=\"a\"][no vrf-name]\n"
-            "          address = \"a\"\n"
-            "        helper-address [address=\"b'c\"][vrf-name=\"v\"]\n"
-            "          address = \"b'c\"\n          vrf-name = \"v\"\n");
-  const std::string note =
-      "note: an entry without its keys is left out (the formats tree and calls show it): "
-      "/interface-configurations/interface-configuration\n";
-  EXPECT_EQ(print(document, Format::kJson),
-            "{\n  \"Halvane-Ombrix-ifmgr-cfg:interface-configurations\": {}\n}\n" + note);
-  EXPECT_EQ(
-      print(document, Format::kXml),
-      "<interface-configurations xmlns=\"urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg\"/>\n" + note);
-  const auto& entry = document.roots[0].children[0].children[0].children[0].children[1];
-  EXPECT_EQ(instance_path({&entry}), "/helper-address[address=\"b'c\"][vrf-name='v']");
+TEST(Printing, QuotesKeysInPaths) {
+  const auto document = read_path(models(), "/interfaces/interface[name=\"b'c\"]");
+  EXPECT_EQ(instance_path({&document.roots[0].children[0]}), "/interface[name=\"b'c\"]");
 }
 
 TEST(Printing, BringsNodesOfOneNameTogether) {
@@ -227,9 +134,7 @@ TEST(Printing, BringsNodesOfOneNameTogether) {
             "      \"ietf-netconf:operation\": \"delete\"\n    },\n    \"y\": \"\"\n  }\n}\n");
 }
 
-TEST(Printing, EmptyAndNone) {
-  EXPECT_EQ(print({}, Format::kJson), "{}\n");
-  EXPECT_EQ(print({}, Format::kXml) + print({}, Format::kTree), "");
+TEST(Printing, TheOperationNone) {
   auto document = read(oc(""));
   document.roots[0].operation = Operation::kNone;
   EXPECT_EQ(print(document, Format::kTree), "openconfig-interfaces:interfaces (none)\n");
@@ -247,42 +152,19 @@ TEST(Paths, NameOneNode) {
   }
 }
 
-TEST(Merging, JoinsEntriesWithTheSameKeys) {
-  auto document =
-      read(oc(R"("interface":[{"name":"E","state":{},"config":{"mtu":1}},{"name":"F"},{}])"));
-  merge_document(document, read(oc(R"("interface":[{"name":"E","config":{"mtu":2,"x":1}},)"
-                                   R"({"name":"G"},{}],"y":1)")));
-  merge_document(document, read_path(models(), "/interfaces/interface[name='F']/name"));
-  merge_document(document, read_path(models(), "/interfaces/interface[name='F']/config"));
-  EXPECT_EQ(print(document, Format::kTree),
-            oc_tree("  interface [name=\"E\"]\n    name = \"E\"\n    config\n"
-                    "      mtu = \"2\"\n      x = \"1\"\n    state\n"
-                    "  interface [name=\"F\"]\n    name = \"F\"\n    name\n    config\n"
-                    "  interface [no keys]\n  interface [name=\"G\"]\n    name = \"G\"\n"
-                    "  interface [no keys]\n  y = \"1\"\n"));
-}
-
-TEST(Merging, RefusesWhatIsDeletedAndWritten) {
-  const auto written = oc(R"("interface":[{"name":"E","config":{"mtu":1}}])");
-  for (const auto& [path, place] : {
-           std::pair{"/interfaces/interface[name='E']/config/mtu",
-                     "/interfaces/interface[name='E']/config/mtu"},
-           {"/interfaces/interface[name='E']/config", "/interfaces/interface[name='E']/config"},
-           {"/interfaces", "/interfaces"},
-           {"/interfaces/interface[name='F']", ""},
-           {"/interfaces/interface", ""},
-       }) {
-    for (const bool deleted_first : {false, true}) {
-      auto first = read(written);
-      auto second = read_path(models(), path, Operation::kDelete);
-      if (deleted_first) std::swap(first, second);
-      EXPECT_EQ(result_of([&] {
-                  merge_document(first, second);
-                  return std::string();
-                }),
-                *place == '\0' ? std::string()
-                               : std::string(place) + ": deleted and written in one request");
+TEST(Merging, JoinsDocuments) {
+  const auto joined = [](const std::string& lines) {
+    Document document;
+    for (const std::string& line : cases::lines_of(lines)) {
+      merge_document(document, line[0] == '{' ? read(line)
+                               : line[0] == '-'
+                                   ? read_path(models(), line.substr(1), Operation::kDelete)
+                                   : read_path(models(), line));
     }
+    return print(document, Format::kTree);
+  };
+  for (const auto& each : cases::read(OCIFIP_CASES "merging.txt")) {
+    EXPECT_EQ(result_of([&] { return joined(each["joined"]); }), each["expected"]) << each.where;
   }
 }
 
