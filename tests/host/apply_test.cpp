@@ -14,36 +14,16 @@
 #include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/read_document.h"
+#include "io/save_file.h"
 #include "io_testing.h"
 #include "result_codes.h"
 
 namespace ocifip {
 namespace {
 
-constexpr const char* kBoxModule = R"(module box {
-  yang-version 1.1; namespace "urn:box"; prefix b;
-  container top {
-    leaf size { type uint8; }
-    leaf flag { type empty; }
-    leaf-list tag { type string; }
-    container inner { leaf a { type string; } leaf b { type string; } container core { leaf c { type string; } } }
-    container mark { presence "it is marked"; leaf note { type string; } }
-    list item { key "name"; leaf value { type string; } container more { leaf deep { type string; } }
-                leaf name { type string { pattern "[a-z]+"; } } }
-    list pair { key "left right"; leaf left { type uint8; } leaf right { type uint8; } }
-    list strict { key "id"; leaf id { type uint8; } leaf needed { type string; mandatory true; } anydata any; }
-    list few { key "id"; leaf id { type uint8; }
-               leaf-list part { type string; min-elements 2; }
-               container way { choice kind { mandatory true; leaf left { type empty; } leaf right { type empty; } } } }
-    leaf chosen { type leafref { path "../item/name"; } }
-    anydata any;
-  }
-  list user { key "name"; leaf name { type string; } }
-})";
-
 const Models& box() {
-  static const auto loaded = models_of("box.yang", kBoxModule);
-  return *loaded;
+  static const Models loaded(OCIFIP_CASES "../box");
+  return loaded;
 }
 
 // The content of "top".
@@ -144,19 +124,9 @@ TEST(NativeSections, AreReplacedAlone) {
 
 // --- the device ----------------------------------------------------------------------------------
 
-constexpr const char* kDevice = R"({"interfaces": [
-    {"name": "Eth1"}, {"name": "Eth2", "ipv4": {"primary": "192.0.2.1/24"}}],
-  "native": {"Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
-    {"active": "act", "interface-name": "Eth1",
-     "Halvane-Ombrix-ipv4-arp-cfg:ipv4arp": {"proxy-arp": [null]}}]}}})";
-constexpr const char* kConfigured = R"({"native": {
-  "Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
-    {"active": "act", "interface-name": "Eth1", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network":
-      {"addresses": {"primary": {"address": "10.0.0.1", "netmask": "255.255.0.0"}}}},
-    {"active": "act", "interface-name": "Eth2", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network":
-      {"addresses": {"primary": {"address": "10.9.9.9", "netmask": "255.0.0.0"}}},
-     "Halvane-Ombrix-ipv4-arp-cfg:ipv4arp": {"proxy-arp": [null]}},
-    {"active": "act", "interface-name": "Eth3"}]}}})";
+Device device(const std::string& file) {
+  return read_device(models(), file, read_file(OCIFIP_CASES + file));
+}
 
 std::string state_of(const DeviceDirectory& directory) {
   std::string text;
@@ -174,9 +144,9 @@ std::string state_of(const DeviceDirectory& directory) {
 }
 
 TEST(ConfiguredDevices, AnswerFromTheirNewConfiguration) {
-  DeviceDirectory directory(read_device(models(), "dev.json", kDevice));
+  DeviceDirectory directory(device("device-before.json"));
   EXPECT_EQ(state_of(directory), "Eth1\nEth2 192/24\n/cfg/if/act/Eth1/ipv4/arp/proxy-arp\n");
-  directory.configure(read_device(models(), "dev.json", kConfigured).native);
+  directory.configure(device("device-after.json").native);
   EXPECT_EQ(state_of(directory),
             "Eth1 10/16\nEth2 192/24\nEth3\n/cfg/if/act/Eth2/ipv4/arp/proxy-arp\n");
 }

@@ -18,6 +18,7 @@
 #include "im/interface_manager.h"
 #include "inet/inet.h"
 #include "io/device_file.h"
+#include "io/save_file.h"
 #include "log/log.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
@@ -132,26 +133,9 @@ TEST(Inet, PrefixesAndAddressesAreCompared) {
 
 // --- the device ----------------------------------------------------------------------------------
 
-constexpr const char* kDevice = R"({"node": "node0_1", "interfaces": [
-    {"name": "Gi0/0/1", "node": "node0_2", "ipv4": {"primary": "10.0.0.1/24", "secondaries": []}},
-    {"name": "Eth1.20"}, {"name": "Eth2", "ipv6": {"secondaries": ["2001:db8::2/128"]}}],
-  "native": {"Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
-    {"active": "act", "interface-name": "Eth1.20", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
-      "addresses": {"primary": {"address": "10.20.0.1", "netmask": "255.255.0.0"}, "secondaries":
-      {"secondary": [{"address": "10.21.0.1", "netmask": "255.255.255.0"}]}}},
-      "Halvane-Ombrix-ipv6-ma-cfg:ipv6-network": {"addresses": {"regular-addresses": {
-      "regular-address": [{"address": "none", "prefix-length": 64},
-      {"address": "2001:db8::1", "prefix-length": 64}, {"address": "fd00::1", "prefix-length": 129},
-      {"address": "fd00::2", "prefix-length": 127}, {"address": "fd00::3", "prefix-length": 0}]}}}},
-    {"active": "act", "interface-name": "Gi0/0/1", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
-      "addresses": {"primary": {"address": "10.9.0.1", "netmask": "255.0.0.0"}}}},
-    {"active": "act", "interface-name": "Eth2", "Halvane-Ombrix-ipv6-ma-cfg:ipv6-network": {
-      "addresses": {"regular-addresses": {"regular-address": [
-      {"address": "2001:db8::9", "prefix-length": 64}]}}}},
-    {"active": "pre", "interface-name": "Eth2", "Halvane-Ombrix-ipv4-io-cfg:ipv4-network": {
-      "addresses": {"primary": {"address": "10.30.0.1", "netmask": "255.255.0.0"}}}}]}},
-  "sysdb": {"/cfg/if/act/ab": {"type": 1, "text": "x"}, "/cfg/if/act/b/c": {"type": 2, "text": ""},
-            "/cfg/if/actor": {"type": 1, "text": ""}}})";
+Device device_of_file() {
+  return read_device(models(), "device", read_file(OCIFIP_CASES "device.json"));
+}
 
 // An attribute of addresses, and the family that it is of.
 struct AddressAttribute {
@@ -205,7 +189,7 @@ std::string addresses_of(const char* internal_name,
 }
 
 TEST(DeviceServices, AddressesComeFromTheInterfaceOrFromTheNativeConfiguration) {
-  const DeviceDirectory directory(read_device(models(), "device", kDevice));
+  const DeviceDirectory directory(device_of_file());
   EXPECT_EQ(addresses_of("Eth2"), "no connection");
   const ActiveDevice active(directory);
   EXPECT_EQ(addresses_of("Gi0_0_1"), "10.0.0.1/24");
@@ -239,7 +223,7 @@ TEST(DeviceServices, TheAttributeHoldsAnyNumberOfSecondaries) {
 }
 
 TEST(DeviceServices, NodesAndNames) {
-  const DeviceDirectory directory(read_device(models(), "device", kDevice));
+  const DeviceDirectory directory(device_of_file());
   const ActiveDevice active(directory);
   std::array<char, 32> text;
   nodeid_t node = 0;
@@ -296,7 +280,7 @@ TEST(DeviceServices, WhatIsAbsentSaysSo) {
 }
 
 TEST(DeviceServices, TheDatabaseServesTheItemsOfTheDeviceFile) {
-  const DeviceDirectory directory(read_device(models(), "device", kDevice));
+  const DeviceDirectory directory(device_of_file());
   const ActiveDevice active(directory);
   sysdb_handle* handle = nullptr;
   ASSERT_EQ(_sysdb_bind(&handle, "/cfg/if/", SYSDB_BIND_READ), kOk);
@@ -464,7 +448,7 @@ class MapperTest : public testing::Test {
     outcome = mapper.edit(request, format);
   }
 
-  DeviceDirectory device{read_device(models(), "device", kDevice)};
+  DeviceDirectory device{device_of_file()};
   PluginEntries plugin{ymap_ox_ocif_openconfiginterfaces_lvla_interfaces, kStandIn, {}};
   Mapper mapper{models(), device, plugin, {}};
   Outcome outcome;

@@ -15,6 +15,9 @@ namespace {
 
 // --- every type ----------------------------------------------------------------------------------
 
+const cases::Case kEvery = cases::read(OCIFIP_CASES "every-type.txt").at(0);
+const std::string kEverySchema = kEvery["schema"];
+
 struct Inner {
   std::uint8_t small;
   std::uint64_t wide;
@@ -51,28 +54,6 @@ struct Every {
   Array<Array<std::uint8_t>> nested_arrays;
 };
 
-constexpr const char* kEverySchema =
-    "$7={inner}{small}C{wide}H"
-    "$9={every}{ipv4}N{number}D{integer}I{wide}H{small}C{boolean}b{text}s{bounded}3s"
-    "{enumeration}[colour]e{mac}6x%m{chars}4x%S{ipv6}16x%s{raw}3x{none}a(D){inners}a($7){texts}a(s)"
-    "{present}p($7){absent}p($7){pair}2A($7){nested}$7{handle}PD%h{nested_arrays}a(a(C))";
-
-constexpr const char* kEveryDigits =
-    "0a000001 00000002 fffffffd 0102030405060708 ff 01 00000002 6869 00000003 616263 80000000"
-    "001a2b3c4d5e 61620000 20010db8000000000000000000000001 0a0b0c 00000000"
-    "00000002 01 0000000000000011 02 0000000000000012 00000002 00000001 78 00000000"
-    "01 03 0000000000000013 00 04 0000000000000014 05 0000000000000015 06 0000000000000016"
-    "00000007 00000002 00000001 21 00000002 2223";
-
-constexpr const char* kEveryFields = R"({
-  "ipv4": "10.0.0.1", "number": 2, "integer": -3, "wide": 72623859790382856, "small": 255,
-  "boolean": true, "text": "hi", "bounded": "abc", "enumeration": 2147483648,
-  "mac": "00:1a:2b:3c:4d:5e", "chars": "ab", "ipv6": "2001:db8::1", "raw": "0a0b0c", "none": [],
-  "inners": [{"small": 1, "wide": 17}, {"wide": 18, "small": 2}], "texts": ["x", ""],
-  "present": {"small": 3, "wide": 19}, "absent": null,
-  "pair": [{"small": 4, "wide": 20}, {"small": 5, "wide": 21}],
-  "nested": {"small": 6, "wide": 22}, "handle": "Eth1", "nested_arrays": [[33], [34, 35]]})";
-
 std::string show(const Inner* inner) {
   return inner == nullptr ? "-"
                           : std::to_string(inner->small) + ':' + std::to_string(inner->wide) + ' ';
@@ -108,21 +89,13 @@ std::string show(const Every& every) {
   return text.str();
 }
 
-constexpr const char* kEveryShown =
-    "0a000001 2 -3 72623859790382856 255 1 hi abc 2147483648\n"
-    "001a2b3c4d5e ab 20010db8000000000000000000000001 0a0b0c\n"
-    "0 null\n"
-    "1:17 2:18 \"x\"\"\"\n"
-    "3:19 -\n"
-    "4:20 5:21 6:22 7 21 2223";
-
 TEST(Codec, DecodesEveryType) {
-  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
-  const ExactBytes bytes(test_record(kEveryDigits));
+  const TestDescriptor descriptor(kEverySchema.c_str(), sizeof(Every));
+  const ExactBytes bytes(test_record(kEvery["digits"]));
   Every every;
   std::memset(static_cast<void*>(&every), 0xee, sizeof every);
   ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &every, &descriptor), kOk);
-  EXPECT_EQ(show(every), kEveryShown);
+  EXPECT_EQ(show(every), kEvery["shown"]);
   bag_free_indirections(&every, &descriptor);
   bag_free_indirections(&every, &descriptor);  // there is nothing left to free
 }
@@ -140,12 +113,13 @@ TEST(Codec, EncodesEveryType) {
   const auto digits = [](const std::string& bytes) {
     return hexadecimal(bytes.data(), bytes.size());
   };
-  EXPECT_EQ(digits(encoded(kEverySchema, kEveryFields)), digits(test_record(kEveryDigits)));
+  EXPECT_EQ(digits(encoded(kEverySchema.c_str(), kEvery["fields"])),
+            digits(test_record(kEvery["digits"])));
 }
 
 TEST(Codec, WhatIsNotGivenIsZero) {
-  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
-  const ExactBytes bytes(encoded(kEverySchema, "{}"));
+  const TestDescriptor descriptor(kEverySchema.c_str(), sizeof(Every));
+  const ExactBytes bytes(encoded(kEverySchema.c_str(), "{}"));
   Every every;
   ASSERT_EQ(bag_decode(bytes.data(), bytes.length(), &every, &descriptor), kOk);
   EXPECT_EQ(show(every),
@@ -157,8 +131,8 @@ TEST(Codec, WhatIsNotGivenIsZero) {
 // --- damaged records -----------------------------------------------------------------------------
 
 TEST(Codec, RefusesARecordThatIsCutOff) {
-  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
-  const std::string whole = test_record(kEveryDigits);
+  const TestDescriptor descriptor(kEverySchema.c_str(), sizeof(Every));
+  const std::string whole = test_record(kEvery["digits"]);
   for (std::size_t length = 0; length < whole.size(); ++length) {
     EXPECT_EQ(decode_and_free(whole.substr(0, length), descriptor), kRecordMalformed) << length;
   }
@@ -167,8 +141,8 @@ TEST(Codec, RefusesARecordThatIsCutOff) {
 
 // Whatever a byte is changed to, decoding ends with a result and nothing is lost.
 TEST(Codec, SurvivesDamage) {
-  const TestDescriptor descriptor(kEverySchema, sizeof(Every));
-  const std::string whole = test_record(kEveryDigits);
+  const TestDescriptor descriptor(kEverySchema.c_str(), sizeof(Every));
+  const std::string whole = test_record(kEvery["digits"]);
   std::size_t refused = 0;
   for (std::size_t at = 0; at < whole.size(); ++at) {
     for (const int change : {0x01, 0x7f, 0x80, 0xff}) {

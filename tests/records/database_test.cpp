@@ -8,6 +8,7 @@
 #include "device/device_directory.h"
 #include "device/item_bytes.h"
 #include "io/device_file.h"
+#include "io/save_file.h"
 #include "native_records.h"
 #include "records/registry.h"
 #include "records_testing.h"
@@ -15,31 +16,6 @@
 
 namespace ocifip {
 namespace {
-
-constexpr const char* kDevice = R"({"node": "node0_1", "interfaces": [
-    {"name": "Gi0/0/1", "ipv4": {"primary": "10.0.0.1/24", "secondaries": ["10.0.1.1/25"]}},
-    {"name": "Eth2"}],
-  "native": {
-    "Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
-      {"active": "act", "interface-name": "Gi0/0/1",
-       "Halvane-Ombrix-ipv4-arp-cfg:ipv4arp": {"proxy-arp": [null]}},
-      {"active": "act", "interface-name": "Eth2",
-       "Halvane-Ombrix-ipv4-arp-cfg:ipv4arp": {"proxy-arp": [null], "local-proxy-arp": [null]}},
-      {"active": "pre", "interface-name": "Eth3",
-       "Halvane-Ombrix-ipv4-arp-cfg:ipv4arp": {"proxy-arp": [null]}}]},
-    "Halvane-Ombrix-ipv4-arp-cfg:arpgmp": {"vrf": [{"vrf-name": "default", "entries": {"entry": [
-      {"address": "10.0.0.9", "interface": "Gi0/0/1", "mac-address": "00:1a:2b:3c:4d:5e"},
-      {"address": "10.0.0.8", "interface": "Eth2"}, {"address": "10.0.0.7"}]}}]},
-    "Halvane-Ombrix-ipv6-nd-cfg:ipv6-neighbor": {"neighbors": {"neighbor": [
-      {"neighbor-address": "2001:db8::9", "interface-name": "Gi0/0/1"}]}}},
-  "sysdb": {
-    "/oper/ipv4-io/if/Eth2/0x60000000/1/ifdetail":
-      {"record": "ipv4_if_detail", "fields": {"PrefixLength": 30}},
-    "/cfg/if/act/Gi0_0_1/ipv4/arp/proxy-arp": {"type": 5, "text": "mine"},
-    "/oper/ip-vrrp/gl/ipv4/vrouter/Gi0/0/1,1":
-      {"record": "vrrp_vrouter_info", "fields": {"Interface": "Gi0/0/1", "VirtualRouterID": 1}},
-    "/oper/ip-vrrp/gl/ipv4/vrouter/Gi0/0/1,11": {"type": 3, "text": ""},
-    "/bad": {"type": 9, "record": "ipv6_nd_addr", "fields": {}}}})";
 
 class Database : public testing::Test {
  protected:
@@ -108,7 +84,8 @@ class Database : public testing::Test {
     std::uint32_t result;
   };
 
-  DeviceDirectory directory{read_device(models(), "dev.json", kDevice)};
+  DeviceDirectory directory{
+      read_device(models(), "dev.json", read_file(OCIFIP_CASES "device.json"))};
   ActiveDevice active{directory};
 };
 
