@@ -1,10 +1,13 @@
 // What the framework makes of a mapping's calls: placement, operations, hierarchy, input, records.
 #include <array>
+#include <deque>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "cases.h"
 #include "core_fixture.h"
 #include "yfw/interfaces_mapping.h"
 #include "yfw/stack.h"
@@ -97,119 +100,53 @@ TEST_F(CoreTest, LongListsOfSeveralKeysHoldEachEntryOnce) {
 }
 
 TEST_F(CoreTest, AWriteBeginsWhereThePrefixTheSlotAndTheBaseSay) {
-  enum Node { kNothing, kRoot, kEth1, kEth1Sub3, kEth2Sub0 };
-  struct Row {
-    std::string prefix;
-    Node slot;
-    Node base;
-    unsigned flags;
-    std::string path;
-    std::string written;
+  const auto interface = [&](const char* name) {
+    return search_or_add(out, "/interfaces/interface", name, "name", nullptr);
   };
-  const std::string list = "/interfaces/interface";
-  const std::string eth1 = list + "[name='Eth1']";
-  const std::string eth2_0 = list + "[name='Eth2']/subinterfaces/subinterface[index='0']";
-  const std::string eth1_3 = eth1 + "/subinterfaces/subinterface[index='3']";
-  const std::string eth1_4 = eth1 + "/subinterfaces/subinterface[index='4']";
-  const std::string mtu = "/ipv4/config/mtu";
-  // Eth2 and its subinterface 0 are current, and subinterface 4 is below Eth1.
-  const Row rows[] = {{"", kNothing, kRoot, 0, kSubinterface + mtu, eth2_0 + mtu},
-                      {"", kNothing, kRoot, 1, kSubinterface + mtu, eth2_0 + mtu},
-                      {"", kEth1Sub3, kRoot, 0, kSubinterface + mtu, eth2_0 + mtu},
-                      {"", kEth1Sub3, kRoot, 1, kSubinterface + mtu, eth1_3 + mtu},
-                      {"", kEth1Sub3, kEth2Sub0, 1, list + "/tunnel" + mtu, eth1 + "/tunnel" + mtu},
-                      {"", kEth1Sub3, kRoot, 1, "/other/x", "/other/x"},
-                      {"", kEth1Sub3, kRoot, 1, kSubinterface, eth1_4},
-                      {"", kNothing, kEth1, 0, list + "/tunnel" + mtu, eth1 + "/tunnel" + mtu},
-                      {"", kNothing, kEth1, 0, "/tunnel" + mtu, eth1 + "/tunnel" + mtu},
-                      {list, kNothing, kEth1, 32, kSubinterface + mtu, eth1_4 + mtu},
-                      {list, kEth1Sub3, kEth2Sub0, 1, kSubinterface + mtu, eth1_4 + mtu},
-                      {kSubinterface, kEth1Sub3, kRoot, 1, kSubinterface + mtu, eth1_3 + mtu},
-                      {kSubinterface, kEth1Sub3, kEth2Sub0, 32, kSubinterface + mtu, eth2_0 + mtu},
-                      {kSubinterface, kNothing, kEth2Sub0, 1, kSubinterface + mtu, eth2_0 + mtu},
-                      {kSubinterface, kEth1Sub3, kEth2Sub0, 1, kSubinterface, eth1_3},
-                      {"/interfaces/inter", kEth1Sub3, kRoot, 1, kSubinterface + mtu, eth1_3 + mtu},
-                      {kNetwork, kEth1Sub3, kRoot, 1, kSubinterface + mtu, eth1_3 + mtu}};
-  for (const Row& row : rows) {
+  const auto subinterface = [&](nidl_yfw_datatree* above, const char* index) {
+    return search_or_add(above, "/subinterfaces/subinterface", index, "index", nullptr);
+  };
+  for (const auto& each : cases::read(OCIFIP_CASES "begun-writes.txt")) {
     begin("{}");
-    const auto subinterface = [&](nidl_yfw_datatree* interface, const char* index) {
-      return search_or_add(interface, "/subinterfaces/subinterface", index, "index", nullptr);
-    };
-    const auto interface = [&](const char* name) {
-      return search_or_add(out, list.c_str(), name, "name", nullptr);
-    };
+    std::map<std::string, nidl_yfw_datatree*> nodes = {{"", nullptr}, {"root", out}};
     interface("Eth2");
-    nidl_yfw_datatree* first = interface("Eth1");
-    nidl_yfw_datatree* third = subinterface(first, "3");
-    subinterface(first, "4");
-    nidl_yfw_datatree* nodes[] = {nullptr, out, first, third, subinterface(interface("Eth2"), "0")};
-    request->state().current_list_node = nodes[row.slot];
-    request->set_trim_prefix(row.prefix);
-    EXPECT_EQ(
-        path_of(
-            add({.path = row.path, .module = kIfIp, .flags = row.flags, .base = nodes[row.base]})),
-        row.written)
-        << row.path << " prefix " << row.prefix << " slot " << row.slot << " flags " << row.flags;
+    nodes["Eth1"] = interface("Eth1");
+    nodes["Eth1.3"] = subinterface(nodes["Eth1"], "3");
+    subinterface(nodes["Eth1"], "4");
+    nodes["Eth2.0"] = subinterface(interface("Eth2"), "0");
+    request->state().current_list_node = nodes.at(each["slot"]);
+    request->set_trim_prefix(each["prefix"]);
+    EXPECT_EQ(path_of(add({.path = each["path"],
+                           .module = kIfIp,
+                           .flags = static_cast<unsigned>(std::stoul(each["flags"])),
+                           .base = nodes.at(each["base"])})),
+              each["written"])
+        << each.where;
   }
 }
 
 TEST_F(CoreTest, AListIsPassedThroughTheEntryThatTheInputOrTheOutputNames) {
-  struct Entry {
-    const char* tag;
-    std::vector<InputNode> leaves;
-  };
-  const std::string origin = kSubinterface + "/ipv4/addresses/address/state/origin";
-  struct Row {
-    std::vector<Entry> walked;
-    const char* current;  // name of an interface in the output, or null
-    std::string path;
-    std::string written;
-  };
-  const auto native = [](const char* name) {
-    return Entry{"interface-configuration", {leaf_node("interface-name", name)}};
-  };
-  const auto address = [](const char* key, const char* value) {
-    return Entry{"address", {leaf_node(key, value)}};
-  };
-  const auto key = [](const std::string& name, const std::string& value) {
-    return value.empty() ? "" : "[" + name + "='" + value + "']";
-  };
-  const auto at = [&](const char* interface, const char* index, const char* ip) {
-    return "/interfaces/interface" + key("name", interface) + "/subinterfaces/subinterface" +
-           key("index", index) + "/ipv4/addresses/address" + key("ip", ip) + "/state/origin";
-  };
-  const Entry eth7{"interface", {leaf_node("name", "Eth7")}};
-  const Entry pre{"interface-configuration",
-                  {leaf_node("interface-name", "Eth1"), leaf_node("active", "pre")}};
-  const char* none = nullptr;
-  Row rows[] = {
-      {{}, none, origin, at("", "", "")},
-      {{native("Eth1.20")}, none, origin, at("Eth1", "20", "")},
-      {{native("Eth1")}, none, origin, at("Eth1", "0", "")},
-      {{native("Eth1.20"), native("Eth2.5")}, none, origin, at("Eth2", "5", "")},
-      {{native("Eth1.20"), native(nullptr)}, none, origin, at("Eth1", "20", "")},
-      {{native("Eth1.20")}, "Eth3", origin, at("Eth3", "20", "")},
-      {{eth7, native("Eth1.20")}, "Eth3", origin, at("Eth7", "20", "")},
-      {{address("ip", "1.1.1.1"), address("ip", "2.2.2.2")},
-       "Eth3",
-       origin,
-       at("Eth3", "", "2.2.2.2")},
-      {{address("name", "x")}, none, origin, at("", "", "")},
-      {{native("Eth1")}, none, kNetwork, kNetwork},
-      {{pre}, none, kNetwork, kNative + "[active='pre'][interface-name='Eth1']/ipv4-network"}};
-  for (Row& row : rows) {
+  for (const auto& each : cases::read(OCIFIP_CASES "passed-lists.txt")) {
     begin("{}");
-    if (row.current != nullptr) {
-      search_or_add(out, "/interfaces/interface", row.current, "name", kOcInterfaces);
+    if (each.has("current")) {
+      search_or_add(out, "/interfaces/interface", each["current"].c_str(), "name", kOcInterfaces);
     }
-    std::vector<InputNode> entries;
-    for (Entry& entry : row.walked) {
-      entries.push_back(entry_node(entry.tag, entry.leaves));
+    std::deque<std::vector<std::string>> texts;
+    std::deque<std::vector<InputNode>> leaves;
+    std::deque<InputNode> entries;
+    for (const std::string& line : cases::lines_of(each["walked"])) {
+      auto& words = texts.emplace_back(cases::words_of(line));
+      auto& below = leaves.emplace_back();
+      for (std::size_t i = 1; i < words.size(); ++i) {
+        const std::size_t equals = words[i].find('=');
+        const bool has_value = equals != std::string::npos;
+        if (has_value) words[i][equals] = '\0';
+        below.push_back(leaf_node(words[i].c_str(), has_value ? &words[i][equals + 1] : nullptr));
+      }
+      entries.push_back(entry_node(words[0].c_str(), below));
+      yfw_map_add_to_node_hierarchy(ctx, &entries.back(), YFW_MAP_HIERARCHY_LIST_ENTRY);
     }
-    for (const InputNode& entry : entries) {
-      yfw_map_add_to_node_hierarchy(ctx, &entry, YFW_MAP_HIERARCHY_LIST_ENTRY);
-    }
-    EXPECT_EQ(path_of(add({.path = row.path, .module = kIfIp})), row.written);
+    EXPECT_EQ(path_of(add({.path = each["path"], .module = kIfIp})), each["written"]) << each.where;
   }
 }
 
