@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -77,30 +78,13 @@ TEST(Text, ComparisonsAndConversions) {
 // --- addresses -----------------------------------------------------------------------------------
 
 TEST(Inet, DottedTextIsReadInItsTwoWays) {
-  struct Row {
-    const char* text;
-    const char* aton;  // the address that aton reads, "" for none
-    bool pton;
-  };
-  const Row rows[] = {{"10.0.0.1", "10.0.0.1", true},
-                      {"10.1", "10.0.0.1", false},
-                      {"010.0x1.0.1", "8.1.0.1", false},
-                      {"4294967295", "255.255.255.255", false},
-                      {"1.2.3.4 ", "1.2.3.4", false},
-                      {"1.2.3.4x", "", false},
-                      {"1.2.3.256", "", false},
-                      {"256.1", "", false},
-                      {"1.2.3.4.5", "", false},
-                      {"1..2", "", false},
-                      {"", "", false},
-                      {"0x", "", false},
-                      {"4294967296", "", false},
-                      {"1.2.3.", "", false}};
-  for (const Row& row : rows) {
+  for (const auto& each : cases::read(OCIFIP_CASES "dotted-texts.txt")) {
     std::uint32_t address = 0;
-    const bool read = ombrix_inet_aton(row.text, &address) != 0;
-    EXPECT_EQ(read ? ombrix_inet_ntoa(address) : "", std::string(row.aton)) << row.text;
-    EXPECT_EQ(ombrix_inet_pton(OMBRIX_AF_INET, row.text, &address) == 1, row.pton) << row.text;
+    const bool read = ombrix_inet_aton(each["text"].c_str(), &address) != 0;
+    EXPECT_EQ(read ? ombrix_inet_ntoa(address) : "", each["aton"]) << each.where;
+    EXPECT_EQ(ombrix_inet_pton(OMBRIX_AF_INET, each["text"].c_str(), &address) == 1,
+              each["pton"] == "yes")
+        << each.where;
   }
 }
 
@@ -466,29 +450,14 @@ std::string ipv4_request(const std::string& content) {
 
 TEST_F(MapperTest, EditsAreOfTheKindThatTheirOperationsMakeThem) {
   using enum DefaultOperation;
-  struct Row {
-    std::optional<std::string> json;
-    std::string deleted;  // a path, or ""
-    DefaultOperation operation;
-    std::string request;  // its kind, and what was entered
-  };
-  const std::string ipv4 = std::string(kSubinterface1) + "/ipv4";
-  const std::string mtu = ipv4_request(R"("config": {"mtu": 1400})");
-  const std::string replaced =
-      ipv4_request(R"("config": {"mtu": 1400, "@mtu": {"ietf-netconf:operation": "replace"}})");
-  const Row rows[] = {
-      {mtu, "", kMerge, "1 4:Eth9.1 op=0 ipv4 config mtu\n"},
-      {mtu, "", kCreate, "15 4:Eth9.1 op=0 ipv4 config mtu\n"},
-      {mtu, "", kReplace, "8 4:Eth9.1 op=1 ipv4 config mtu\n"},
-      {mtu, "", kNone, "1 4:Eth9.1 op=5 ipv4 config mtu\n"},
-      {replaced, "", kMerge, "8 4:Eth9.1 op=0 ipv4 config mtu\n"},
-      {mtu, ipv4 + "/config/dhcp-client", kMerge, "1 4:Eth9.1 op=0 ipv4 config mtu dhcp-client\n"},
-      {{}, ipv4 + "/neighbors/neighbor", kMerge, "1 4:Eth9.1 op=0 ipv4 neighbors! neighbor!\n"},
-      {{}, kSubinterface1, kMerge, "1 4:Eth9.1 op=3 subinterface\n6:Eth9.1 op=3 subinterface\n"}};
-  for (const Row& row : rows) {
-    edit(row.json, std::vector(row.deleted.empty() ? 0 : 1, row.deleted), row.operation,
-         Format::kJson);
-    EXPECT_EQ(std::to_string(entered_kind) + " " + entered, row.request);
+  const std::map<std::string, DefaultOperation> operations = {
+      {"merge", kMerge}, {"create", kCreate}, {"replace", kReplace}, {"none", kNone}};
+  for (const auto& each : cases::read(OCIFIP_CASES "kinds-of-edits.txt")) {
+    const auto ipv4 = each.has("ipv4") ? std::optional(ipv4_request(each["ipv4"])) : std::nullopt;
+    std::vector<std::string> deletes;
+    if (each.has("delete")) deletes.push_back(kSubinterface1 + each["delete"]);
+    edit(ipv4, deletes, operations.at(each["operation"]), Format::kJson);
+    EXPECT_EQ(std::to_string(entered_kind) + "\n" + entered, each["entered"]) << each.where;
   }
 }
 
