@@ -12,6 +12,7 @@
 #include <optional>
 #include <variant>
 
+#include "cases.h"
 #include "footing.h"
 #include "im/interface_manager.h"
 #include "io/save_file.h"
@@ -31,13 +32,13 @@ struct Documented {
   bool is_unseen = false;   // nor is anything else written
 };
 
-constexpr Documented kPassedOn{.stops_with = kFault};
-constexpr Documented kRefusesValue{.stops_with = 0xaaf2f400};
-constexpr Documented kFindsNoEntry{.stops_with = kNotFound};
-constexpr Documented kFindsNoInterface{.stops_with = IMC_INTERFACE_UNKNOWN};
-constexpr Documented kIsOutOfMemory{.stops_with = 12};
-constexpr Documented kGoesOn{};
-constexpr Documented kUnseen{.is_unseen = true};
+const std::map<std::string, Documented> kOutcomes = {
+    {"refuses the value", {.stops_with = 0xaaf2f400}},
+    {"finds no entry", {.stops_with = kNotFound}},
+    {"finds no interface", {.stops_with = IMC_INTERFACE_UNKNOWN}},
+    {"is out of memory", {.stops_with = 12}},
+    {"goes on", {}},
+    {"unseen", {.is_unseen = true}}};
 
 // A call that was made to fail.
 struct Failed {
@@ -48,83 +49,22 @@ struct Failed {
   std::size_t written = 0;  // characters of calls recorded before
 };
 
-struct Exception {
-  std::string_view service;
-  std::string_view walked;  // part of it
-  std::string_view texts;
-  Documented outcome;
-  const char* reason;
-
-  [[nodiscard]] bool fits(const Failed& failed) const {
-    return failed.service == service && failed.walked.find(walked) != std::string::npos &&
-           failed.texts.find(texts) != std::string::npos;
-  }
-};
-
-constexpr std::string_view kAdd = "yfw_map_datatree_add_path_flagged";
 constexpr std::string_view kPush = "yfw_map_add_to_node_hierarchy";
-constexpr std::string_view kCurrent = "yfw_map_update_current_list_node";
-
-// Where a failure is not passed on. The first row that fits counts.
-constexpr Exception kExceptions[] = {
-    // clang-format off
-    {"yfw_map_search_list", "/ocifip", "", kGoesOn, "a summary's subinterface that the output lacks is skipped"},
-    {"yfw_map_search_list", "", "", kGoesOn, "what is not found is made"},
-    {kAdd, "[name='tunnel-ip", "/addresses/address/state/", kGoesOn, "the result of a tunnel's copy counts"},
-    {kAdd, "/ocifipv4ma", "/state/prefix-length", kGoesOn, "the result of the origin's write counts"},
-    {kAdd, "/ipv4-network/nodes", "/state/prefix-length", kGoesOn, "the result of the origin's write counts"},
-    {"yfw_map_get_node_info", "/interface-configuration", "[interface-name]", kGoesOn, "an interface without a name is no tunnel, and has no lease"},
-    {"yfw_map_get_node_info", "/regular-address", "[address]", kGoesOn, "an address that is not known yet gets an entry, which its leaf names"},
-    {"yfw_map_get_node_info", "/addresses/address", "[name]", kGoesOn, "an interface without a name is no tunnel"},
-
-    {"event_manager_create", "", "", kGoesOn, "an interface that cannot be asked for has no addresses"},
-    {"iparm_al_c_init", "", "", kGoesOn, "as above"},
-    {"iparm_al_c_tlv2addr", "", "", kGoesOn, "as above"},
-    {"imc_control_server_bind", "", "", kGoesOn, "as above, and it is on the local node"},
-    {"imc_conn_ctx_to_connid", "", "", kGoesOn, "as above"},
-    {"imc_interface_find", "", "", kGoesOn, "as above"},
-    {"imc_attr_query", "", "", kGoesOn, "as above"},
-    {"yfw_strncpy_s", "", "[65]", kGoesOn, "as above"},
-    {"platform_get_my_nodeid", "", "", kGoesOn, "a device may have no node identity"},
-    {"im_internal_namestring", "", "", kFindsNoInterface, "what has no internal name is unknown"},
-    {"nodeid_to_str_external", "", " after imc_ifname_to_location", kGoesOn, "the result of an interface's location counts"},
-    {"yfw_strncpy_s", "", "[get_node_info][32]", kGoesOn, "as above"},
-
-    {"_sysdb_bind", "", "", kGoesOn, "a missing lease is no failure"},
-    {"sysdb_item_get", "", "", kGoesOn, "as above"},
-    {"bag_decode", "", "", kGoesOn, "as above"},
-
-    {"calloc", "", "", kIsOutOfMemory, "the platform's own code for it"},
-    {"ombrix_inet_pton", "", "", kRefusesValue, "a primary that is no address is refused"},
-    {"ombrix_inet_aton", "", "", kGoesOn, "a key that is no address is a secondary, a netmask that is none is passed over"},
-    {"strcmp_s", "", "", kGoesOn, "what is not \"true\" writes nothing"},
-
-    {"yfw_strdup", "", "", kUnseen, "a refusal stands without its words"},
-    {kPush, "/ocifip", "[interface]", kFindsNoEntry, "an entry that is not recorded has no name to be looked up"},
-    {kPush, "/ocifip", "[subinterface]", kFindsNoEntry, "as above"},
-    {kCurrent, "/ocifip", "/interface]", kFindsNoEntry, "as above"},
-    {kCurrent, "/ocifip", "/subinterface]", kFindsNoEntry, "as above"},
-    {kPush, "", "", kGoesOn, "the node is walked all the same"},
-    {kCurrent, "", "", kGoesOn, "the entry is walked all the same"},
-    {"yfw_add_to_output_list_ctx", "", "", kGoesOn, "the depth tells whether an entry was taken"},
-    {"yfw_map_util_itree_stack_push", "", "", kGoesOn, "an entry that is not remembered is walked all the same"},
-    {"yfw_map_util_itree_stack_peak", "", "", kGoesOn, "there may be no entry around the node"},
-    {"yfw_map_copy_trim_path_list_ctx", "", "", kGoesOn, "its result is not looked at"},
-    {"yfw_map_remove_from_node_hierarchy", "", "", kUnseen, "nobody waits for what is given back"},
-    {"yfw_remove_from_output_list_ctx", "", "", kUnseen, "as above"},
-    {"yfw_map_util_itree_stack_pop", "", "", kUnseen, "as above"},
-    {"_sysdb_unbind", "", "", kUnseen, "as above"},
-    // clang-format on
-};
 
 Documented documented(const Failed& failed) {
+  static const std::vector<cases::Case> exceptions = cases::read(OCIFIP_CASES "exceptions.txt");
   // An entry walks what is read or deleted a second time, and returns what came of the first.
   if (failed.in_second_pass) {
-    return kGoesOn;
+    return kOutcomes.at("goes on");
   }
-  const auto* row = std::find_if(std::begin(kExceptions), std::end(kExceptions),
-                                 [&](const Exception& each) { return each.fits(failed); });
-  return row == std::end(kExceptions) ? kPassedOn : row->outcome;
+  for (const auto& each : exceptions) {
+    if (failed.service == each["service"] &&
+        failed.walked.find(each["walked"]) != std::string::npos &&
+        failed.texts.find(each["texts"]) != std::string::npos) {
+      return kOutcomes.at(each["then"]);
+    }
+  }
+  return {.stops_with = kFault};
 }
 
 // --- a run ---------------------------------------------------------------------------------------

@@ -80,7 +80,7 @@ PARTS = (
     Part("tests/tables", ("tests/tables", PLUGIN, "records", "host/src", "host/include", PLATFORM)),
     Part("tests/records", ("tests/records", "tests/cases", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "tests/cases", "host/src", "host/include", PLATFORM)),
-    Part("tests/faults", ("tests/faults", "tests/redirected_calls", "tool", "host/src", "host/include", PLATFORM)),
+    Part("tests/faults", ("tests/faults", "tests/cases", "tests/redirected_calls", "tool", "host/src", "host/include", PLATFORM)),
     Part("tests/fuzz", ("tests/fuzz", "tests/faults", "tests/redirected_calls", "tests/records", "host/src", "host/include", PLATFORM)),
 )
 
