@@ -19,6 +19,9 @@ LONGEST_FILE = 600
 SOURCE_SUFFIXES = {".h", ".c", ".cpp", ".def", ".inc"}
 COUNTED_SUFFIXES = SOURCE_SUFFIXES | {".py", ".sh", ".cmake", ".yang"}
 
+# Made by the build, of the files that the part knows.
+MADE = {"model_headers.h", "models.inc"}
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 # Headers with a ".h" that a part may use when it is confined to the language: those of C, and unistd.h
@@ -127,7 +130,7 @@ def include_faults(root, part):
     for source in files_below(root / part.folder, SOURCE_SUFFIXES):
         for number, line in enumerate(source.read_text().splitlines(), 1):
             match = INCLUDE.match(line)
-            if not match:
+            if not match or match.group(2) in MADE:
                 continue
             quote, name = match.groups()
             if quote == '"':
