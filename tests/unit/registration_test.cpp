@@ -1,11 +1,13 @@
-// Registration records and the unload hooks.
+// Registration records, the unload hooks, and what becomes of them without the database's client.
 
 #include <cstdlib>
 #include <cstring>
 
 #include "mapping_test.h"
+#include "read_back_platform.h"
 #include "yfw_map_ifip_registration.h"
 #include "ymap_database.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_io_cfg.h"
 
 using namespace recording;
 
@@ -82,6 +84,18 @@ TEST_F(Registrations, WithoutAClientTheBindingIsForgotten) {
     // That it is absent is not remembered.
     platform.client_installed = true;
     EXPECT_TRUE(ymap::database_available());
+  });
+}
+
+TEST_F(Registrations, WithoutAClientNothingIsBound) {
+  IN_FRESH_PROCESS({
+    platform.client_installed = false;
+    read_back.leaves["/interface-configurations/interface-configuration interface-name"] = "Eth1";
+    EXPECT_EQ(ymap_ombrix_2_oc_v4_dhcpclient(&ctx, plant(leaf("dhcp", "")), &out), 0U);
+    EXPECT_EQ(platform.recorded(kDevice), "readable?\n");
+    EXPECT_EQ(lines_of("ymap_ombrix_2_oc_v4_dhcpclient"),
+              calls("trc Start; trc Failed to bind to SysDB: =code 2155987456; "
+                    "trc No mapping done for this node; trc End"));
   });
 }
 
