@@ -1,5 +1,5 @@
 // That the coverage leaves nothing out, and what the plug-in gives it no occasion to find; what it
-// says of single leaves is tested with the tool.
+// says of single leaves is held by the mapping reference.
 #include <gtest/gtest.h>
 
 #include <set>
