@@ -26,9 +26,11 @@ class Reader {
     } else if (line.starts_with("  ") && !key_.empty()) {
       block_.fields[key_] += unescaped(line.substr(2) + "\n");
     } else if (!line.starts_with("#")) {
-      if (colon == std::string::npos) throw std::runtime_error(where + ": no field");
-      block_.where = block_.fields.empty() ? where : block_.where;
       key_ = line.substr(0, colon);
+      if (colon == std::string::npos || line[0] == ' ' || block_.has(key_)) {
+        throw std::runtime_error(where + ": no field, or a second one");
+      }
+      block_.where = block_.fields.empty() ? where : block_.where;
       block_.fields[key_] = unescaped(line.substr(std::min(colon + 2, line.size())));
     }
   }

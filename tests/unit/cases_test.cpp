@@ -3,14 +3,10 @@
 //
 //   call       the callback, behind the `prefix` of its section
 //   request    kinds of requests, which must all come to the same; a merge if none is given
-//   in         the node: TAG[@MODULE][!OPERATION][?COUNT][=VALUE][{CHILD CHILD...}]
-//              A child has its parent's module and operation unless it has its own. "?" is for
-//              children that the node claims and does not have, the tag "-" for none. "(null)" is
-//              no node.
-//   inside     the entry that has been visited last, as a node
-//   interface  the name of the native interface being walked, `index` the index of its
-//   subinterface;
-//              the entries being walked have them as keys, but for those that they `lack`
+//   in         the node, as tree_of() reads it; "(null)" for none
+//   inside     the entry that has been visited last, read alike
+//   interface  name of the native interface being walked, and `index` of its subinterface; the
+//              entries being walked have them as keys, but for those that they `lack`
 //   state      of the request, and of its database of addresses: see set()
 //   device     a line for each interface: its name and its addresses, the primary first
 //   lease      prefix length of the address that is leased
