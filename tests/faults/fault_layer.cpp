@@ -163,6 +163,7 @@ constexpr auto kNeverFail = std::to_array<std::string_view>({
     "ombrix_inet_ntop",
     "ret_nc_yfw_trace_index_incr",
     "rsi_c_vrf_id_dflt",
+    "strupr",
     "yfw_debug_should_log",
     "yfw_map_do_these_match",
     "yfw_map_free_trim_path_list_ctx",

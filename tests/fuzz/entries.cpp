@@ -72,6 +72,7 @@ constexpr std::array kAddresses = {"10.0.0.1",  "10.0.1.1",  "192.0.2.9",   "192
                                    "10.0.20.1", "10.0.20.2", "2001:db8::1", "10.0.0.256"};
 constexpr std::array kLengths = {"24", "32", "29", "0", "33"};
 constexpr std::array kMasks = {"255.255.255.0", "255.255.255.252", "0.0.0.0", "255.0.255.0"};
+constexpr std::array kStates = {"active", "tentative", "duplicate"};
 constexpr std::array kOddValues = {
     "1400",       "true",
     "false",      "TRUE",
@@ -95,7 +96,8 @@ constexpr auto kUsual = std::to_array<UsualValues>({{"ip", kAddresses},
                                                     {"interface-name", kNames},
                                                     {"index", kIndices},
                                                     {"prefix-length", kLengths},
-                                                    {"netmask", kMasks}});
+                                                    {"netmask", kMasks},
+                                                    {"address-state", kStates}});
 
 constexpr std::array kOutsideTags = {"frobnicate", "ipv4", "address", "ip", "config", "interface"};
 constexpr std::array kNamespaces = {"urn:example:foreign", "http://openconfig.net/yang/interfaces",
@@ -196,7 +198,7 @@ class TreeMaker {
         static_cast<std::uint8_t>(schema == nullptr ? NodeKind::kContainer : Models::kind(schema));
     node.edit_operation = choices_.one_in(16) ? choices_.among(kOperations) : operation;
     if (node.kind >= NIDL_YFW_KIND_LEAF && !choices_.one_in(32)) {
-      node.value = value_of(node.tag);
+      node.value = keep(value_of(node.tag));
       node.flags |= NIDL_YFW_FLAG_HAS_VALUE;
     }
     if (node.kind < NIDL_YFW_KIND_LEAF && depth < kDeepest) {
@@ -265,7 +267,7 @@ class TreeMaker {
         has_wrong_kinds_ = true;
         break;
       case 24:
-        node.value = choices_.among(kOddValues);
+        node.value = keep(choices_.among(kOddValues));
         break;
       default:
         break;

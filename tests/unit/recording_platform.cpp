@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -295,6 +296,12 @@ int strcmp_s(const char* first, size_t maximum, const char* second, int* compari
 char* itoa(int value, char* buffer, int /*base*/) {
   std::sprintf(buffer, "%d", value);
   return buffer;
+}
+
+char* strupr(char* text) {
+  std::transform(text, text + std::strlen(text), text,
+                 [](unsigned char each) { return static_cast<char>(std::toupper(each)); });
+  return text;
 }
 
 int yfw_map_do_these_match(const char* first, const char* second) {

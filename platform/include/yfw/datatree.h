@@ -2,10 +2,10 @@
  * The framework's tree node, shared by input and output trees.
  *
  * Input nodes are read-only to a mapping, except for the key mark, the flags and the edit operation
- * where a function's comment says so. Output nodes are made by the mapping services alone
- * (yfw/mapping.h); a mapping may set the edit operation of a key leaf that it was handed to
- * NIDL_YFW_EDIT_NONE, with the override mark, and nothing else. A mapping never allocates or frees
- * a node.
+ * where a function's comment says so, and for the text of a leaf's value, which it may turn into
+ * upper case in place. Output nodes are made by the mapping services alone (yfw/mapping.h); a
+ * mapping may set the edit operation of a key leaf that it was handed to NIDL_YFW_EDIT_NONE, with
+ * the override mark, and nothing else. A mapping never allocates or frees a node.
  */
 #ifndef YFW_DATATREE_H
 #define YFW_DATATREE_H

@@ -16,6 +16,10 @@ const Node* Children::find(const char* tag) const {
   return nullptr;
 }
 
+const char* upper_case_value(const Node& node) {
+  return node.value != nullptr ? strupr(writable_value(node)) : nullptr;
+}
+
 cerrno add_path(const Call& call, const char* module_namespace, const PathWrite& write) {
   const cerrno result = yfw_map_datatree_add_path_flagged(
       call.ctx, write.base != nullptr ? write.base : call.out, write.path, module_namespace,

@@ -19,9 +19,14 @@ namespace ymap {
 
 inline bool has_flag(const Node& node, nidl_yfw_node_flag flag) { return (node.flags & flag) != 0; }
 
-// The input tree is read-only but for its operations, key marks and flags, which the framework lets
-// a mapping write; this is the one place that takes the const away.
+// The input tree is read-only but for its operations, key marks, flags and the texts of its values,
+// which the framework lets a mapping write; this is the one place that takes the const away.
 inline Node& writable(const Node& node) { return const_cast<Node&>(node); }
+inline char* writable_value(const Node& node) { return const_cast<char*>(node.value); }
+
+// Turns a node's value into upper case, in the input tree itself, by design. Returns it; null when
+// the node has none.
+const char* upper_case_value(const Node& node);
 
 // The children of a node: none when the node does not claim a subtree.
 struct Children {
