@@ -259,8 +259,10 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
   names.merge(names_of_records());
   names.insert({"yfw_map_contract_version", "yfw_map_plugin_version"});
   names.insert({"yfw_map_oc_dhcp_sysdb_unbind", "yfw_map_oc_ipv6_sysdb_unbind",
-                "ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index"});
-  names.insert({"yfw_map_reg_ocifip_v4ma_oper", "yfw_map_reg_ocifip_v6ma_oper"});
+                "ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index",
+                "ymap_xo_ocifip_return_address_state"});
+  names.insert(
+      {"yfw_map_reg_ifip_ma_ipv6", "yfw_map_reg_ocifip_v4ma_oper", "yfw_map_reg_ocifip_v6ma_oper"});
   for (const char* level : {"lvla", "lvlb"}) {
     add_entry(names, if_ip, level, "subinterface");
     add_entry(names, if_ip, level, "routed_vlan");

@@ -4,6 +4,7 @@
 #include "yfw/text.h"
 #include "ymap_database.h"
 #include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_ipv6_ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
 

@@ -29,6 +29,9 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record);
 // function and to define it, where its other columns are those of a Registration.
 // clang-format off
 #define YMAP_REGISTRATIONS(ROW)                                                                    \
+  ROW(yfw_map_reg_ifip_ma_ipv6, "IF-IP tree", kNamespaceIpv6MaOper, "ipv6-network",               \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixipv6maoper_lvla_ipv6network)                                    \
   ROW(yfw_map_reg_ocifip_v6ma_oper, "OC IFIP V6MA OPER", kNamespacePrivateV6maOper, "ocifipv6ma", \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixprivateocifipv6maoper_lvla_ocifipv6ma)                          \

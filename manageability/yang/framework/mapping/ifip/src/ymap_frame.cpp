@@ -7,9 +7,9 @@
 namespace ymap {
 
 void fail_without_context(const char* file, unsigned line, const char* callback, const char* form,
-                          const char* ending) {
+                          const char* ending, const char* result) {
   std::array<char, 400> signature;
-  std::snprintf(signature.data(), signature.size(), "cerrno %s%s(%s)", callback, ending, form);
+  std::snprintf(signature.data(), signature.size(), "%s %s%s(%s)", result, callback, ending, form);
   __assert_fail("NULL != ctx", file, line, signature.data());
 }
 

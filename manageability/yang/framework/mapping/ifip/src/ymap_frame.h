@@ -38,7 +38,8 @@ inline constexpr const char* kContainerForm =
 // Stops the process as assert does when `NULL != ctx` does not hold. `ending` is the end of the
 // callback's name, where only its beginning is kept.
 [[noreturn]] void fail_without_context(const char* file, unsigned line, const char* callback,
-                                       const char* form, const char* ending = "");
+                                       const char* form, const char* ending = "",
+                                       const char* result = "cerrno");
 
 // A callback entered without a context is a programming error that stops the process in every
 // build. Not assert itself: it keeps a text with the whole signature of each callback, and all

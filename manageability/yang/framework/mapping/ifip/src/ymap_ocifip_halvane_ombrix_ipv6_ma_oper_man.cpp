@@ -1,0 +1,112 @@
+// Native IPv6 state of an interface to OpenConfig: the origin and the status of its global
+// addresses.
+
+#include <array>
+#include <cstring>
+
+#include "yfw/mapping.h"
+#include "yfw/text.h"
+#include "yfw_map_ifip_util.h"
+#include "ymap_namespaces.h"
+#include "ymap_ocifip_halvane_ombrix_ipv6_ma_oper.h"
+#include "ymap_paths.h"
+#include "ymap_read_back.h"
+#include "ymap_request.h"
+
+using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
+
+namespace {
+
+#define ADDRESS YMAP_SUBINTERFACE "/ipv6/addresses/address"
+
+constexpr EntryList kSubinterfacesWithNewKeys = [] {
+  EntryList list = kSubinterfaces;
+  list.key_create = true;
+  return list;
+}();
+
+// A new address has no key, by design: only one that the output has already is found by it.
+constexpr EntryList kAddresses = {.path = ADDRESS,
+                                  .below = "/ipv6/addresses/address",
+                                  .key = "ip",
+                                  .key_path = nullptr,
+                                  .module_namespace = kNamespaceIfIp,
+                                  .searched_namespace = kNamespaceIfIp,
+                                  .trim_prefix = kSubinterface,
+                                  .flags = YFW_MAP_PATH_SUBINTERFACE,
+                                  .key_flags = YFW_MAP_PATH_PLAIN,
+                                  .key_create = false};
+
+// Makes the native address being walked current in the subinterface that the cursor is at: a new
+// entry in one that has just been made, else the entry with the same address. Returns 0xaaf2f600
+// when there is none, or the framework's result of the write.
+cerrno select_address(const Call& call, EntryCursor& cursor) {
+  Node** const slot = current_slot(call);
+  if (cursor.is_new()) {
+    return cursor.find_or_add(kAddresses, nullptr, slot);
+  }
+  const char* address = entry_leaf(call, YMAP_IPV6_DETAIL "/address", "address");
+  if (address == nullptr || address[0] == '\0' || cursor.find(kAddresses, address) != YMAP_OK) {
+    return YMAP_ERR_NO_KEYS;
+  }
+  if (slot != nullptr) {
+    *slot = cursor.node();
+  }
+  return YMAP_OK;
+}
+
+constexpr Word kStates[] = {{"active", "PREFERRED"}, {"tentative", "UNKNOWN"}};
+
+const char* status_of(const Node* state) {
+  const char* value = state != nullptr && state->value != nullptr ? state->value : "";
+  for (const Word& word : kStates) {
+    // What a word begins with is as good as the word, by design; so is the empty text.
+    if (std::strncmp(value, word.from, std::strlen(value)) == 0) {
+      return word.to;
+    }
+  }
+  return upper_case_value(*state);
+}
+
+}  // namespace
+
+YMAP_LIST_ENTRY(ymap_xo_ocifip_halvaneombrixipv6maoper_list_lvla_ipv6network_detail_address) {
+  const EntryKey name = entry_key(call, YMAP_IPV6_DETAIL, "interface-name");
+  if (name.value == nullptr) {
+    return name.result != YMAP_OK ? name.result : YMAP_ERR_NO_KEYS;
+  }
+  const OpenConfigKeys keys = split_interface_name(name.value);
+  EntryCursor cursor(call);
+  cerrno result = cursor.find_or_add(kInterfaces, keys.interface.data());
+  if (result == YMAP_OK) {
+    result = cursor.find_or_add(kSubinterfacesWithNewKeys, keys.index.data());
+  }
+  if (result == YMAP_OK) {
+    result = select_address(call, cursor);
+  }
+  if (result == YMAP_OK) {
+    // For the leaves of the entry; the walker clears it behind them.
+    yfw_map_copy_trim_path_list_ctx(call.ctx, ADDRESS);
+  }
+  return result;
+}
+
+YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv6maoper_leaf_lvld_ipv6network_address_addressstate) {
+  // The result is the status's alone: that of the origin is ignored, by design.
+  add_openconfig(call, ADDRESS "/state/origin", "STATIC");
+  std::array<char, kAddressStatusSize> status{};
+  ymap_xo_ocifip_return_address_state(call.ctx, call.in, status.data());
+  return add_openconfig(call, ADDRESS "/state/status", status.data());
+}
+
+YMAP_EXPORT void ymap_xo_ocifip_return_address_state(yfw_map_ctx* ctx, const nidl_yfw_datatree* in,
+                                                     char* text) {
+  constexpr const char* kName = "ymap_xo_ocifip_return_address_state";
+  if (ctx == nullptr) {
+    fail_without_context(__FILE__, __LINE__, kName, "yfw_map_ctx*, const nidl_yfw_datatree*, char*",
+                         "", "void");
+  }
+  const cerrno result =
+      yfw_strncpy_s(kName, text, kAddressStatusSize, status_of(in), kAddressStatusSize);
+  report_copy_failure(ctx, result, __LINE__, kCopy);
+}
