@@ -19,8 +19,8 @@ bool is_extension(const InputNode& node) {
   return node.module_namespace != nullptr && node.module_namespace == kExtensionNamespace;
 }
 
-// Enters the extension's entry, below the "ipv6" container, with a node that is not itself being walked:
-// one below it, or its copy.
+// Enters the extension's entry, below the "ipv6" container, with a node that is not itself being
+// walked: one below it, or its copy.
 cerrno enter_extension(Request& request, const InputNode& ipv6, const InputNode& node,
                        nidl_yfw_datatree* out) {
   const Walked walked(request, ipv6);
