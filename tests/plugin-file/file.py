@@ -11,7 +11,7 @@ from pathlib import Path
 
 # Stripped. A management agent loads the library into each of its processes; with all models mapped, at most
 # 700 KiB are meant to be enough. Until then the limit is what has been reached and a little.
-MOST_BYTES = 525 * 1024
+MOST_BYTES = 600 * 1024
 # Most relocations are addresses in the tables of rows. Looking a symbol up takes much longer.
 MOST_RELOCATIONS_OF_A_FUNCTION = 3
 MOST_LOOKUPS = 300

@@ -18,8 +18,9 @@ namespace {
 constexpr std::string_view kSubinterface = "/interfaces/interface/subinterfaces/subinterface";
 
 // Where words of the device's come through, and what stands for those that the type does not have.
-const std::set<std::string> kOfTheDevice = {std::string(kSubinterface) +
-                                            "/ipv6/addresses/address/state/status"};
+const std::set<std::string> kOfTheDevice = {
+    std::string(kSubinterface) + "/index",
+    std::string(kSubinterface) + "/ipv6/addresses/address/state/status"};
 constexpr const char* kAnyWord = "(any word)";
 
 // What is written though the models do not have it, and is meant to be.
@@ -31,6 +32,8 @@ const std::set<std::string> kDeviations = {
     // A Boolean has no upper case.
     std::string(kSubinterface) + "/ipv6/autoconf/config/create-global-addresses = TRUE",
     std::string(kSubinterface) + "/ipv6/autoconf/state/create-global-addresses = TRUE",
+    // What follows the first dot of a native name, whatever it is.
+    std::string(kSubinterface) + "/index = " + kAnyWord,
     // Native states that the mapping does not translate.
     std::string(kSubinterface) + "/ipv6/addresses/address/state/status = " + kAnyWord,
 };

@@ -7,6 +7,8 @@
 //   inside     the entry that has been visited last, read alike
 //   interface  name of the native interface being walked, and `index` of its subinterface; the
 //              entries being walked have them as keys, but for those that they `lack`
+//   walked     a line for each leaf of other nodes being walked: path of the node, leaf, value if
+//              it has one
 //   state      of the request, and of its database of addresses: see set()
 //   device     a line for each interface: its name and its addresses, the primary first
 //   lease      prefix length of the address that is leased
@@ -53,9 +55,9 @@ const std::map<std::string, std::uint32_t ymap::AddressDb::*> kFlags = {
     {"replaces", &ymap::AddressDb::replace_mode}};
 
 const std::set<std::string> kOtherFields = {
-    "section", "name",      "prefix", "call",   "of",    "request", "in",
-    "inside",  "interface", "index",  "lack",   "state", "device",  "lease",
-    "output",  "fail",      "short",  "result", "tag",   "message", "says"};
+    "section",   "name",  "prefix", "call",   "of",      "request", "in",    "inside",
+    "interface", "index", "lack",   "walked", "state",   "device",  "lease", "output",
+    "fail",      "short", "result", "tag",    "message", "says"};
 
 Prefix prefix_of(const std::string& text) {
   const std::size_t slash = text.find('/');
@@ -129,6 +131,10 @@ class Callbacks : public MappingTest, public testing::WithParamInterface<std::st
     }
     for (const std::string& key : cases::words_of(given["lack"])) {
       std::erase_if(leaves, [&](const auto& leaf) { return leaf.first.ends_with(" " + key); });
+    }
+    for (const std::string& line : cases::lines_of(given["walked"])) {
+      const auto words = cases::words_of(line);
+      leaves[words.at(0) + " " + words.at(1)] = words.size() > 2 ? words[2] : "";
     }
     for (const std::string& word : cases::words_of(given["state"])) {
       const std::size_t equals = std::min(word.find('='), word.size());

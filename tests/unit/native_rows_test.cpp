@@ -1,6 +1,7 @@
 // The rows of the native models that are read back.
 
 #include "mapping_test.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_arp_oper.h"
 #include "ymap_ocifip_halvane_ombrix_ipv4_io_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
@@ -41,9 +42,9 @@ TEST_F(NativeRows, OnlyThreeLeavesOfTheStateAreWritten) {
 }
 
 TEST_F(NativeRows, HaveCallbacksOfTheirOwn) {
-  for (const ymap::Model* model :
-       {&state_model, &ymap::halvane_ombrix_private_ocifip_v4ma_oper::kModel,
-        &ymap::halvane_ombrix_private_ocifip_v6ma_oper::kModel}) {
+  for (const ymap::Model* model : {&state_model, &ymap::halvane_ombrix_ipv4_arp_oper::kModel,
+                                   &ymap::halvane_ombrix_private_ocifip_v4ma_oper::kModel,
+                                   &ymap::halvane_ombrix_private_ocifip_v6ma_oper::kModel}) {
     for (RowIndex i = 0; i < model->row_count; ++i) {
       const Row& row = model->rows[i];
       EXPECT_TRUE(row.kind == RowKind::kLeaf ? row.callback.leaf != nullptr

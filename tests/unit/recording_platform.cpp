@@ -265,8 +265,8 @@ static cerrno write_bounded(const char* service, const char* caller, char* desti
                             size_t used, const char* source, size_t count) {
   const cerrno result = platform.serve(kTexts, service, caller, "size=" + std::to_string(size),
                                        "count=" + std::to_string(count), quoted(source));
-  if (result != 0) {
-    return result;
+  if (result != 0 || source == nullptr) {
+    return result != 0 ? result : cerrno{YFW_TEXT_NULL};
   }
   const size_t wanted = strnlen(source, count);
   const size_t fits = std::min(wanted, size - used - 1);

@@ -239,7 +239,7 @@ Outcome Mapper::get(const QueryRequest& request, Format format) {
 // Completes the outcome of a query that became native queries.
 void Mapper::answer(const Query& query, const Document& queries, Format format, Outcome& outcome) {
   begin("selecting native data");
-  const Document data = device_data(queries);
+  const Document data = device_data(queries, query.content);
   const InputTree input(data, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(query.content),
@@ -264,13 +264,19 @@ void Mapper::answer(const Query& query, const Document& queries, Format format, 
   }
 }
 
-// What the device has of what it is asked for.
-Document Mapper::device_data(const Document& queries) const {
+// What the device has of what it is asked for. State is no part of an answer that is to hold
+// configuration, also where the mapping asks for it by the way.
+Document Mapper::device_data(const Document& queries, Content content) const {
   Document data = select_data(device_.device().native, queries);
   std::erase_if(data.roots, is_ipv4_summary);
   if (std::any_of(queries.roots.begin(), queries.roots.end(), is_ipv4_summary)) {
     const Document summary = {"summary", {ipv4_summary(models_, device_)}};
     merge_document(data, select_data(summary, queries));
+  }
+  if (content == Content::kConfig) {
+    std::erase_if(data.roots, [](const DocumentNode& root) {
+      return root.schema != nullptr && Models::is_state(root.schema);
+    });
   }
   return data;
 }

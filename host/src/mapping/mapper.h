@@ -57,7 +57,7 @@ class Mapper {
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
   void answer(const Query& query, const Document& queries, Format format, Outcome& outcome);
-  [[nodiscard]] Document device_data(const Document& queries) const;
+  [[nodiscard]] Document device_data(const Document& queries, Content content) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Query& query) const;
   bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.

@@ -30,6 +30,7 @@ constexpr const char* kInterfaceReadBacks[] = {
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvla_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvlb_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv6macfg_augment_lvla_interface_configuration",
+    "ymap_xo_ocifip_halvaneombrixipv4arpcfg_augment_lvla_interface_configuration",
 };
 
 // Native trees without a registration record, by the module and the tag of their top.
@@ -44,6 +45,10 @@ constexpr NamedTree kNamedTrees[] = {
      OCIFIP_INTERFACE_MANAGER("globalinterfaceconfiguration")},
     {"urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper", "ipv4-network",
      "ymap_xo_ocifip_halvaneombrixipv4iooper_lvla_ipv4network"},
+    {"urn:halvane:yang:Halvane-Ombrix-ipv4-arp-cfg", "arp-redundancy",
+     "ymap_xo_ocifip_halvaneombrixipv4arpcfg_lvla_arpredundancy"},
+    {"urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper", "arp-gmp",
+     "ymap_xo_ocifip_halvaneombrixipv4arpoper_lvla_arpgmp"},
 };
 
 // The private summaries are the trees of the address managers' own tops.

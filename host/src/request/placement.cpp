@@ -108,6 +108,18 @@ std::uint8_t operation_of_source(const InputNode* source) {
   return source == nullptr ? std::uint8_t{NIDL_YFW_EDIT_WRITE} : source->edit_operation;
 }
 
+// Whether a node is a container of an OpenConfig interface that nobody has named: one that was
+// written under the current entries when there were none. It says nothing by itself.
+bool is_of_no_interface(const OutputNode* node) {
+  if (node->place->kind != NodeKind::kContainer) {
+    return false;
+  }
+  while (node != nullptr && node->place->role != PlaceRole::kOpenConfigInterface) {
+    node = node->parent;
+  }
+  return node != nullptr && !OutputTree::has_any_key(node);
+}
+
 std::vector<std::string_view> native_interface_keys(const Place& list, std::string_view name) {
   std::vector<std::string_view> values;
   for (const Place* key : list.keys) {
@@ -151,7 +163,9 @@ void Placement::put(OutputNode* node, const char* value, const InputNode* source
   }
   apply_operation(node, operation,
                   request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
-  OutputTree::show(node);
+  if (!is_of_no_interface(node)) {
+    OutputTree::show(node);
+  }
   request_.note_written(node->place, value);
 }
 

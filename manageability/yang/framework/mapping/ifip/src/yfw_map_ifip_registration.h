@@ -29,9 +29,15 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record);
 // function and to define it, where its other columns are those of a Registration.
 // clang-format off
 #define YMAP_REGISTRATIONS(ROW)                                                                    \
+  ROW(yfw_map_reg_ifip_conf, "IF-IP tree", kNamespaceIpv4ArpCfg, "arpgmp",                        \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixipv4arpcfg_lvla_arpgmp)                                         \
   ROW(yfw_map_reg_ifip_ma_ipv6, "IF-IP tree", kNamespaceIpv6MaOper, "ipv6-network",               \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixipv6maoper_lvla_ipv6network)                                    \
+  ROW(yfw_map_reg_ifip_origin_ipv4, "IF-IP tree", kNamespaceIpv4ArpOper, "arp",                   \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixipv4arpoper_lvla_arp)                                           \
   ROW(yfw_map_reg_ocifip_v6ma_oper, "OC IFIP V6MA OPER", kNamespacePrivateV6maOper, "ocifipv6ma", \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixprivateocifipv6maoper_lvla_ocifipv6ma)                          \

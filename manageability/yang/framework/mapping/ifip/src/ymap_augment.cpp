@@ -124,6 +124,16 @@ cerrno enter_augmented_node(const Entering& entering, const Children& children) 
   return YMAP_OK;
 }
 
+// The row of the model's node that a child of the augmented node is, or kNoRow.
+RowIndex row_of(const ReadBackEntry& entry, const Node& child) {
+  for (const RowIndex row : {entry.row, entry.second_row}) {
+    if (row != kNoRow && yfw_map_do_these_match(child.tag, entry.model.rows[row].tag) != 0) {
+      return row;
+    }
+  }
+  return kNoRow;
+}
+
 }  // namespace
 
 cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntrySites& sites) {
@@ -142,8 +152,8 @@ cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntr
     }
     line(sites.processing, kProcessing, child.tag);
     cerrno result = YMAP_OK;
-    if (yfw_map_do_these_match(child.tag, entry.model.rows[entry.row].tag) != 0) {
-      result = walk(entry.model, entry.row, call.ctx, &child, call.out, call.in);
+    if (const RowIndex row = row_of(entry, child); row != kNoRow) {
+      result = walk(entry.model, row, call.ctx, &child, call.out, call.in);
     } else if (yfw_map_do_these_match(entry.model.module_namespace, child.module_namespace) != 0) {
       line(sites.unsupported_tag, kUnsupportedIgnoring);
     } else {

@@ -39,9 +39,10 @@ struct ReadBackEntry {
   const Model& model;
   RowIndex row;                          // walker of the augmenting node
   yfw_map_leaf_callback parse_augments;  // takes nodes of other modules
+  RowIndex second_row = kNoRow;          // walker of a second augmenting node, if there is one
 };
 
-// Enters with the augmented node: the model's node among its children is walked, all others are
+// Enters with the augmented node: the model's nodes among its children are walked, all others are
 // passed over.
 cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntrySites& sites);
 
@@ -49,14 +50,14 @@ cerrno enter_read_back(const Call& call, const ReadBackEntry& entry, AugmentEntr
 
 // Define an entry callback, YMAP_SYMBOL(augment_<level>_<node>), and its augment hook, of the model
 // whose .inc file is in use. `row` is the augmenting node's, as level_path; the further columns are
-// those of an AugmentEntry.
+// those of an AugmentEntry, and of a ReadBackEntry the row of the second node.
 #define YMAP_AUGMENT_ENTRY(level, node, row, ...)                                                 \
   YMAP_ENTRY(YMAP_SYMBOL(augment_##level##_##node), YMAP_SYMBOL(level##_##node##_parse_augments), \
              refuse_augment, enter_augment, ymap::AugmentEntry, row, __VA_ARGS__)
-#define YMAP_READ_BACK_ENTRY(level, row)                                                  \
+#define YMAP_READ_BACK_ENTRY(level, row, ...)                                             \
   YMAP_ENTRY(YMAP_SYMBOL(augment_##level##_interface_configuration),                      \
              YMAP_SYMBOL(level##_interface_configuration_parse_augments), ignore_augment, \
-             enter_read_back, ymap::ReadBackEntry, row)
+             enter_read_back, ymap::ReadBackEntry, row __VA_OPT__(, ) __VA_ARGS__)
 
 #define YMAP_ENTRY(name, hook, ...) YMAP_ENTRY_(name, hook, __VA_ARGS__)
 #define YMAP_ENTRY_(name, hook, run_hook, enter, Entry, row, ...)                                  \

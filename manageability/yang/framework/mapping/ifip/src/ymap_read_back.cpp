@@ -128,6 +128,13 @@ cerrno add_openconfig(const Call& call, const char* path, const char* value) {
   return add_path(call, kNamespaceIfIp, {.path = path, .value = value});
 }
 
+cerrno add_key(const Call& call, const char* path, const char* copy_path) {
+  const cerrno result = add_openconfig(call, path, call.in->value);
+  return result != YMAP_OK || copy_path == nullptr
+             ? result
+             : add_openconfig(call, copy_path, call.in->value);
+}
+
 cerrno add_twins(const Call& call, const Twins& paths, const char* value) {
   cerrno result = YMAP_OK;
   if (paths.config != nullptr && wants_config(call.ctx)) {

@@ -152,6 +152,10 @@ cerrno select_current_subinterface(const Call& call);
 // Writes a path of openconfig-if-ip under the current entries.
 cerrno add_openconfig(const Call& call, const char* path, const char* value);
 
+// Writes the value of a key to the key's path and to that of its copy; null for none. Returns the
+// first failure.
+cerrno add_key(const Call& call, const char* path, const char* copy_path);
+
 // A leaf that OpenConfig has as configuration and as state; null where it has no twin.
 struct Twins {
   const char* config;
