@@ -143,17 +143,26 @@ std::vector<RowIndex> tops_of(const Model& model) {
 }
 
 // The schemas of the nodes that a top may be of: at the top of a module, or below what it augments.
+// Where as many tops have a tag as there are schemas of it, they have one each, in that order.
 std::vector<const lysc_node*> schemas_of(const Models& models, const RowModel& rows, RowIndex top) {
+  const Model& model = rows.model;
   std::vector<const lysc_node*> parents = {nullptr};
   for (const std::vector<std::string>& augmented : kAugmented) {
     parents.push_back(find(models, augmented));
   }
   std::vector<const lysc_node*> schemas;
   for (const lysc_node* parent : parents) {
-    if (const lysc_node* node =
-            models.child(parent, rows.model.rows[top].tag, rows.model.module_namespace)) {
+    if (const lysc_node* node = models.child(parent, model.rows[top].tag, model.module_namespace)) {
       schemas.push_back(node);
     }
+  }
+  std::vector<RowIndex> namesakes = tops_of(model);
+  std::erase_if(namesakes, [&](RowIndex other) {
+    return std::string(model.rows[other].tag) != model.rows[top].tag;
+  });
+  if (namesakes.size() == schemas.size()) {
+    const auto own = std::find(namesakes.begin(), namesakes.end(), top) - namesakes.begin();
+    return {schemas[static_cast<std::size_t>(own)]};
   }
   return schemas;
 }
@@ -317,8 +326,11 @@ TEST(Entries, TakeTheTopsOfEveryNativeModel) {
       continue;
     }
     for (const RowIndex top : tops_of(rows.model)) {
-      if (models.child(nullptr, rows.model.rows[top].tag, rows.model.module_namespace) != nullptr) {
-        exported.insert(rows.model.rows[top].name);
+      const Row& row = rows.model.rows[top];
+      const lysc_node* at_the_top = models.child(nullptr, row.tag, rows.model.module_namespace);
+      const auto schemas = schemas_of(models, rows, top);
+      if (at_the_top != nullptr && std::count(schemas.begin(), schemas.end(), at_the_top) != 0) {
+        exported.insert(row.name);
       }
     }
   }
