@@ -51,6 +51,9 @@ constexpr MadeFor kMadeFor[] = {
     {"ipv4arpcfg_augment",
      Within::kNativeInterface,
      {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv4arp"}},
+    {"ipv6ndcfg_augment",
+     Within::kNativeInterface,
+     {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv6-neighbor"}},
     {"ipv4iocfg_augment",
      Within::kNativeInterface,
      {NATIVE_INTERFACE, NATIVE_INTERFACE "/ipv4-network"}},
@@ -95,6 +98,8 @@ struct UsualValues {
 };
 constexpr auto kUsual = std::to_array<UsualValues>({{"ip", kAddresses},
                                                     {"address", kAddresses},
+                                                    {"host-address", kAddresses},
+                                                    {"neighbor-address", kAddresses},
                                                     {"name", kNames},
                                                     {"interface-name", kNames},
                                                     {"interface", kNames},

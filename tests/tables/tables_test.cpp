@@ -270,14 +270,16 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
   names.insert({"yfw_map_oc_dhcp_sysdb_unbind", "yfw_map_oc_ipv6_sysdb_unbind",
                 "ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index",
                 "ymap_xo_ocifip_return_address_state"});
-  names.insert({"yfw_map_reg_ifip_conf", "yfw_map_reg_ifip_ma_ipv6", "yfw_map_reg_ifip_origin_ipv4",
-                "yfw_map_reg_ocifip_v4ma_oper", "yfw_map_reg_ocifip_v6ma_oper"});
+  names.insert({"yfw_map_reg_ifip_conf", "yfw_map_reg_ifip_conf_ipv6",
+                "yfw_map_reg_ifip_oper_ipv6_nd", "yfw_map_reg_ifip_ma_ipv6",
+                "yfw_map_reg_ifip_origin_ipv4", "yfw_map_reg_ocifip_v4ma_oper",
+                "yfw_map_reg_ocifip_v6ma_oper"});
   for (const char* level : {"lvla", "lvlb"}) {
     add_entry(names, if_ip, level, "subinterface");
     add_entry(names, if_ip, level, "routed_vlan");
     add_entry(names, ipv4_io_cfg, level, "interface_configuration");
   }
-  for (const char* model : {"ipv6macfg_", "ipv4arpcfg_"}) {
+  for (const char* model : {"ipv6macfg_", "ipv4arpcfg_", "ipv6ndcfg_"}) {
     add_entry(names, std::string("ymap_xo_ocifip_halvaneombrix") + model, "lvla",
               "interface_configuration");
   }

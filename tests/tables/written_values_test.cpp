@@ -32,10 +32,12 @@ const std::set<std::string> kDeviations = {
     // A Boolean has no upper case.
     std::string(kSubinterface) + "/ipv6/autoconf/config/create-global-addresses = TRUE",
     std::string(kSubinterface) + "/ipv6/autoconf/state/create-global-addresses = TRUE",
-    // What follows the first dot of a native name, whatever it is.
-    std::string(kSubinterface) + "/index = " + kAnyWord,
+    std::string(kSubinterface) + "/ipv6/neighbors/neighbor/state/is-router = TRUE",
+    std::string(kSubinterface) + "/ipv6/neighbors/neighbor/state/is-router = FALSE",
     // Native states that the mapping does not translate.
     std::string(kSubinterface) + "/ipv6/addresses/address/state/status = " + kAnyWord,
+    // What follows the first dot of a native name, whatever it is.
+    std::string(kSubinterface) + "/index = " + kAnyWord,
 };
 
 // Native models that the project does not have yet. Nothing of what is written to them can be held

@@ -31,6 +31,7 @@ constexpr const char* kInterfaceReadBacks[] = {
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvlb_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv6macfg_augment_lvla_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv4arpcfg_augment_lvla_interface_configuration",
+    "ymap_xo_ocifip_halvaneombrixipv6ndcfg_augment_lvla_interface_configuration",
 };
 
 // Native trees without a registration record, by the module and the tag of their top.

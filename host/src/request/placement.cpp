@@ -92,6 +92,13 @@ std::optional<std::string_view> key_from_native_name(const Hierarchy& hierarchy,
   return role == PlaceRole::kOpenConfigInterface ? name.substr(0, name.find('.')) : index_in(name);
 }
 
+// Whether an entry has a value for its list's first key, or none yet. What a native interface that
+// was walked before has made current has another.
+bool may_have_key(const OutputNode* entry, std::string_view value) {
+  const std::string_view known = OutputTree::key_value(entry, entry->place->keys.front());
+  return known.data() == nullptr || known == value;
+}
+
 // The key that the last of the steps from a list on repeats, or null: a leaf of its name in the
 // entry's "config" or "state", to which OpenConfig keys refer.
 const Place* named_key(Steps steps) {
@@ -292,10 +299,12 @@ OutputNode* Placement::entry_on_the_way(OutputNode* parent, const Place* list, b
     return named_entry(parent, list, *values, make);
   }
   OutputNode* current = OutputTree::current_entry(parent, list);
-  if (current != nullptr && !is_of_another_interface(current)) {
+  const auto value = key_from_native_name(request_.hierarchy(), list->role);
+  if (current != nullptr && !is_of_another_interface(current) &&
+      (!value || may_have_key(current, *value))) {
     return current;
   }
-  if (const auto value = key_from_native_name(request_.hierarchy(), list->role)) {
+  if (value) {
     return named_entry(parent, list, {&*value, 1}, make);
   }
   return make ? tree_.add_entry(parent, list) : nullptr;

@@ -7,6 +7,8 @@
 #include "ymap_ocifip_halvane_ombrix_ipv4_arp_cfg.h"
 #include "ymap_ocifip_halvane_ombrix_ipv4_arp_oper.h"
 #include "ymap_ocifip_halvane_ombrix_ipv6_ma_oper.h"
+#include "ymap_ocifip_halvane_ombrix_ipv6_nd_cfg.h"
+#include "ymap_ocifip_halvane_ombrix_ipv6_nd_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
 

@@ -32,6 +32,12 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record);
   ROW(yfw_map_reg_ifip_conf, "IF-IP tree", kNamespaceIpv4ArpCfg, "arpgmp",                        \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixipv4arpcfg_lvla_arpgmp)                                         \
+  ROW(yfw_map_reg_ifip_conf_ipv6, "IF-IP tree", kNamespaceIpv6NdCfg, "ipv6-neighbor",             \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixipv6ndcfg_lvla_ipv6neighbor)                                    \
+  ROW(yfw_map_reg_ifip_oper_ipv6_nd, "IF-IP tree", kNamespaceIpv6NdOper, "ipv6-node-discovery",   \
+      ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
+      ymap_xo_ocifip_halvaneombrixipv6ndoper_lvla_ipv6nodediscovery)                              \
   ROW(yfw_map_reg_ifip_ma_ipv6, "IF-IP tree", kNamespaceIpv6MaOper, "ipv6-network",               \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixipv6maoper_lvla_ipv6network)                                    \

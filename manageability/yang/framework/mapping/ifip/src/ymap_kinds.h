@@ -36,11 +36,12 @@
 #define YMAP_KIND_QUERY(module_namespace, path)      GENERATED, ymap::query_native(call, ymap::module_namespace, path)
 #define YMAP_KIND_MIRROR(place)                      GENERATED, ymap::query_mirrored(call, ymap::place, step)
 
-// To OpenConfig: a copy of the value, always or where configuration is wanted, and a leaf of "config" with
-// its twin in "state". The latter as a leaf of an interface's configuration, whose subinterface is made
+// To OpenConfig: a copy of the value, always or where configuration is wanted, or in upper case; and a leaf
+// of "config" with its twin in "state". The latter as a leaf of an interface's configuration, whose subinterface is made
 // current first, with a value. A key goes to the entry and then, as COPY and COPY_CONFIG have it, below.
 #define YMAP_KIND_COPY(path)                        GENERATED, ymap::add_openconfig(call, path, call.in->value)
 #define YMAP_KIND_COPY_CONFIG(path)                 GENERATED, ymap::wants_config(call.ctx) ? ymap::add_openconfig(call, path, call.in->value) : ymap::YMAP_OK
+#define YMAP_KIND_COPY_UPPER(path)                  GENERATED, ymap::add_openconfig(call, path, ymap::upper_case_value(*call.in))
 #define YMAP_KIND_KEY_WITH_STATE(stem, leaf)        GENERATED, ymap::add_key(call, stem "/" leaf, stem "/state/" leaf)
 #define YMAP_KIND_KEY_WITH_CONFIG(stem, leaf)       GENERATED, ymap::add_key(call, stem "/" leaf, ymap::wants_config(call.ctx) ? stem "/config/" leaf : nullptr)
 #define YMAP_KIND_TWINS(stem, leaf)                 GENERATED, ymap::add_twins(call, YMAP_TWINS_AT(stem, leaf), call.in->value)

@@ -19,12 +19,6 @@ namespace {
 
 #define ADDRESS YMAP_SUBINTERFACE "/ipv6/addresses/address"
 
-constexpr EntryList kSubinterfacesWithNewKeys = [] {
-  EntryList list = kSubinterfaces;
-  list.key_create = true;
-  return list;
-}();
-
 // A new address has no key, by design: only one that the output has already is found by it.
 constexpr EntryList kAddresses = {.path = ADDRESS,
                                   .below = "/ipv6/addresses/address",

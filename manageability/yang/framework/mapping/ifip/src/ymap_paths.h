@@ -7,8 +7,10 @@
 #define YMAP_INTERFACE "/interfaces/interface"
 #define YMAP_SUBINTERFACE YMAP_INTERFACE "/subinterfaces/subinterface"
 #define YMAP_TUNNEL YMAP_INTERFACE "/tunnel"
-#define YMAP_IPV4_NEIGHBORS YMAP_SUBINTERFACE "/ipv4/neighbors"
-#define YMAP_IPV4_NEIGHBOR YMAP_IPV4_NEIGHBORS "/neighbor"
+#define YMAP_OPENCONFIG_IPV4_NEIGHBORS YMAP_SUBINTERFACE "/ipv4/neighbors"
+#define YMAP_OPENCONFIG_IPV4_NEIGHBOR YMAP_OPENCONFIG_IPV4_NEIGHBORS "/neighbor"
+#define YMAP_OPENCONFIG_IPV6_NEIGHBORS YMAP_SUBINTERFACE "/ipv6/neighbors"
+#define YMAP_OPENCONFIG_IPV6_NEIGHBOR YMAP_OPENCONFIG_IPV6_NEIGHBORS "/neighbor"
 
 // Native configuration of an interface.
 #define YMAP_NATIVE_INTERFACE "/interface-configurations/interface-configuration"

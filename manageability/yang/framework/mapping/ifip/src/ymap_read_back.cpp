@@ -71,8 +71,7 @@ cerrno EntryCursor::find(const EntryList& list, const char* key) {
 
 cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** slot,
                                 const Node* source) {
-  const bool looks = !is_new_ || list.looked_for_below_new;
-  if (!looks || find(list, key) != YMAP_OK) {
+  if (!looks_for(list) || find(list, key) != YMAP_OK) {
     return add(list, key, slot, source);
   }
   is_new_ = false;
@@ -83,28 +82,46 @@ cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** s
 }
 
 cerrno EntryCursor::add(const EntryList& list, const char* key, Node** slot, const Node* source) {
-  const TrimPrefix trimmed(call_.ctx, list.trim_prefix);
   Node* const above = node_;
+  const bool key_from_entry = list.key_from_entry_below_found && !is_new_;
+  {
+    const TrimPrefix trimmed(call_.ctx, list.trim_prefix);
+    const cerrno result = add_entry(list, slot, source);
+    if (result != YMAP_OK || !key_from_entry) {
+      return result != YMAP_OK ? result : add_key(list, key, above);
+    }
+  }
+  const TrimPrefix trimmed(call_.ctx, list.path);
+  return add_key(list, key, node_);
+}
+
+cerrno EntryCursor::add_entry(const EntryList& list, Node** slot, const Node* source) {
   Node** const stored = slot != nullptr ? slot : &node_;
-  cerrno result = add_path(call_, list.module_namespace,
-                           {.path = list.path,
-                            .source = source,
-                            .create = true,
-                            .base = above,
-                            .created = stored,
-                            .flags = list.flags});
+  const cerrno result = add_path(call_, list.module_namespace,
+                                 {.path = list.path,
+                                  .source = source,
+                                  .create = true,
+                                  .base = node_,
+                                  .created = stored,
+                                  .flags = list.flags});
   if (result == YMAP_OK) {
     node_ = *stored;
     is_new_ = true;
-    result = list.key_path == nullptr ? YMAP_OK
-                                      : add_path(call_, list.module_namespace,
-                                                 {.path = list.key_path,
-                                                  .value = key,
-                                                  .create = list.key_create,
-                                                  .base = above,
-                                                  .flags = list.key_flags});
   }
   return result;
+}
+
+cerrno EntryCursor::add_key(const EntryList& list, const char* key, Node* base) {
+  if (list.key_path == nullptr) {
+    return YMAP_OK;
+  }
+  const cerrno result = add_path(call_, list.module_namespace,
+                                 {.path = list.key_path,
+                                  .value = key,
+                                  .create = list.key_create,
+                                  .base = base,
+                                  .flags = list.key_flags});
+  return list.key_checked ? result : YMAP_OK;
 }
 
 Node** current_slot(const Call& call) {

@@ -43,16 +43,17 @@ struct OpenConfigKeys {
 // Name of the native interface being mapped; empty without a request state.
 [[nodiscard]] const char* current_interface_name(const yfw_map_ctx* ctx);
 
-// A key of the list entry being walked.
+// A key, or any other leaf, of the list entry or container being walked.
 struct EntryKey {
   cerrno result;      // of the framework's lookup
-  const char* value;  // null when the lookup failed or the entry has no such key
+  const char* value;  // null when the lookup failed or there is no such leaf
 };
 
-//   list_path  the list's path without keys
+//   list_path  the path of the list or container, without keys
 [[nodiscard]] EntryKey entry_key(const Call& call, const char* list_path, const char* key);
 
-// Value of a leaf of the native list entry being walked, or null when it has none.
+// Value of a leaf of the native list entry being walked, or null when it has none or cannot be
+// looked up.
 //
 //   list_path  the list's path without keys
 [[nodiscard]] const char* entry_leaf(const Call& call, const char* list_path, const char* leaf);
@@ -80,6 +81,10 @@ struct EntryList {
   std::uint32_t key_flags;            // of its key
   bool key_create;                    // create flag of the key
   bool looked_for_below_new = false;  // search also below an entry that has just been made
+  bool key_checked = true;            // a key that cannot be written is a failure
+  // Below an entry that was found, a new entry's key is written from the new entry itself on, whose
+  // path is the trim prefix then.
+  bool key_from_entry_below_found = false;
 };
 
 inline constexpr EntryList kInterfaces = {.path = kInterface,
@@ -102,6 +107,12 @@ inline constexpr EntryList kSubinterfaces = {.path = kSubinterface,
                                              .flags = YFW_MAP_PATH_SUBINTERFACE,
                                              .key_flags = YFW_MAP_PATH_SUBINTERFACE,
                                              .key_create = false};
+// The same with a key that is asked for as a new one.
+inline constexpr EntryList kSubinterfacesWithNewKeys = [] {
+  EntryList list = kSubinterfaces;
+  list.key_create = true;
+  return list;
+}();
 
 // A way through the output's entries, from its root down.
 class EntryCursor {
@@ -122,6 +133,11 @@ class EntryCursor {
   cerrno find_or_add(const EntryList& list, const char* key, Node** slot = nullptr,
                      const Node* source = nullptr);
 
+  // Whether an entry of a list below would be looked for before one is made.
+  [[nodiscard]] bool looks_for(const EntryList& list) const {
+    return !is_new_ || list.looked_for_below_new;
+  }
+
   // The entry that it is at.
   [[nodiscard]] Node* node() const { return node_; }
   // Whether that entry has been made on the way.
@@ -129,6 +145,8 @@ class EntryCursor {
 
  private:
   cerrno add(const EntryList& list, const char* key, Node** slot, const Node* source);
+  cerrno add_entry(const EntryList& list, Node** slot, const Node* source);
+  cerrno add_key(const EntryList& list, const char* key, Node* base);
 
   const Call& call_;
   Node* node_;
