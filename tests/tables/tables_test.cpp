@@ -272,7 +272,8 @@ TEST(Exports, AreTheRowsTheEntriesTheHooksAndTheRecords) {
                 "ymap_xo_ocifip_return_address_state"});
   names.insert({"yfw_map_reg_ifip_conf", "yfw_map_reg_ifip_conf_ipv6",
                 "yfw_map_reg_ifip_oper_ipv6_nd", "yfw_map_reg_ifip_ma_ipv6",
-                "yfw_map_reg_ifip_origin_ipv4", "yfw_map_reg_ocifip_v4ma_oper",
+                "yfw_map_reg_ifip_origin_ipv4", "yfw_map_reg_ocifip_vrrp_conf",
+                "yfw_map_reg_ocifip_vrrp_oper", "yfw_map_reg_ocifip_v4ma_oper",
                 "yfw_map_reg_ocifip_v6ma_oper"});
   for (const char* level : {"lvla", "lvlb"}) {
     add_entry(names, if_ip, level, "subinterface");

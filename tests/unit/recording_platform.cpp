@@ -409,6 +409,18 @@ cerrno imc_interface_find(imc_connid connection, uint32_t count, const char* con
   return platform.serve(kDevice, "find", connection, count, names[0], flags);
 }
 
+cerrno imc_control_server_unbind(imc_conn_ctx* connection) {
+  return platform.serve(kDevice, "unbind", connection == &the_connection ? "" : "nothing");
+}
+
+cerrno imc_s_interface_find(imc_connid connection, const char* name, imc_handle* handle) {
+  const auto found = platform.interfaces.find(name);
+  const cerrno result = platform.serve(kDevice, "find", connection, name);
+  if (result != 0) return result;
+  *handle = static_cast<imc_handle>(std::distance(platform.interfaces.begin(), found));
+  return found != platform.interfaces.end() ? 0 : IMC_INTERFACE_UNKNOWN;
+}
+
 cerrno imc_attr_query(imc_connid connection, uint32_t count, const imc_attr_request* requests,
                       uint32_t response_count, imc_attr_response** response) {
   const cerrno result = platform.serve(kDevice, "query", connection, count, requests[0].attribute,

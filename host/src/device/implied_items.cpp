@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -21,9 +22,14 @@ using Json = nlohmann::ordered_json;
 constexpr const char* kInterfaceModule = "Halvane-Ombrix-ifmgr-cfg";
 constexpr const char* kArpModule = "Halvane-Ombrix-ipv4-arp-cfg";
 constexpr const char* kNeighborModule = "Halvane-Ombrix-ipv6-nd-cfg";
+constexpr const char* kVrrpModule = "Halvane-Ombrix-ipv4-vrrp-cfg";
 
 constexpr std::string_view kDetailHead = "/oper/ipv4-io/if/";
+constexpr std::string_view kRouterHead = "/oper/ip-vrrp/gl/ipv4/vrouter/";
 constexpr std::string_view kNeighborHead = "/ipc/gl/ipv6-nd/node/";
+
+// The record counts a router's addresses in 8 bits.
+constexpr std::size_t kMostRouterAddresses = 255;
 
 // Type of an item that is there or not, and has no value.
 constexpr std::uint32_t kPresence = 1;
@@ -83,6 +89,33 @@ void add_arp_entry(const std::string& vrf, const DocumentNode& entry, DatabaseIt
   if (mac_bytes(mac)) fields["HardwareAddress"] = mac;
   items.emplace("/oper/ipv4-arp-gmp/gl/vrf/" + vrf + "/config/" + address + ',' + interface,
                 record_item("arp_gmp_config_entry", fields));
+}
+
+// A configured router runs: all of its addresses are operational.
+void add_virtual_router(const std::string& interface, const DocumentNode& router,
+                        DatabaseItems& items) {
+  const std::string number = native_leaf(router, kVrrpModule, "vr-id");
+  Json addresses = Json::array();
+  const auto add_address = [&](const std::string& address) {
+    if (address_bytes(OMBRIX_AF_INET, address)) addresses.push_back(address);
+  };
+  const std::string primary = native_leaf(router, kVrrpModule, "primary-ipv4-address");
+  add_address(primary);
+  each(router.children, kVrrpModule, {"secondary-ipv4-addresses", "secondary-ipv4-address"},
+       [&](const DocumentNode& entry) {
+         add_address(native_leaf(entry, kVrrpModule, "ip-address"));
+       });
+  const unsigned long id = std::strtoul(number.c_str(), nullptr, 10);
+  if (interface.empty() || id == 0 || addresses.size() > kMostRouterAddresses) return;
+  Json fields = {{"Interface", interface},
+                 {"InterfaceName", interface},
+                 {"VirtualRouterID", id},
+                 {"Version", 3},
+                 {"OperationalAddressCount", addresses.size()},
+                 {"OperationalAddressList", addresses}};
+  if (address_bytes(OMBRIX_AF_INET, primary)) fields["PrimaryVirtualIP"] = primary;
+  items.emplace(std::string(kRouterHead) + interface + ',' + number,
+                record_item("vrrp_vrouter_info", fields));
 }
 
 // What stands behind the interface's name in the path of its detail record.
@@ -160,6 +193,14 @@ DatabaseItems items_configured_by(const Document& native) {
     each(vrf.children, kArpModule, {"entries", "entry"},
          [&](const DocumentNode& entry) { add_arp_entry(name, entry, items); });
   });
+  each(native.roots, kVrrpModule, {"vrrp", "interfaces", "interface"},
+       [&](const DocumentNode& interface) {
+         const std::string name =
+             internal_name(native_leaf(interface, kVrrpModule, "interface-name"));
+         each(interface.children, kVrrpModule,
+              {"ipv4", "version3", "virtual-routers", "virtual-router"},
+              [&](const DocumentNode& router) { add_virtual_router(name, router, items); });
+       });
   return items;
 }
 

@@ -88,17 +88,17 @@ std::optional<DatabaseItem> find_item(const DeviceDirectory& directory, const st
   return running_item(directory, path);
 }
 
-// The items below a path, which ends in "/", in the order of their names.
-DatabaseItems items_below(const DeviceDirectory& directory, const std::string& path) {
-  DatabaseItems below;
+// The items whose paths begin with a text, in the order of their paths.
+DatabaseItems items_beginning_with(const DeviceDirectory& directory, const std::string& path) {
+  DatabaseItems found;
   for (const auto* items : {&directory.device().sysdb, &directory.configured_items()}) {
     for (auto item = items->lower_bound(path);
          item != items->end() && item->first.starts_with(path); ++item) {
-      below.insert(*item);
+      found.insert(*item);
     }
   }
-  below.merge(running_items(directory, path));
-  return below;
+  found.merge(running_items(directory, path));
+  return found;
 }
 
 // Whether a filter selects an item: all of its name, or the first components of it.
@@ -114,7 +114,8 @@ bool is_selected(std::string_view name, const char* filter) {
 std::unique_ptr<sysdb_list> list_items(const DeviceDirectory& directory, const std::string& path,
                                        const char* filter) {
   auto list = std::make_unique<sysdb_list>();
-  for (auto& [full, item] : items_below(directory, path)) {
+  const std::string wanted = filter == nullptr ? path : path + filter;
+  for (auto& [full, item] : items_beginning_with(directory, wanted)) {
     std::string name = full.substr(path.size());
     if (!name.empty() && is_selected(name, filter)) {
       list->items.push_back({std::move(name), std::move(item), {}});

@@ -9,8 +9,11 @@
 #include "ymap_ocifip_halvane_ombrix_ipv6_ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_ipv6_nd_cfg.h"
 #include "ymap_ocifip_halvane_ombrix_ipv6_nd_oper.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_vrrp_cfg.h"
+#include "ymap_ocifip_halvane_ombrix_ipv4_vrrp_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v4ma_oper.h"
 #include "ymap_ocifip_halvane_ombrix_private_ocifip_v6ma_oper.h"
+#include "ymap_ocifip_openconfig_if_ip.h"
 
 namespace ymap {
 

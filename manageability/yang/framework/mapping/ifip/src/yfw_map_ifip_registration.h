@@ -44,6 +44,12 @@ void fill_registration(const Registration& row, yfw_map_reg_record* record);
   ROW(yfw_map_reg_ifip_origin_ipv4, "IF-IP tree", kNamespaceIpv4ArpOper, "arp",                   \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixipv4arpoper_lvla_arp)                                           \
+  ROW(yfw_map_reg_ocifip_vrrp_conf, "OC IFVRRP tree", kNamespaceIpv4VrrpCfg, "vrrp",               \
+      ymap_ox_ocifip_openconfigifip_augment_lvla_subinterface,                                    \
+      ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_lvla_vrrp)                                          \
+  ROW(yfw_map_reg_ocifip_vrrp_oper, "OC IFVRRP oper tree", kNamespaceIpv4VrrpOper, "vrrp",         \
+      ymap_ox_ocifip_openconfigifip_augment_lvla_subinterface,                                    \
+      ymap_xo_ocifip_halvaneombrixipv4vrrpoper_lvla_vrrp)                                         \
   ROW(yfw_map_reg_ocifip_v6ma_oper, "OC IFIP V6MA OPER", kNamespacePrivateV6maOper, "ocifipv6ma", \
       ymap_ox_ocif_openconfiginterfaces_lvla_interfaces,                                          \
       ymap_xo_ocifip_halvaneombrixprivateocifipv6maoper_lvla_ocifipv6ma)                          \

@@ -33,16 +33,12 @@ void report_copy_failure(yfw_map_ctx* ctx, cerrno error, int line, const char* k
   }
 }
 
-namespace {
-
 cerrno append_reported(yfw_map_ctx* ctx, const char* caller, NativeName& name, const char* text,
                        int line) {
   const cerrno result = yfw_strncat_s(caller, name.data(), name.size(), text, name.size());
   report_copy_failure(ctx, result, line, kAppend);
   return result;
 }
-
-}  // namespace
 
 cerrno native_interface_name(yfw_map_ctx* ctx, const char* caller, NativeName& name) {
   name.fill('\0');

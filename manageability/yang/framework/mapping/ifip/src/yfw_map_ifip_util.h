@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "im/address_manager.h"
+#include "im/interface_manager.h"
 #include "yfw/context.h"
 #include "yfw/text.h"
 #include "ymap_frame.h"
@@ -55,6 +56,10 @@ using InternalName = std::array<char, 65>;
 // Returns 0, or the failed copy's code, reported, when the name does not fit.
 cerrno native_interface_name(yfw_map_ctx* ctx, const char* caller, NativeName& name);
 
+// Appends to a native name. Returns the append's result, after reporting a failure with the line.
+cerrno append_reported(yfw_map_ctx* ctx, const char* caller, NativeName& name, const char* text,
+                       int line);
+
 // Replaces every "/" by "_" in place. Returns null always: callers use the text.
 char* yfw_convert_ifname_to_internal_name(char* name);
 
@@ -69,8 +74,9 @@ cerrno convert_to_internal_ifname(yfw_map_ctx* ctx, InternalName& destination, c
 
 // --- netmasks ------------------------------------------------------------------------------------
 
-// Room for the text of an IPv4 address.
+// Room for the text of an IPv4 address, and of an address of either family.
 using AddressText = std::array<char, 16>;
+using IpAddressText = std::array<char, 46>;
 
 // The netmask of an OpenConfig prefix-length leaf as dotted text, or null when the leaf carries no
 // value. Lengths outside 0 to 32 are not rejected, by design: the shift is taken modulo 32. The
@@ -128,17 +134,29 @@ AddressDb* address_db(yfw_map_ctx* ctx);
 // Frees the request's address database and makes a zeroed one. Null as above.
 AddressDb* renew_address_db(yfw_map_ctx* ctx);
 
-// Looks up an interface's configured addresses and fills the request's address database.
+// Looks up an interface's configured IPv4 addresses and fills the request's address database.
 //
 //   ifname         native name
 //   address        where to write the primary address as text
 //   prefix_length  where to store its length in bits
-//   family         OMBRIX_AF_INET or OMBRIX_AF_INET6; the database holds IPv4
+//   family         OMBRIX_AF_INET, which the address list is decoded as
 //
 // Returns 0, the interface manager's result, or YMAP_ERR_ADDRESS_LIST when the address list cannot
 // be decoded. The outputs are untouched on failure.
 cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& address,
                              std::uint32_t* prefix_length, std::uint32_t family);
+
+// Looks up an interface's own address of a family, over a connection of the lookup's own.
+//
+//   ifname         native name
+//   address        where to write the address as text
+//   prefix_length  where to store its length in bits
+//   family         OMBRIX_AF_INET or OMBRIX_AF_INET6
+//
+// Returns 0, YMAP_ERR_NO_RECORD when the interface has no address of the family, or a failure as
+// above, of the platform's event manager, or of its address codec. The outputs are untouched then.
+cerrno get_interface_addr_info(yfw_map_ctx* ctx, const char* ifname, IpAddressText& address,
+                               std::uint32_t* prefix_length, std::uint32_t family);
 
 // Fills the address database from a record. Returns 0, or YMAP_ERR_NO_RECORD when the record is
 // null.
@@ -157,6 +175,11 @@ std::uint32_t get_secondary_addr_index_to_promote(yfw_map_ctx* ctx);
 // Whether the interface manager knows an interface, by its native name. That it does not is traced
 // under the caller's name.
 bool interface_exists(yfw_map_ctx* ctx, const char* caller, const char* ifname);
+
+// Looks an interface up by its native name and stores its handle. Returns 0, IMC_INTERFACE_UNKNOWN or
+// another failure of the interface manager, or that of a name which is too long.
+cerrno interface_handle(yfw_map_ctx* ctx, const char* caller, const char* ifname,
+                        imc_handle& handle);
 
 // --- nodes ---------------------------------------------------------------------------------------
 

@@ -85,19 +85,31 @@ cerrno enter_single_node(const Entering& entering) {
   return enter_node(entering, *call.in, enclosing_entry(call.ctx));
 }
 
+Node without_children(const Node& node) {
+  Node bare = node;
+  bare.children = nullptr;
+  bare.child_count = 0;
+  bare.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
+  return bare;
+}
+
 // An augmented node that is deleted takes the family's native configuration along: the family's
 // container hook is shown the delete. Children of other families, and keys, are not the hook's.
 void delete_family(const Entering& entering) {
   const Node& entry = *entering.call.in;
   if (entry.child_count == 0) {
     walk_again(entering, entry, nullptr);
-    return;
+  } else {
+    walk_again(entering, without_children(entry), nullptr);
   }
-  Node bare = entry;
-  bare.children = nullptr;
-  bare.child_count = 0;
-  bare.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
-  walk_again(entering, bare, nullptr);
+}
+
+// What goes with the augmented node but is native configuration of its own. It may not be there.
+cerrno delete_with_entry(const Entering& entering) {
+  const Call& call = entering.call;
+  const Node bare = without_children(*call.in);
+  const OperationOverride removing(bare, NIDL_YFW_EDIT_REMOVE);
+  return entering.entry.delete_with_entry(call.ctx, &bare, 0, call.out);
 }
 
 cerrno enter_augmented_node(const Entering& entering, const Children& children) {
@@ -118,10 +130,13 @@ cerrno enter_augmented_node(const Entering& entering, const Children& children) 
     }
     has_family = has_family || entering.is_family(child);
   }
-  if (!has_family && is_edit(call.ctx) && is_delete(*call.in)) {
+  if (is_read(call.ctx) || !is_delete(*call.in)) {
+    return YMAP_OK;
+  }
+  if (!has_family) {
     delete_family(entering);
   }
-  return YMAP_OK;
+  return entering.entry.delete_with_entry != nullptr ? delete_with_entry(entering) : YMAP_OK;
 }
 
 // The row of the model's node that a child of the augmented node is, or kNoRow.

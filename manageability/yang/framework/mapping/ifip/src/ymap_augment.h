@@ -18,6 +18,8 @@ struct AugmentEntry {
   const char* entry_tag;                 // tag of the augmented node
   const char* entry_key = nullptr;       // its key when it is a list entry
   bool announces = false;                // names the family's node also when it comes by itself
+  // Also shown a deleted augmented node, without its children; null: there is none.
+  yfw_map_container_callback delete_with_entry = nullptr;
 };
 
 // The lines that an entry callback writes besides its frame's.

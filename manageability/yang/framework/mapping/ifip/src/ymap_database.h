@@ -73,6 +73,7 @@ struct ListedItem {
   const char* name;
   const void* bytes;
   std::uint32_t length;
+  std::uint32_t type;
 };
 
 // A list of the database.
@@ -103,18 +104,22 @@ class DatabaseList {
 
   [[nodiscard]] std::uint32_t count() const { return count_; }
 
+  // Reads the next item. Returns 0 or the client's failure.
+  cerrno next(ListedItem& item) {
+    return sysdb_datalist_next(list_, &item.name, &item.bytes, &item.length, &item.type);
+  }
+
   // Calls a function with each item of a type, or of any (kAnyType), in their order, and passes
   // others over. Ends with the first failure: the client's, the function's, or kNamelessItem.
   template <typename Visit>
   cerrno each(std::uint32_t type, const Visit& visit) {
     for (std::uint32_t i = 0; i < count_; ++i) {
       ListedItem item{};
-      std::uint32_t item_type = 0;
-      cerrno result = sysdb_datalist_next(list_, &item.name, &item.bytes, &item.length, &item_type);
+      cerrno result = next(item);
       if (result == YMAP_OK && item.name == nullptr) {
         result = kNamelessItem;
       }
-      if (result == YMAP_OK && (type == kAnyType || item_type == type)) {
+      if (result == YMAP_OK && (type == kAnyType || item.type == type)) {
         result = visit(item);
       }
       if (result != YMAP_OK) {

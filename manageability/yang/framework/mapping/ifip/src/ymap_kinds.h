@@ -8,8 +8,7 @@
 //   MAN        leaf_<level>_<path> calls man_leaf_<level>_<path>, which is of the kind that follows
 //   READ_ONLY  of the kind that follows; the walker calls it on reads alone
 //   UNMAPPED   there is none: an exported dispatcher leads to the model's duck_map_leaf
-//   LATER      the same without the dispatcher, until the mapping is written
-//   IGNORED    the same for good
+//   IGNORED    the same without the dispatcher
 #ifndef YMAP_KINDS_H_
 #define YMAP_KINDS_H_
 
@@ -23,7 +22,6 @@
 #define YMAP_KIND_IDLE          SHARED, ymap::idle_leaf
 #define YMAP_KIND_REFUSED       SHARED, ymap::refuse_leaf
 #define YMAP_KIND_UNMAPPED      UNMAPPED
-#define YMAP_KIND_LATER         LATER
 #define YMAP_KIND_IGNORED       IGNORED
 
 // Calls another callback, on every request or on reads alone.
@@ -36,16 +34,23 @@
 #define YMAP_KIND_QUERY(module_namespace, path)      GENERATED, ymap::query_native(call, ymap::module_namespace, path)
 #define YMAP_KIND_MIRROR(place)                      GENERATED, ymap::query_mirrored(call, ymap::place, step)
 
-// To OpenConfig: a copy of the value, always or where configuration is wanted, or in upper case; and a leaf
-// of "config" with its twin in "state". The latter as a leaf of an interface's configuration, whose subinterface is made
-// current first, with a value. A key goes to the entry and then, as COPY and COPY_CONFIG have it, below.
+// What a function of ymap does with the call and, perhaps, an argument.
+#define YMAP_KIND_DOES(function, ...)  GENERATED, ymap::function(call __VA_OPT__(, ymap::__VA_ARGS__))
+
+// To OpenConfig: a copy of the value, always or where configuration is wanted, or in upper case; and a
+// leaf of "config" with its twin in "state". The latter with a value, as a leaf of an interface's
+// configuration, whose subinterface is made current first.
 #define YMAP_KIND_COPY(path)                        GENERATED, ymap::add_openconfig(call, path, call.in->value)
 #define YMAP_KIND_COPY_CONFIG(path)                 GENERATED, ymap::wants_config(call.ctx) ? ymap::add_openconfig(call, path, call.in->value) : ymap::YMAP_OK
 #define YMAP_KIND_COPY_UPPER(path)                  GENERATED, ymap::add_openconfig(call, path, ymap::upper_case_value(*call.in))
-#define YMAP_KIND_KEY_WITH_STATE(stem, leaf)        GENERATED, ymap::add_key(call, stem "/" leaf, stem "/state/" leaf)
-#define YMAP_KIND_KEY_WITH_CONFIG(stem, leaf)       GENERATED, ymap::add_key(call, stem "/" leaf, ymap::wants_config(call.ctx) ? stem "/config/" leaf : nullptr)
 #define YMAP_KIND_TWINS(stem, leaf)                 GENERATED, ymap::add_twins(call, YMAP_TWINS_AT(stem, leaf), call.in->value)
 #define YMAP_KIND_PLACED_TWINS(stem, leaf, value)   GENERATED, ymap::add_placed_twins(call, YMAP_TWINS_AT(stem, leaf), value)
+
+// The key of an OpenConfig entry, and then its copy in "config", where configuration is wanted, in "state",
+// or in both, each where it is wanted.
+#define YMAP_KIND_KEY_WITH_CONFIG(stem, leaf)       GENERATED, ymap::add_key_and_twins(call, stem "/" leaf, {stem "/config/" leaf, nullptr}, call.in->value)
+#define YMAP_KIND_KEY_WITH_STATE(stem, leaf)        GENERATED, ymap::add_key_and_copy(call, stem "/" leaf, stem "/state/" leaf)
+#define YMAP_KIND_KEY_AND_TWINS(stem, leaf)         GENERATED, ymap::add_key_and_twins(call, stem "/" leaf, YMAP_TWINS_AT(stem, leaf), call.in->value)
 
 // --- hooks of containers and lists ---------------------------------------------------------------
 
@@ -56,12 +61,17 @@
 //   GENERATED  as OWN, from the expression that follows, in a frame of the kind given
 #define YMAP_HOOK_duck       NONE
 #define YMAP_HOOK_refused    REFUSING
-#define YMAP_HOOK_later      REFUSING
 #define YMAP_HOOK_cont       OWN, cont
 #define YMAP_HOOK_list       OWN, list
 #define YMAP_HOOK_placing    PLACING, list
 #define YMAP_HOOK_idle_cont  GENERATED, cont, kGenerated, ymap::YMAP_OK
 #define YMAP_HOOK_idle_list  GENERATED, list, kGenerated, ymap::YMAP_OK
+// What a function of ymap does with the call and an argument, in the frame of one written by hand.
+#define YMAP_HOOK_cont_does(function, argument)  GENERATED, cont, kContainer, ymap::function(call, ymap::argument)
+#define YMAP_HOOK_list_does(function, argument)  GENERATED, list, kByHand, ymap::function(call, ymap::argument)
+// Writes an OpenConfig container.
+#define YMAP_HOOK_cont_writing(path)  GENERATED, cont, kContainer, ymap::add_openconfig(call, path, nullptr)
+#define YMAP_HOOK_list_writing(path)  GENERATED, list, kByHand, ymap::add_openconfig(call, path, nullptr)
 // Writes an OpenConfig container that nothing will be written to.
 #define YMAP_HOOK_cont_if_empty(path)  GENERATED, cont, kContainer, call.child_count == 0 ? ymap::add_openconfig(call, path, nullptr) : ymap::YMAP_OK
 

@@ -15,6 +15,10 @@ inline constexpr const char* kNamespaceIpv4IoOper = "urn:halvane:yang:Halvane-Om
 inline constexpr const char* kNamespaceIpv4ArpCfg = "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-cfg";
 inline constexpr const char* kNamespaceIpv4ArpOper =
     "urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper";
+inline constexpr const char* kNamespaceIpv4VrrpCfg =
+    "urn:halvane:yang:Halvane-Ombrix-ipv4-vrrp-cfg";
+inline constexpr const char* kNamespaceIpv4VrrpOper =
+    "urn:halvane:yang:Halvane-Ombrix-ipv4-vrrp-oper";
 inline constexpr const char* kNamespaceIpv6MaCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-cfg";
 inline constexpr const char* kNamespaceIpv6MaOper = "urn:halvane:yang:Halvane-Ombrix-ipv6-ma-oper";
 inline constexpr const char* kNamespaceIpv6NdCfg = "urn:halvane:yang:Halvane-Ombrix-ipv6-nd-cfg";

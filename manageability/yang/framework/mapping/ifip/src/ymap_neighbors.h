@@ -20,7 +20,7 @@ struct NeighborLists {
 };
 
 // The neighbors of a subinterface. The key of a new one comes with its leaf.
-inline constexpr EntryList kIpv4Neighbors = {.path = YMAP_OPENCONFIG_IPV4_NEIGHBOR,
+inline constexpr EntryList kIpv4Neighbors = {.path = YMAP_NEIGHBOR("ipv4"),
                                              .below = "/ipv4/neighbors/neighbor",
                                              .key = "ip",
                                              .key_path = nullptr,
@@ -32,7 +32,7 @@ inline constexpr EntryList kIpv4Neighbors = {.path = YMAP_OPENCONFIG_IPV4_NEIGHB
                                              .key_create = false};
 inline constexpr EntryList kIpv6Neighbors = [] {
   EntryList list = kIpv4Neighbors;
-  list.path = YMAP_OPENCONFIG_IPV6_NEIGHBOR;
+  list.path = YMAP_NEIGHBOR("ipv6");
   list.below = "/ipv6/neighbors/neighbor";
   return list;
 }();

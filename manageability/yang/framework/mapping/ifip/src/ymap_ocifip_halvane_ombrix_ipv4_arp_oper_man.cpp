@@ -34,6 +34,6 @@ YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4arpoper_man_leaf_lvla_arp_entry_state)
     return result;
   }
   const char* origin = translate(kOrigins, state.data());
-  return add_openconfig(call, YMAP_OPENCONFIG_IPV4_NEIGHBOR "/state/origin",
+  return add_openconfig(call, YMAP_NEIGHBOR("ipv4") "/state/origin",
                         origin == nullptr ? "OTHER" : origin);
 }

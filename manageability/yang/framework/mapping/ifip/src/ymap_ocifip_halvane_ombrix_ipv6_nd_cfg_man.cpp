@@ -10,7 +10,7 @@
 
 using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
 
-#define NEIGHBOR YMAP_OPENCONFIG_IPV6_NEIGHBOR
+#define NEIGHBOR YMAP_NEIGHBOR("ipv6")
 
 namespace {
 

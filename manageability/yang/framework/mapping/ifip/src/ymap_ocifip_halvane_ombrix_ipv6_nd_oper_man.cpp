@@ -35,6 +35,6 @@ YMAP_LIST_ENTRY(
 YMAP_LEAF(
     ymap_xo_ocifip_halvaneombrixipv6ndoper_leaf_lvla_ipv6nodediscovery_hostaddress_hostaddress) {
   // The result is that of the state's leaf alone: the key's is ignored, by design.
-  add_openconfig(call, YMAP_OPENCONFIG_IPV6_NEIGHBOR "/ip", call.in->value);
-  return add_openconfig(call, YMAP_OPENCONFIG_IPV6_NEIGHBOR "/state/ip", call.in->value);
+  add_openconfig(call, YMAP_NEIGHBOR("ipv6") "/ip", call.in->value);
+  return add_openconfig(call, YMAP_NEIGHBOR("ipv6") "/state/ip", call.in->value);
 }

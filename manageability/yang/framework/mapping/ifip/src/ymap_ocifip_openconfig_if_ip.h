@@ -11,4 +11,8 @@
 #include "ymap_model_end.inc"
 // clang-format on
 
+// The entry of a subinterface's `ipv4`, which registration records name.
+YMAP_EXPORT cerrno ymap_ox_ocifip_openconfigifip_augment_lvla_subinterface(
+    yfw_map_ctx* ctx, const nidl_yfw_datatree* in, nidl_yfw_datatree* out);
+
 #endif  // YMAP_OCIFIP_OPENCONFIG_IF_IP_H_

@@ -7,10 +7,11 @@
 #define YMAP_INTERFACE "/interfaces/interface"
 #define YMAP_SUBINTERFACE YMAP_INTERFACE "/subinterfaces/subinterface"
 #define YMAP_TUNNEL YMAP_INTERFACE "/tunnel"
-#define YMAP_OPENCONFIG_IPV4_NEIGHBORS YMAP_SUBINTERFACE "/ipv4/neighbors"
-#define YMAP_OPENCONFIG_IPV4_NEIGHBOR YMAP_OPENCONFIG_IPV4_NEIGHBORS "/neighbor"
-#define YMAP_OPENCONFIG_IPV6_NEIGHBORS YMAP_SUBINTERFACE "/ipv6/neighbors"
-#define YMAP_OPENCONFIG_IPV6_NEIGHBOR YMAP_OPENCONFIG_IPV6_NEIGHBORS "/neighbor"
+// Of a family, "ipv4" or "ipv6".
+#define YMAP_ADDRESS(family) YMAP_SUBINTERFACE "/" family "/addresses/address"
+#define YMAP_VRRP_GROUP(family) YMAP_ADDRESS(family) "/vrrp/vrrp-group"
+#define YMAP_NEIGHBORS(family) YMAP_SUBINTERFACE "/" family "/neighbors"
+#define YMAP_NEIGHBOR(family) YMAP_NEIGHBORS(family) "/neighbor"
 
 // Native configuration of an interface.
 #define YMAP_NATIVE_INTERFACE "/interface-configurations/interface-configuration"
@@ -26,6 +27,12 @@
 #define YMAP_STATIC_ARP YMAP_ARP_VRF "/entries/entry"
 #define YMAP_STATIC_NEIGHBOR "/ipv6-neighbor/neighbors/neighbor"
 
+// Native virtual routers of a family, "ipv4" or "ipv6".
+#define YMAP_VRRP_INTERFACE "/vrrp/interfaces/interface"
+#define YMAP_VRRP_ROUTERS(family) YMAP_VRRP_INTERFACE "/" family "/version3/virtual-routers"
+#define YMAP_VRRP_ROUTER(family) YMAP_VRRP_ROUTERS(family) "/virtual-router"
+#define YMAP_VRRP_TRACK(family) YMAP_VRRP_ROUTER(family) "/tracks/track"
+
 // Native operational data.
 #define YMAP_IPV4_NODE "/ipv4-network/nodes/node"
 #define YMAP_IPV6_NODE "/ipv6-network/nodes/node"
@@ -35,5 +42,7 @@
 #define YMAP_ND_NODE "/ipv6-node-discovery/nodes/node"
 #define YMAP_ND_INTERFACE YMAP_ND_NODE "/neighbor-interfaces/neighbor-interface"
 #define YMAP_ND_HOST YMAP_ND_INTERFACE "/host-addresses/host-address"
+#define YMAP_VRRP_OPER_ROUTERS(family) "/vrrp/" family "/virtual-routers"
+#define YMAP_VRRP_OPER_ROUTER(family) YMAP_VRRP_OPER_ROUTERS(family) "/virtual-router"
 
 #endif  // YMAP_PATHS_H_

@@ -141,26 +141,30 @@ cerrno select_current_subinterface(const Call& call) {
   return has_dot(name) ? YMAP_OK : select_subinterface(call, split_interface_name(name));
 }
 
-cerrno add_openconfig(const Call& call, const char* path, const char* value) {
-  return add_path(call, kNamespaceIfIp, {.path = path, .value = value});
+cerrno add_openconfig(const Call& call, const char* path, const char* value, bool create) {
+  return add_path(call, kNamespaceIfIp, {.path = path, .value = value, .create = create});
 }
 
-cerrno add_key(const Call& call, const char* path, const char* copy_path) {
-  const cerrno result = add_openconfig(call, path, call.in->value);
-  return result != YMAP_OK || copy_path == nullptr
-             ? result
-             : add_openconfig(call, copy_path, call.in->value);
+cerrno add_key_and_copy(const Call& call, const char* key_path, const char* copy_path) {
+  const cerrno result = add_openconfig(call, key_path, call.in->value);
+  return result != YMAP_OK ? result : add_openconfig(call, copy_path, call.in->value);
 }
 
-cerrno add_twins(const Call& call, const Twins& paths, const char* value) {
+cerrno add_twins(const Call& call, const Twins& paths, const char* value, bool create) {
   cerrno result = YMAP_OK;
   if (paths.config != nullptr && wants_config(call.ctx)) {
-    result = add_openconfig(call, paths.config, value);
+    result = add_openconfig(call, paths.config, value, create);
   }
   if (result == YMAP_OK && paths.state != nullptr && wants_state(call.ctx)) {
-    result = add_openconfig(call, paths.state, value);
+    result = add_openconfig(call, paths.state, value, create);
   }
   return result;
+}
+
+cerrno add_key_and_twins(const Call& call, const char* key_path, const Twins& paths,
+                         const char* value) {
+  const cerrno result = add_openconfig(call, key_path, value);
+  return result != YMAP_OK ? result : add_twins(call, paths, value);
 }
 
 cerrno add_placed_twins(const Call& call, const Twins& paths, const char* value) {

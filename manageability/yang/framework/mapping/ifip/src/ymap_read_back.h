@@ -168,11 +168,10 @@ cerrno select_current_subinterface(const Call& call);
 // --- leaves --------------------------------------------------------------------------------------
 
 // Writes a path of openconfig-if-ip under the current entries.
-cerrno add_openconfig(const Call& call, const char* path, const char* value);
+cerrno add_openconfig(const Call& call, const char* path, const char* value, bool create = false);
 
-// Writes the value of a key to the key's path and to that of its copy; null for none. Returns the
-// first failure.
-cerrno add_key(const Call& call, const char* path, const char* copy_path);
+// Writes the value of a key to the key's path and to that of its copy. Returns the first failure.
+cerrno add_key_and_copy(const Call& call, const char* key_path, const char* copy_path);
 
 // A leaf that OpenConfig has as configuration and as state; null where it has no twin.
 struct Twins {
@@ -184,7 +183,13 @@ struct Twins {
   ymap::Twins { stem "/config/" leaf, stem "/state/" leaf }
 
 // Writes those of the twins that the request wants. Returns the first failure.
-cerrno add_twins(const Call& call, const Twins& paths, const char* value);
+//
+//   create  create flag: further values of a leaf-list
+cerrno add_twins(const Call& call, const Twins& paths, const char* value, bool create = false);
+
+// Writes the key of an entry, and those of its twins that the request wants. Returns the first failure.
+cerrno add_key_and_twins(const Call& call, const char* key_path, const Twins& paths,
+                         const char* value);
 
 // The same for a leaf of an interface's configuration that may be the first to be written of its
 // subinterface, which is found or made, and made current, before.

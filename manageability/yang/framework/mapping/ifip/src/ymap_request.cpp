@@ -63,6 +63,8 @@ cerrno edit_leaf(const Call& call, const char* module_namespace, const char* pat
     write.source = call.in;
     if (is_delete(*call.in)) {
       write.value = nullptr;
+    } else if (options.needs_value && write.value == nullptr) {
+      return YMAP_OK;
     } else if (!options.bounds.allow(number_of(write.value))) {
       return refuse_value(call.ctx, options.bounds.refusal);
     } else if (options.words != nullptr) {

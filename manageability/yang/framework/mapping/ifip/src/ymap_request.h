@@ -72,6 +72,10 @@ struct Children {
 }
 [[nodiscard]] inline bool is_edit(const yfw_map_ctx* ctx) { return !is_read(ctx); }
 
+[[nodiscard]] inline nidl_yfw_edit_oper operation_of(const Node& node) {
+  return static_cast<nidl_yfw_edit_oper>(node.edit_operation);
+}
+
 // Whether a node carries a delete or remove.
 [[nodiscard]] inline bool is_delete(const Node& node) {
   return yfw_map_is_request_delete(&node) != 0;
@@ -149,6 +153,7 @@ struct EditOptions {
   const Words* words = nullptr;   // null: the value goes out as it is; a value that is none of the
                                   // words writes nothing
   const char* instead = nullptr;  // what goes out whatever the value is; null: the value
+  bool needs_value = false;       // a leaf without a value writes nothing
   std::uint32_t flags = YFW_MAP_PATH_CURRENT;
 };
 

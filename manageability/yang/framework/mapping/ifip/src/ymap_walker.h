@@ -19,7 +19,7 @@ enum class RowKind : std::uint8_t { kContainer, kList, kLeaf };
 using RowIndex = std::uint16_t;
 
 inline constexpr RowIndex kNoRow = 0xffff;
-inline constexpr std::size_t kMaxKeys = 2;
+inline constexpr std::size_t kMaxKeys = 3;
 
 enum RowFlag : std::uint8_t {
   kRefusesEdits = 1,  // containers, lists: nothing below is mapped, no edit may end here

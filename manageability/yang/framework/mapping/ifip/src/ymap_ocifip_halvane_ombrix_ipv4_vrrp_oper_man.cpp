@@ -1,0 +1,16 @@
+// The places of native VRRP state in OpenConfig. lvlb is the level of IPv4, lvla that of IPv6.
+
+#include "ymap_ocifip_halvane_ombrix_ipv4_vrrp_oper.h"
+#include "ymap_vrrp_read_back.h"
+
+using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
+
+YMAP_LIST_ENTRY(
+    ymap_xo_ocifip_halvaneombrixipv4vrrpoper_list_lvlb_vrrp_virtualrouters_virtualrouter) {
+  return place_operational_router(call, kGroupsIpv4);
+}
+
+YMAP_LIST_ENTRY(
+    ymap_xo_ocifip_halvaneombrixipv4vrrpoper_list_lvla_vrrp_virtualrouters_virtualrouter) {
+  return place_operational_router(call, kGroupsIpv6);
+}
