@@ -9,9 +9,8 @@ import sys
 import tempfile
 from pathlib import Path
 
-# Stripped. A management agent loads the library into each of its processes; with all models mapped, at most
-# 700 KiB are meant to be enough. Until then the limit is what has been reached and a little.
-MOST_BYTES = 600 * 1024
+# Stripped. A management agent loads the library into each of its processes.
+MOST_BYTES = 700 * 1024
 # Most relocations are addresses in the tables of rows. Looking a symbol up takes much longer.
 MOST_RELOCATIONS_OF_A_FUNCTION = 3
 MOST_LOOKUPS = 300
@@ -30,8 +29,11 @@ def stripped_size(plugin):
 
 def main():
     plugin = sys.argv[1]
-    relocations = re.findall(r" R_\w+ ", output_of("readelf", "-rW", plugin))
+    tables = output_of("readelf", "-rW", plugin)
+    relocations = re.findall(r" R_\w+ ", tables)
     lookups = [name for name in relocations if "RELATIV" not in name]
+    packed = re.search(r"\n +(\d+) offsets", tables)
+    relocation_count = len(relocations) + (int(packed[1]) if packed else 0)
     symbols = output_of("nm", plugin)
     functions = len(re.findall(r" T ", symbols))
     constructors = re.findall(r"_GLOBAL__sub_I\w*|__cxx_global_var_init\w*", symbols)
@@ -44,14 +46,14 @@ def main():
     segments = re.findall(r"^ +(\w+) .* ([R ][W ][E ]) 0x\w+$", output_of("readelf", "-lW", plugin), re.MULTILINE)
     imported = set(re.findall(r" U (\w+)", output_of("nm", "-D", "--undefined-only", plugin)))
     size = stripped_size(plugin)
-    print(f"{size} bytes stripped, {functions} functions exported, {len(relocations)} relocations of which "
+    print(f"{size} bytes stripped, {functions} functions exported, {relocation_count} relocations of which "
           f"{len(lookups)} look a symbol up, {initialisers} initialisers")
 
     checks = {
-        f"at most {MOST_BYTES} bytes stripped, which is what the models of today take: if a row or a frame has grown, "
-        "every model pays for it; if models have been added, raise the limit to what they need": size <= MOST_BYTES,
+        f"at most {MOST_BYTES} bytes stripped: if a row or a frame has grown, every model pays for it; if a model has "
+        "been added, raise the limit by what it needs": size <= MOST_BYTES,
         f"at most {MOST_RELOCATIONS_OF_A_FUNCTION} relocations for each exported function":
-            0 < len(relocations) <= MOST_RELOCATIONS_OF_A_FUNCTION * functions,
+            0 < relocation_count <= MOST_RELOCATIONS_OF_A_FUNCTION * functions,
         f"at most {MOST_LOOKUPS} lookups of symbols": 0 < len(lookups) <= MOST_LOOKUPS,
         "no static constructors": not constructors and initialisers <= 1 and " .ctors " not in sections,
         "all symbols are bound at the start": re.search(r"FLAGS.*\bNOW\b|BIND_NOW", dynamic) is not None,
