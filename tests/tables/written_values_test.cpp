@@ -70,9 +70,8 @@ TEST(Written, IsWhatTheModelsHave) {
   const QuietLog quiet;
   const Plugin plugin(OCIFIP_PLUGIN);
   std::set<std::string> deviations;
-  find_coverage(models, plugin.entries(), [&](const WrittenNode& node) {
-    deviations.insert(deviation(models, node));
-  });
+  find_coverage(models, plugin.entries(),
+                [&](const WrittenNode& node) { deviations.insert(deviation(models, node)); });
   deviations.erase("");
   EXPECT_EQ(deviations, kDeviations);
 }

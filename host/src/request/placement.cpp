@@ -266,8 +266,8 @@ bool Placement::stands_for_all(const OutputNode* entry, const Place* key) const 
   return request_.is_query() && leaf != nullptr && leaf->head.value == nullptr;
 }
 
-// The request may permit that an entry which still waits for its keys is taken for the new one. A query
-// that asks for all entries need not ask again.
+// The request may permit that an entry which still waits for its keys is taken for the new one. A
+// query that asks for all entries need not ask again.
 OutputNode* Placement::new_entry(OutputNode* parent, const Place* list) {
   if (list->role == PlaceRole::kNativeInterface) {
     return through(parent, list);
@@ -276,9 +276,9 @@ OutputNode* Placement::new_entry(OutputNode* parent, const Place* list) {
   if (current == nullptr || OutputTree::has_any_key(current)) {
     return tree_.add_entry(parent, list);
   }
-  const bool asks_for_all = std::any_of(list->keys.begin(), list->keys.end(), [&](const Place* key) {
-    return stands_for_all(current, key);
-  });
+  const bool asks_for_all =
+      std::any_of(list->keys.begin(), list->keys.end(),
+                  [&](const Place* key) { return stands_for_all(current, key); });
   return request_.state().list_entry_reuse != 0 || asks_for_all ? current
                                                                 : tree_.add_entry(parent, list);
 }

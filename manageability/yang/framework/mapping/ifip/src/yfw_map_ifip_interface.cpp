@@ -235,8 +235,8 @@ cerrno get_interface_address(yfw_map_ctx* ctx, const char* ifname, AddressText& 
       db != nullptr && db->primary.address == 0 && record.prefix_length == 0) {
     note_no_address(ctx);
   }
-  LOOKUP_TRACE(lookup, "IP-MAP: Source address for interface %s is %s/%d\n", ifname,
-               address.data(), static_cast<int>(record.prefix_length));
+  LOOKUP_TRACE(lookup, "IP-MAP: Source address for interface %s is %s/%d\n", ifname, address.data(),
+               static_cast<int>(record.prefix_length));
   return YMAP_OK;
 }
 
@@ -285,9 +285,8 @@ cerrno interface_handle(yfw_map_ctx* ctx, const char* caller, const char* ifname
   if (result == YMAP_OK) {
     result = convert_to_internal_ifname(ctx, internal_name, ifname, caller);
   }
-  return result != YMAP_OK
-             ? result
-             : imc_s_interface_find(the_connection_id, internal_name.data(), &handle);
+  return result != YMAP_OK ? result
+                           : imc_s_interface_find(the_connection_id, internal_name.data(), &handle);
 }
 
 namespace {

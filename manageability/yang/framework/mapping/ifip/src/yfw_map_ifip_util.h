@@ -176,8 +176,8 @@ std::uint32_t get_secondary_addr_index_to_promote(yfw_map_ctx* ctx);
 // under the caller's name.
 bool interface_exists(yfw_map_ctx* ctx, const char* caller, const char* ifname);
 
-// Looks an interface up by its native name and stores its handle. Returns 0, IMC_INTERFACE_UNKNOWN or
-// another failure of the interface manager, or that of a name which is too long.
+// Looks an interface up by its native name and stores its handle. Returns 0, IMC_INTERFACE_UNKNOWN
+// or another failure of the interface manager, or that of a name which is too long.
 cerrno interface_handle(yfw_map_ctx* ctx, const char* caller, const char* ifname,
                         imc_handle& handle);
 

@@ -6,11 +6,13 @@
 
 using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
 
-YMAP_LIST_ENTRY(ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_list_lvlb_vrrp_virtualrouters_virtualrouter) {
+YMAP_LIST_ENTRY(
+    ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_list_lvlb_vrrp_virtualrouters_virtualrouter) {
   return place_configured_router(call, kGroupsIpv4);
 }
 
-YMAP_LIST_ENTRY(ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_list_lvla_vrrp_virtualrouters_virtualrouter) {
+YMAP_LIST_ENTRY(
+    ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_list_lvla_vrrp_virtualrouters_virtualrouter) {
   return place_configured_router(call, kGroupsIpv6);
 }
 

@@ -34,8 +34,8 @@ cerrno add_with(const Call& call, const char* path, nidl_yfw_edit_oper operation
   return add_deleted(call, path);
 }
 
-// The native name of the subinterface being mapped. Here any index but "0" counts, by design, also one
-// that is no number.
+// The native name of the subinterface being mapped. Here any index but "0" counts, by design, also
+// one that is no number.
 cerrno interface_name(const Call& call, NativeName& name) {
   const yfw_map_request_state* state = call.ctx->request_state;
   name.fill('\0');
@@ -49,8 +49,7 @@ cerrno interface_name(const Call& call, NativeName& name) {
     return result;
   }
   result = append_reported(call.ctx, call.name, name, ".", __LINE__);
-  return result != YMAP_OK ? result
-                           : append_reported(call.ctx, call.name, name, index, __LINE__);
+  return result != YMAP_OK ? result : append_reported(call.ctx, call.name, name, index, __LINE__);
 }
 
 std::uint32_t count_of(const Children& children, const char* tag) {
@@ -88,14 +87,14 @@ cerrno fail_entry(const Call& call, bool keeps_interface) {
   return YMAP_ERR_NO_SUBTREE;
 }
 
-// The interface's entry, with its key: written, or deleted. Deleting the family alone keeps the entry,
-// which only leads to it.
+// The interface's entry, with its key: written, or deleted. Deleting the family alone keeps the
+// entry, which only leads to it.
 cerrno add_interface(const Call& call, const VrrpFamily& family, const char* name) {
   const bool deletes = is_delete(*call.in);
   const bool keeps_interface = deletes && !is_subinterface(call);
-  if (add(call, {.path = YMAP_VRRP_INTERFACE,
-                 .source = deletes ? call.in : nullptr,
-                 .create = true}) != YMAP_OK) {
+  if (add(call,
+          {.path = YMAP_VRRP_INTERFACE, .source = deletes ? call.in : nullptr, .create = true}) !=
+      YMAP_OK) {
     return fail_entry(call, keeps_interface);
   }
   if (keeps_interface && add_deleted(call, family.interface) != YMAP_OK) {
@@ -143,9 +142,9 @@ cerrno map_vrrp(const Call& call, const VrrpFamily& family) {
 // --- a group -------------------------------------------------------------------------------------
 
 cerrno map_vrrp_group(const Call& call, const VrrpFamily& family) {
-  const cerrno result = add(call, {.path = family.router,
-                                   .source = is_delete(*call.in) ? call.in : nullptr,
-                                   .create = true});
+  const cerrno result = add(
+      call,
+      {.path = family.router, .source = is_delete(*call.in) ? call.in : nullptr, .create = true});
   // The group is written all the same: its addresses will find no working set.
   if (is_edit(call.ctx) && renew_vip_db(call.ctx) == nullptr) {
     YMAP_ERROR(call, "Memory allocation failed for VRRP.");
@@ -178,8 +177,7 @@ cerrno take_router_id(const Call& call, const VrrpFamily& family, VipDb& db, con
   }
   NativeName name;
   const cerrno result = interface_name(call, name);
-  return result != YMAP_OK ? result
-                           : vrrp_get_info_from_sysdb(call, db, name.data(), router_id);
+  return result != YMAP_OK ? result : vrrp_get_info_from_sysdb(call, db, name.data(), router_id);
 }
 
 }  // namespace
@@ -209,8 +207,8 @@ cerrno map_vrrp_config(const Call& call, const VrrpFamily& family) {
 
 // --- leaves of a group's "config" ----------------------------------------------------------------
 
-// "true" together with a delay is left to the delay, which is written to the same native leaf. "false"
-// is written also beside a delay, deliberately.
+// "true" together with a delay is left to the delay, which is written to the same native leaf.
+// "false" is written also beside a delay, deliberately.
 cerrno map_preempt(const Call& call, const VrrpFamily& family) {
   if (is_read(call.ctx)) {
     return ask_for(call, family.preempt);
@@ -297,8 +295,8 @@ cerrno add_track(const Call& call, const VrrpFamily& family, const char* decreme
 
 }  // namespace
 
-// A tracked interface starts with the usual decrement, deliberately: where the request has another, its
-// leaf follows. Of several interfaces it would reach the last alone, so each gets it at once.
+// A tracked interface starts with the usual decrement, deliberately: where the request has another,
+// its leaf follows. Of several interfaces it would reach the last alone, so each gets it at once.
 cerrno map_tracking_config(const Call& call, const VrrpFamily& family) {
   if (is_read(call.ctx)) {
     return YMAP_OK;
@@ -307,9 +305,8 @@ cerrno map_tracking_config(const Call& call, const VrrpFamily& family) {
     return add(call, {.path = family.track, .source = call.in, .create = true});
   }
   const Children children = children_of(*call.in);
-  const Node* decrement = count_of(children, "track-interface") > 1
-                              ? children.find("priority-decrement")
-                              : nullptr;
+  const Node* decrement =
+      count_of(children, "track-interface") > 1 ? children.find("priority-decrement") : nullptr;
   return add_track(call, family, decrement != nullptr ? decrement->value : kUsualDecrement);
 }
 
@@ -445,9 +442,8 @@ cerrno write_global_address(const Call& call) {
 // Native IPv6 routers have no primary address among the global ones.
 YMAP_LEAF(ymap_ox_ocifip_openconfigifip_man_leaf_lvla_ipv6_config_virtualaddress) {
   if (is_read(call.ctx)) {
-    return add(call, {.path = GLOBAL_ADDRESS "/ip-address",
-                      .value = call.in->value,
-                      .create = true});
+    return add(call,
+               {.path = GLOBAL_ADDRESS "/ip-address", .value = call.in->value, .create = true});
   }
   const bool deletes_all = is_delete(*call.in) && call.in->value == nullptr;
   if (deletes_all || call.in->edit_operation == NIDL_YFW_EDIT_REPLACE) {
@@ -465,11 +461,8 @@ YMAP_LEAF(ymap_ox_ocifip_openconfigifip_man_leaf_lvla_ipv6_config_virtuallinkloc
   }
   return is_delete(*call.in)
              ? add_deleted(call, LINK_LOCAL)
-             : add_all(call, kNamespaceIpv4VrrpCfg,
-                       {{.path = LINK_LOCAL "/ip-address",
-                         .value = call.in->value,
-                         .source = call.in},
-                        {.path = LINK_LOCAL "/auto-configure",
-                         .value = "false",
-                         .source = call.in}});
+             : add_all(
+                   call, kNamespaceIpv4VrrpCfg,
+                   {{.path = LINK_LOCAL "/ip-address", .value = call.in->value, .source = call.in},
+                    {.path = LINK_LOCAL "/auto-configure", .value = "false", .source = call.in}});
 }

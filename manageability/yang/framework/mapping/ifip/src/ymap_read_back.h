@@ -187,7 +187,8 @@ struct Twins {
 //   create  create flag: further values of a leaf-list
 cerrno add_twins(const Call& call, const Twins& paths, const char* value, bool create = false);
 
-// Writes the key of an entry, and those of its twins that the request wants. Returns the first failure.
+// Writes the key of an entry, and those of its twins that the request wants. Returns the first
+// failure.
 cerrno add_key_and_twins(const Call& call, const char* key_path, const Twins& paths,
                          const char* value);
 

@@ -1,6 +1,6 @@
-// VRRP groups of OpenConfig as native virtual routers: the paths of the two families, what their rows
-// call, and the working set by which the virtual addresses of a group become a primary address and
-// secondary ones.
+// VRRP groups of OpenConfig as native virtual routers: the paths of the two families, what their
+// rows call, and the working set by which the virtual addresses of a group become a primary address
+// and secondary ones.
 //
 // Native routers are always those of version 3; both families stand in one native module.
 #ifndef YMAP_VRRP_H_
@@ -39,27 +39,25 @@ struct VrrpFamily {
   bool elects_primary;  // one of the virtual addresses is the primary one
 };
 
-#define YMAP_VRRP_FAMILY(family, elects)                                                        \
-  {                                                                                             \
-      .group_config = YMAP_VRRP_GROUP(family) "/config",                                        \
-      .interface = YMAP_VRRP_INTERFACE "/" family,                                              \
-      .not_added = "Interface/" family " could not be added in low model.",                     \
-      .routers = YMAP_VRRP_ROUTERS(family),                                                     \
-      .router = YMAP_VRRP_ROUTER(family),                                                       \
-      .preempt = YMAP_VRRP_ROUTER(family) "/preempt",                                           \
-      .accept_mode_disable = YMAP_VRRP_ROUTER(family) "/accept-mode-disable",                   \
-      .timer = YMAP_VRRP_ROUTER(family) "/timer",                                               \
-      .advertisement_time = YMAP_VRRP_ROUTER(family) "/timer/advertisement-time-in-msec",       \
-      .forced = YMAP_VRRP_ROUTER(family) "/timer/forced",                                       \
-      .tracks = YMAP_VRRP_ROUTER(family) "/tracks",                                             \
-      .track = YMAP_VRRP_TRACK(family),                                                         \
-      .track_interface = YMAP_VRRP_TRACK(family) "/interface-name",                             \
-      .track_enable = YMAP_VRRP_TRACK(family) "/enable",                                        \
-      .track_decrement = YMAP_VRRP_TRACK(family) "/priority-decrement",                         \
-      .operational_routers = YMAP_VRRP_OPER_ROUTERS(family),                                    \
-      .operational_router = YMAP_VRRP_OPER_ROUTER(family),                                      \
-      .operational_interface = YMAP_VRRP_OPER_ROUTER(family) "/interface-name",                 \
-      .elects_primary = elects,                                                                 \
+#define YMAP_VRRP_FAMILY(family, elects)                                                \
+  {                                                                                     \
+    .group_config = YMAP_VRRP_GROUP(family) "/config",                                  \
+    .interface = YMAP_VRRP_INTERFACE "/" family,                                        \
+    .not_added = "Interface/" family " could not be added in low model.",               \
+    .routers = YMAP_VRRP_ROUTERS(family), .router = YMAP_VRRP_ROUTER(family),           \
+    .preempt = YMAP_VRRP_ROUTER(family) "/preempt",                                     \
+    .accept_mode_disable = YMAP_VRRP_ROUTER(family) "/accept-mode-disable",             \
+    .timer = YMAP_VRRP_ROUTER(family) "/timer",                                         \
+    .advertisement_time = YMAP_VRRP_ROUTER(family) "/timer/advertisement-time-in-msec", \
+    .forced = YMAP_VRRP_ROUTER(family) "/timer/forced",                                 \
+    .tracks = YMAP_VRRP_ROUTER(family) "/tracks", .track = YMAP_VRRP_TRACK(family),     \
+    .track_interface = YMAP_VRRP_TRACK(family) "/interface-name",                       \
+    .track_enable = YMAP_VRRP_TRACK(family) "/enable",                                  \
+    .track_decrement = YMAP_VRRP_TRACK(family) "/priority-decrement",                   \
+    .operational_routers = YMAP_VRRP_OPER_ROUTERS(family),                              \
+    .operational_router = YMAP_VRRP_OPER_ROUTER(family),                                \
+    .operational_interface = YMAP_VRRP_OPER_ROUTER(family) "/interface-name",           \
+    .elects_primary = elects,                                                           \
   }
 
 inline constexpr VrrpFamily kVrrpIpv4 = YMAP_VRRP_FAMILY("ipv4", true);
@@ -67,7 +65,8 @@ inline constexpr VrrpFamily kVrrpIpv6 = YMAP_VRRP_FAMILY("ipv6", false);
 
 // --- what the rows call --------------------------------------------------------------------------
 
-// Hooks: the address's "vrrp", a group, its "config", "interface-tracking" and the "config" of that.
+// Hooks: the address's "vrrp", a group, its "config", "interface-tracking" and the "config" of
+// that.
 cerrno map_vrrp(const Call& call, const VrrpFamily& family);
 cerrno map_vrrp_group(const Call& call, const VrrpFamily& family);
 cerrno map_vrrp_config(const Call& call, const VrrpFamily& family);
@@ -90,10 +89,10 @@ struct RequestedAddress {
 };
 
 // What is known of the virtual addresses of the group being edited: those that the router has, and
-// those that the request names. It lives in the request state's slot, allocated with calloc, from the
-// group's entry to its last address.
+// those that the request names. It lives in the request state's slot, allocated with calloc, from
+// the group's entry to its last address.
 struct VipDb {
-  AddressText primary_vip;  // empty: none is known
+  AddressText primary_vip;                                       // empty: none is known
   std::array<AddressText, kMaxVirtualAddresses> secondary_vips;  // without the primary
   std::int32_t request_count;
   std::uint32_t secondary_count;
@@ -118,8 +117,8 @@ void free_vip_db(yfw_map_ctx* ctx);
 //   ifname     native name of the interface
 //   router_id  the router's number
 //
-// Returns 0, the failure of the interface manager, the database or the codec, or a refusal when there
-// are more addresses than the working set holds.
+// Returns 0, the failure of the interface manager, the database or the codec, or a refusal when
+// there are more addresses than the working set holds.
 cerrno vrrp_get_info_from_sysdb(const Call& call, VipDb& db, const char* ifname,
                                 std::uint32_t router_id);
 
@@ -127,8 +126,8 @@ cerrno vrrp_get_info_from_sysdb(const Call& call, VipDb& db, const char* ifname,
 // addresses than the working set holds.
 cerrno prepare_ip_list_to_process(const Call& call, VipDb& db);
 
-// Writes what becomes of the router's addresses, when the request's last one is known. The operation
-// of its leaf is that of the whole: a replace takes the place of all addresses.
+// Writes what becomes of the router's addresses, when the request's last one is known. The
+// operation of its leaf is that of the whole: a replace takes the place of all addresses.
 //
 // Returns 0 or the framework's failure.
 cerrno process_ip_list_based_on_vip_status(const Call& call, const VipDb& db);

@@ -1,5 +1,5 @@
-// The virtual addresses of an IPv4 group: a flat list in OpenConfig, a primary address and secondary
-// ones in the native model. Which is the primary depends on what the router has already.
+// The virtual addresses of an IPv4 group: a flat list in OpenConfig, a primary address and
+// secondary ones in the native model. Which is the primary depends on what the router has already.
 
 #include <algorithm>
 #include <cstdio>
@@ -100,7 +100,8 @@ cerrno take_router(const Call& call, VipDb& db, const vrrp_vrouter_info& router)
   const std::uint32_t count =
       std::min<std::uint32_t>(router.OperationalAddressCount, operational.count);
   const cerrno result = add_secondaries(call, db, {down.items, down.count}, primary);
-  return result != YMAP_OK ? result : add_secondaries(call, db, {operational.items, count}, primary);
+  return result != YMAP_OK ? result
+                           : add_secondaries(call, db, {operational.items, count}, primary);
 }
 
 cerrno vrrp_get_ipv4_addr_list(const Call& call, VipDb& db, const char* ifname,
@@ -265,8 +266,8 @@ cerrno elect_primary(const Call& call, RequestedAddresses& requested) {
                            : add_delete_sec_ip_list(call, requested.removed, NIDL_YFW_EDIT_DELETE);
 }
 
-// The lowest secondary becomes the primary, also when the request deletes it, and addresses that the
-// request adds are not written, both by design.
+// The lowest secondary becomes the primary, also when the request deletes it, and addresses that
+// the request adds are not written, both by design.
 cerrno promote_secondary(const Call& call, const VipDb& db) {
   AddressArray secondaries;
   for (const AddressText& each : std::span(db.secondary_vips).first(db.secondary_count)) {
@@ -275,12 +276,11 @@ cerrno promote_secondary(const Call& call, const VipDb& db) {
   secondaries.sort();
   const cerrno result =
       add_delete_sec_ip_list(call, {secondaries.begin(), 1}, NIDL_YFW_EDIT_DELETE);
-  return result != YMAP_OK ? result
-                           : add_primary(call, secondaries.items[0], NIDL_YFW_EDIT_WRITE);
+  return result != YMAP_OK ? result : add_primary(call, secondaries.items[0], NIDL_YFW_EDIT_WRITE);
 }
 
-// The router loses its primary. Other addresses that the request deletes are not written, by design:
-// without a secondary there are none.
+// The router loses its primary. Other addresses that the request deletes are not written, by
+// design: without a secondary there are none.
 cerrno replace_primary(const Call& call, const VipDb& db, RequestedAddresses& requested) {
   if (db.secondary_count > 0) {
     return promote_secondary(call, db);

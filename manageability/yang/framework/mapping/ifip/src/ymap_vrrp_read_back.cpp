@@ -38,8 +38,8 @@ cerrno determine_correct_config_list_for_low_to_high_mapping(const Call& call,
                                                              const Router& router) {
   IpAddressText address{};
   std::uint32_t prefix_length = 0;
-  if (get_interface_addr_info(call.ctx, router.interface, address, &prefix_length,
-                              groups.family) != YMAP_OK) {
+  if (get_interface_addr_info(call.ctx, router.interface, address, &prefix_length, groups.family) !=
+      YMAP_OK) {
     return YMAP_OK;
   }
   OpenConfigKeys keys = split_interface_name(router.interface);

@@ -1,5 +1,5 @@
-// Native virtual routers as VRRP groups of OpenConfig. A native router hangs on an interface, a group on
-// an address of one: it is placed under the interface's own address of the family.
+// Native virtual routers as VRRP groups of OpenConfig. A native router hangs on an interface, a
+// group on an address of one: it is placed under the interface's own address of the family.
 #ifndef YMAP_VRRP_READ_BACK_H_
 #define YMAP_VRRP_READ_BACK_H_
 
@@ -24,38 +24,35 @@ struct VrrpGroups {
   Twins advertisement_interval;
 };
 
-#define YMAP_VRRP_GROUPS(text, number)                                                   \
-  {                                                                                      \
-      .addresses = {.path = YMAP_ADDRESS(text),                                          \
-                    .below = "/" text "/addresses/address",                              \
-                    .key = "ip",                                                         \
-                    .key_path = YMAP_ADDRESS(text) "/ip",                                \
-                    .module_namespace = kNamespaceIfIp,                                  \
-                    .searched_namespace = kNamespaceIfIp,                                \
-                    .trim_prefix = kSubinterface,                                        \
-                    .flags = YFW_MAP_PATH_INTERFACE,                                     \
-                    .key_flags = YFW_MAP_PATH_SUBINTERFACE,                              \
-                    .key_create = false},                                                \
-      .groups = {.path = YMAP_VRRP_GROUP(text),                                          \
-                 .below = "/vrrp/vrrp-group",                                            \
-                 .key = "virtual-router-id",                                             \
-                 .key_path = nullptr,                                                    \
-                 .module_namespace = kNamespaceIfIp,                                     \
-                 .searched_namespace = kNamespaceIfIp,                                   \
-                 .trim_prefix = YMAP_ADDRESS(text),                                      \
-                 .flags = YFW_MAP_PATH_SUBINTERFACE,                                     \
-                 .key_flags = YFW_MAP_PATH_SUBINTERFACE,                                 \
-                 .key_create = false},                                                   \
-      .group_key = YMAP_VRRP_GROUP(text) "/virtual-router-id",                           \
-      .native_router = YMAP_VRRP_ROUTER(text),                                           \
-      .operational_router = YMAP_VRRP_OPER_ROUTER(text),                                 \
-      .family = number,                                                                  \
-      .virtual_address = YMAP_TWINS_AT(YMAP_VRRP_GROUP(text), "virtual-address"),        \
-      .preempt = {YMAP_VRRP_GROUP(text) "/config/preempt", nullptr},                     \
-      .preempt_delay = {YMAP_VRRP_GROUP(text) "/config/preempt-delay", nullptr},         \
-      .accept_mode = {YMAP_VRRP_GROUP(text) "/config/accept-mode", nullptr},             \
-      .advertisement_interval =                                                          \
-          YMAP_TWINS_AT(YMAP_VRRP_GROUP(text), "advertisement-interval"),                \
+#define YMAP_VRRP_GROUPS(text, number)                                                            \
+  {                                                                                               \
+    .addresses = {.path = YMAP_ADDRESS(text),                                                     \
+                  .below = "/" text "/addresses/address",                                         \
+                  .key = "ip",                                                                    \
+                  .key_path = YMAP_ADDRESS(text) "/ip",                                           \
+                  .module_namespace = kNamespaceIfIp,                                             \
+                  .searched_namespace = kNamespaceIfIp,                                           \
+                  .trim_prefix = kSubinterface,                                                   \
+                  .flags = YFW_MAP_PATH_INTERFACE,                                                \
+                  .key_flags = YFW_MAP_PATH_SUBINTERFACE,                                         \
+                  .key_create = false},                                                           \
+    .groups = {.path = YMAP_VRRP_GROUP(text),                                                     \
+               .below = "/vrrp/vrrp-group",                                                       \
+               .key = "virtual-router-id",                                                        \
+               .key_path = nullptr,                                                               \
+               .module_namespace = kNamespaceIfIp,                                                \
+               .searched_namespace = kNamespaceIfIp,                                              \
+               .trim_prefix = YMAP_ADDRESS(text),                                                 \
+               .flags = YFW_MAP_PATH_SUBINTERFACE,                                                \
+               .key_flags = YFW_MAP_PATH_SUBINTERFACE,                                            \
+               .key_create = false},                                                              \
+    .group_key = YMAP_VRRP_GROUP(text) "/virtual-router-id",                                      \
+    .native_router = YMAP_VRRP_ROUTER(text), .operational_router = YMAP_VRRP_OPER_ROUTER(text),   \
+    .family = number, .virtual_address = YMAP_TWINS_AT(YMAP_VRRP_GROUP(text), "virtual-address"), \
+    .preempt = {YMAP_VRRP_GROUP(text) "/config/preempt", nullptr},                                \
+    .preempt_delay = {YMAP_VRRP_GROUP(text) "/config/preempt-delay", nullptr},                    \
+    .accept_mode = {YMAP_VRRP_GROUP(text) "/config/accept-mode", nullptr},                        \
+    .advertisement_interval = YMAP_TWINS_AT(YMAP_VRRP_GROUP(text), "advertisement-interval"),     \
   }
 
 extern const VrrpGroups kGroupsIpv4;
