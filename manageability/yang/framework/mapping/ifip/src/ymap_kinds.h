@@ -42,7 +42,7 @@
 // configuration, whose subinterface is made current first.
 #define YMAP_KIND_COPY(path)                        GENERATED, ymap::add_openconfig(call, path, call.in->value)
 #define YMAP_KIND_COPY_CONFIG(path)                 GENERATED, ymap::wants_config(call.ctx) ? ymap::add_openconfig(call, path, call.in->value) : ymap::YMAP_OK
-#define YMAP_KIND_COPY_UPPER(path)                  GENERATED, ymap::add_openconfig(call, path, ymap::upper_case_value(*call.in))
+#define YMAP_KIND_COPY_UPPER(path)                  GENERATED, ymap::add_in_upper_case(call, path)
 #define YMAP_KIND_TWINS(stem, leaf)                 GENERATED, ymap::add_twins(call, YMAP_TWINS_AT(stem, leaf), call.in->value)
 #define YMAP_KIND_PLACED_TWINS(stem, leaf, value)   GENERATED, ymap::add_placed_twins(call, YMAP_TWINS_AT(stem, leaf), value)
 

@@ -22,7 +22,7 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 namespace {
 
-#define ADDRESS YMAP_SUBINTERFACE "/ipv4/addresses/address"
+#define ADDRESS YMAP_ADDRESS("ipv4")
 #define TUNNEL_ADDRESS YMAP_TUNNEL "/ipv4/addresses/address"
 
 constexpr Twins kDhcpClient = YMAP_TWINS_AT(YMAP_SUBINTERFACE "/ipv4", "dhcp-client");
@@ -142,11 +142,6 @@ YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_primary_ne
              ? add_primary_leaf(call, kPrefixLength.config, TUNNEL_ADDRESS "/config/prefix-length",
                                 length.data())
              : YMAP_OK;
-}
-
-YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_secondary_address) {
-  const cerrno result = add_openconfig(call, ADDRESS "/ip", call.in->value);
-  return result != YMAP_OK ? result : add_twins(call, kIp, call.in->value);
 }
 
 YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4iocfg_leaf_lvla_ipv4network_secondary_netmask) {

@@ -15,11 +15,3 @@ YMAP_LIST_ENTRY(
     ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_list_lvla_vrrp_virtualrouters_virtualrouter) {
   return place_configured_router(call, kGroupsIpv6);
 }
-
-YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_leaf_lvlb_vrrp_virtualrouter_acceptmodedisable) {
-  return read_back_accept_mode(call, kGroupsIpv4);
-}
-
-YMAP_LEAF(ymap_xo_ocifip_halvaneombrixipv4vrrpcfg_leaf_lvla_vrrp_virtualrouter_acceptmodedisable) {
-  return read_back_accept_mode(call, kGroupsIpv6);
-}

@@ -15,7 +15,7 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 namespace {
 
-#define ADDRESS YMAP_SUBINTERFACE "/ipv6/addresses/address"
+#define ADDRESS YMAP_ADDRESS("ipv6")
 #define TUNNEL_ADDRESS YMAP_TUNNEL "/ipv6/addresses/address"
 
 // The entries of addresses. Their key comes with their leaf.

@@ -17,7 +17,7 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 namespace {
 
-#define ADDRESS YMAP_SUBINTERFACE "/ipv6/addresses/address"
+#define ADDRESS YMAP_ADDRESS("ipv6")
 
 // A new address has no key, by design: only one that the output has already is found by it.
 constexpr EntryList kAddresses = {.path = ADDRESS,

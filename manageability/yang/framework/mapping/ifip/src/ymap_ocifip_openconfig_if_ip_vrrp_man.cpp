@@ -326,8 +326,6 @@ cerrno map_tracked_interface(const Call& call, const VrrpFamily& family) {
   return edit_leaf(call, kNamespaceIpv4VrrpCfg, family.track_interface);
 }
 
-namespace {
-
 // The native leaf says the opposite, deliberately.
 cerrno map_accept_mode(const Call& call, const VrrpFamily& family) {
   if (is_read(call.ctx)) {
@@ -347,19 +345,9 @@ cerrno map_accept_mode(const Call& call, const VrrpFamily& family) {
              : refuse_word(call);
 }
 
-}  // namespace
-
 }  // namespace ymap
 
 using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks are the file's subject
-
-YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv4_config_acceptmode) {
-  return map_accept_mode(call, kVrrpIpv4);
-}
-
-YMAP_LEAF(ymap_ox_ocifip_openconfigifip_leaf_lvla_ipv6_config_acceptmode) {
-  return map_accept_mode(call, kVrrpIpv6);
-}
 
 // --- virtual addresses ---------------------------------------------------------------------------
 

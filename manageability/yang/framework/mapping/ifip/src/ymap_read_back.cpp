@@ -1,8 +1,10 @@
 #include "ymap_read_back.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "text/bounded_text.h"
 #include "yfw/mapping.h"
 #include "ymap_namespaces.h"
 #include "ymap_request.h"
@@ -143,6 +145,19 @@ cerrno select_current_subinterface(const Call& call) {
 
 cerrno add_openconfig(const Call& call, const char* path, const char* value, bool create) {
   return add_path(call, kNamespaceIfIp, {.path = path, .value = value, .create = create});
+}
+
+cerrno add_in_upper_case(const Call& call, const char* path) {
+  if (call.in->value == nullptr) {
+    return add_openconfig(call, path, nullptr);
+  }
+  char* copy = strdup(call.in->value);
+  if (copy == nullptr) {
+    return YMAP_ERR_NO_MEMORY;
+  }
+  const cerrno result = add_openconfig(call, path, strupr(copy));
+  std::free(copy);
+  return result;
 }
 
 cerrno add_key_and_copy(const Call& call, const char* key_path, const char* copy_path) {

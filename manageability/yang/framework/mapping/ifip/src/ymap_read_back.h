@@ -170,6 +170,10 @@ cerrno select_current_subinterface(const Call& call);
 // Writes a path of openconfig-if-ip under the current entries.
 cerrno add_openconfig(const Call& call, const char* path, const char* value, bool create = false);
 
+// Writes the input's value in upper case; the input keeps its own. Returns YMAP_ERR_NO_MEMORY when
+// there is no room for a copy.
+cerrno add_in_upper_case(const Call& call, const char* path);
+
 // Writes the value of a key to the key's path and to that of its copy. Returns the first failure.
 cerrno add_key_and_copy(const Call& call, const char* key_path, const char* copy_path);
 

@@ -75,6 +75,7 @@ cerrno map_tracking_config(const Call& call, const VrrpFamily& family);
 
 // Leaves of a group's "config" and of its tracking's.
 cerrno map_preempt(const Call& call, const VrrpFamily& family);
+cerrno map_accept_mode(const Call& call, const VrrpFamily& family);
 cerrno map_advertisement_interval(const Call& call, const VrrpFamily& family);
 cerrno map_tracked_interface(const Call& call, const VrrpFamily& family);
 
