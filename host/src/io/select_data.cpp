@@ -1,6 +1,8 @@
 #include "io/select_data.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -34,7 +36,7 @@ bool names(const DocumentNode& query, const DocumentNode& node) {
          });
 }
 
-// The queries for siblings. Those that give all the keys of an entry are looked up.
+// The queries for siblings. Those that give keys of an entry are looked up.
 class Level {
  public:
   explicit Level(const Queries& parents) {
@@ -45,13 +47,30 @@ class Level {
   [[nodiscard]] Queries find(const DocumentNode& node) const {
     Queries found;
     if (const auto* query = entries_.find(node)) found.push_back(query);
-    for (const auto* query : others_) {
-      if (names(*query, node)) found.push_back(query);
+    for (const auto& by_key : by_key_) {
+      const auto* value = by_key.tag == node.tag ? key_value(node, by_key.key) : nullptr;
+      const auto queries = value == nullptr ? by_key.queries.end() : by_key.queries.find(*value);
+      if (queries != by_key.queries.end()) add_those_that_name(node, queries->second, found);
     }
+    add_those_that_name(node, others_, found);
     return found;
   }
 
  private:
+  // Queries that give some of the keys of a list, by the value of the first that they give.
+  struct ByKey {
+    std::string_view tag;
+    std::string_view key;
+    std::unordered_map<std::string_view, Queries> queries;
+  };
+
+  static void add_those_that_name(const DocumentNode& node, const Queries& queries,
+                                  Queries& found) {
+    for (const auto* query : queries) {
+      if (names(*query, node)) found.push_back(query);
+    }
+  }
+
   void add(const Nodes& queries) {
     for (const auto& query : queries) {
       const bool is_entry =
@@ -60,12 +79,26 @@ class Level {
         // The index hands out what may be changed; nothing here does.
         entries_.add(const_cast<DocumentNode&>(query));
       } else {
-        others_.push_back(&query);
+        place_of(query).push_back(&query);
       }
     }
   }
 
+  // Where to keep a query that does not give all the keys of an entry.
+  Queries& place_of(const DocumentNode& query) {
+    const auto key = std::find_if(query.children.begin(), query.children.end(), gives_value);
+    if (query.kind != NodeKind::kList || key == query.children.end()) return others_;
+    auto by_key = std::find_if(by_key_.begin(), by_key_.end(), [&](const ByKey& each) {
+      return each.tag == query.tag && each.key == key->tag;
+    });
+    if (by_key == by_key_.end()) {
+      by_key = by_key_.insert(by_key_.end(), {query.tag, key->tag, {}});
+    }
+    return by_key->queries[*key->value];
+  }
+
   SiblingIndex entries_;
+  std::vector<ByKey> by_key_;
   Queries others_;
 };
 
