@@ -38,6 +38,7 @@ const std::map<std::string, Documented> kOutcomes = {
     {"finds no entry", {.stops_with = kNotFound}},
     {"finds no entry later", {.stops_with = kNotFound, .stops_late = true}},
     {"finds no name", {.stops_with = 0xaaf29e00}},
+    {"fails the interface", {.stops_with = 0xaaf29e00}},
     {"finds no interface", {.stops_with = IMC_INTERFACE_UNKNOWN}},
     {"is out of memory", {.stops_with = 12}},
     {"goes on", {}},
@@ -100,6 +101,13 @@ class Trial {
     std::size_t depth;
     std::map<const InputNode*, int> walks{};  // of the nodes that it enters itself
     bool in_second_pass = false;
+
+    // Whether a node of its own that it enters has been walked, or stands for its deletion.
+    bool begins_second_pass(const InputNode* node) {
+      const auto children = children_of(in);
+      const bool is_below = node >= children.data() && node < children.data() + children.size();
+      return ++walks[node] > 1 || (in.kind == NIDL_YFW_KIND_LIST && !is_below);
+    }
   };
 
   template <std::size_t kIndex>
@@ -140,13 +148,9 @@ bool Trial::fails(const ServiceCall& call) {
     return false;
   }
   Frame& frame = frames_.back();
-  if (std::string_view(call.service) == "yfw_map_add_to_node_hierarchy" &&
-      frame.request.hierarchy().nodes().size() == frame.depth) {
-    const auto children = children_of(frame.in);
-    const bool is_below =
-        call.node >= children.data() && call.node < children.data() + children.size();
-    frame.in_second_pass =
-        ++frame.walks[call.node] > 1 || (frame.in.kind == NIDL_YFW_KIND_LIST && !is_below);
+  // A pass begins where a node is entered, and has ended when nothing is being walked any more.
+  if (frame.request.hierarchy().nodes().size() == frame.depth) {
+    frame.in_second_pass = call.service == kPush && frame.begins_second_pass(call.node);
   }
   const char* previous = std::exchange(previous_, call.service);
   ++calls_;
