@@ -34,6 +34,7 @@ struct Documented {
 };
 
 const std::map<std::string, Documented> kOutcomes = {
+    {"passes it on", {.stops_with = kFault}},
     {"refuses the value", {.stops_with = 0xaaf2f400}},
     {"finds no entry", {.stops_with = kNotFound}},
     {"finds no entry later", {.stops_with = kNotFound, .stops_late = true}},

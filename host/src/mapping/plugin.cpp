@@ -22,11 +22,9 @@ namespace {
 // Of a model that a plug-in may leave out.
 constexpr const char* kIpv6ExtensionEntry = "ymap_ox_ocifip_openconfigifipext_augment_lvla_ipv6";
 
-#define OCIFIP_INTERFACE_MANAGER(name) "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_" name
-
 // In the order in which an interface-configuration entry is handed to them.
 constexpr const char* kInterfaceReadBacks[] = {
-    OCIFIP_INTERFACE_MANAGER("interfaceconfigurations_interfaceconfiguration"),
+    "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_interfaceconfigurations_interfaceconfiguration",
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvla_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv4iocfg_augment_lvlb_interface_configuration",
     "ymap_xo_ocifip_halvaneombrixipv6macfg_augment_lvla_interface_configuration",
@@ -43,7 +41,7 @@ struct NamedTree {
 
 constexpr NamedTree kNamedTrees[] = {
     {"urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg", "global-interface-configuration",
-     OCIFIP_INTERFACE_MANAGER("globalinterfaceconfiguration")},
+     "ymap_xo_ocifip_halvaneombrixifmgrcfg_lvla_globalinterfaceconfiguration"},
     {"urn:halvane:yang:Halvane-Ombrix-ipv4-io-oper", "ipv4-network",
      "ymap_xo_ocifip_halvaneombrixipv4iooper_lvla_ipv4network"},
     {"urn:halvane:yang:Halvane-Ombrix-ipv4-arp-cfg", "arp-redundancy",

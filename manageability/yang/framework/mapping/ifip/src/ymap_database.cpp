@@ -35,6 +35,12 @@ cerrno bind_database(sysdb_handle*& handle, const char* prefix, sysdb_bind_mode 
   return database_available() ? _sysdb_bind(&handle, prefix, mode) : SYSDB_UNAVAILABLE;
 }
 
+cerrno bind_failed(const Call& call, const char* ifname, cerrno result) {
+  YMAP_TRACE(call, "IP-MAP: sysdb_bind failed : %s for interface %s (IP Address not found)",
+             cerr_strerror(result), ifname);
+  return result;
+}
+
 void release_database(sysdb_handle*& handle) {
   if (handle == nullptr) {
     return;

@@ -23,6 +23,9 @@ extern sysdb_handle* dhcp_database;
 // without trying when the client is not installed.
 cerrno bind_database(sysdb_handle*& handle, const char* prefix, sysdb_bind_mode mode);
 
+// Writes the line on a binding that failed, for an interface's sake. Returns the result.
+cerrno bind_failed(const Call& call, const char* ifname, cerrno result);
+
 // Releases a handle and forgets it; null is allowed. Without a client there is nothing to release.
 void release_database(sysdb_handle*& handle);
 

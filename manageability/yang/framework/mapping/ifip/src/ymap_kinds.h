@@ -28,10 +28,11 @@
 #define YMAP_KIND_CALLING(function)          GENERATED, function(call.ctx, call.in, call.out)
 #define YMAP_KIND_CALLING_ON_READ(function)  GENERATED, ymap::is_read(call.ctx) ? function(call.ctx, call.in, call.out) : ymap::YMAP_OK
 
-// To native: an edited leaf (further arguments: EditOptions), one that reads alone ask for, and one
-// that they ask a private summary for.
+// To native: an edited leaf (further arguments: EditOptions), one that reads alone ask for, with the
+// value that they look for or without, and one that they ask a private summary for.
 #define YMAP_KIND_EDIT(module_namespace, path, ...)  GENERATED, ymap::edit_leaf(call, ymap::module_namespace, path __VA_OPT__(, {__VA_ARGS__}))
 #define YMAP_KIND_QUERY(module_namespace, path)      GENERATED, ymap::query_native(call, ymap::module_namespace, path)
+#define YMAP_KIND_ASK(module_namespace, path)        GENERATED, ymap::ask_native(call, ymap::module_namespace, path)
 #define YMAP_KIND_MIRROR(place)                      GENERATED, ymap::query_mirrored(call, ymap::place, step)
 
 // What a function of ymap does with the call and, perhaps, an argument.

@@ -15,7 +15,7 @@ constexpr NeighborLists kLists = {kInterfaces, kSubinterfaces, kIpv4Neighbors};
 // Without a name, that of the interface is empty.
 OpenConfigKeys keys_of(const char* interface) {
   InternalName name{};
-  std::snprintf(name.data(), name.size(), "%s", interface == nullptr ? "" : interface);
+  std::snprintf(name.data(), name.size(), "%s", interface != nullptr ? interface : "");
   return split_interface_name(name.data());
 }
 
@@ -24,7 +24,7 @@ OpenConfigKeys keys_of(const char* interface) {
 cerrno place_ipv4_neighbor(const Call& call, const char* list, const char* interface) {
   const char* address = entry_leaf(call, list, "address");
   const OpenConfigKeys keys = keys_of(entry_leaf(call, list, interface));
-  if (keys.interface[0] == '\0' || address == nullptr) {
+  if (!keys.name_an_interface() || address == nullptr) {
     return YMAP_ERR_NO_KEYS;
   }
   return place_neighbor(call, keys, kLists, [address] { return address; });

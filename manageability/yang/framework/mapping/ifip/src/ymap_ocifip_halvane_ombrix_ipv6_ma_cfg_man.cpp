@@ -171,6 +171,11 @@ cerrno add_autoconf(const Call& call) {
                          .value = kOn});
 }
 
+bool has_interface(const Call& call) {
+  const OpenConfigKeys keys = split_interface_name(current_interface_name(call.ctx));
+  return EntryCursor(call).find(kInterfaces, keys.interface.data()) == YMAP_OK;
+}
+
 }  // namespace
 
 YMAP_LEAF(ymap_ombrix_2_oc_v6_auto_conf) {
@@ -178,10 +183,10 @@ YMAP_LEAF(ymap_ombrix_2_oc_v6_auto_conf) {
   convert_to_internal_ifname(call.ctx, name, entry_leaf(call, kNativeInterface, "interface-name"));
   const cerrno selected =
       ymap_xo_ocifip_halvaneombrixifmgrcfg_subinterface_index(call.ctx, call.in, call.out);
-  if (selected != YMAP_OK) {
+  if (selected != YMAP_OK && !has_interface(call)) {
     // Nothing else of the interface has been read back: no failure of the whole read.
     YMAP_TRACE(call, "IP-MAP: no interface %s to write autoconf to", name.data());
     return YMAP_OK;
   }
-  return add_autoconf(call);
+  return selected != YMAP_OK ? selected : add_autoconf(call);
 }

@@ -19,6 +19,15 @@ namespace {
 
 #define ADDRESS YMAP_ADDRESS("ipv6")
 
+// What becomes of a new interface and a new subinterface is not looked at, by design: the result is
+// the address's.
+constexpr EntryList unchecked(EntryList list) {
+  list.checked = false;
+  return list;
+}
+constexpr EntryList kUncheckedInterfaces = unchecked(kInterfaces);
+constexpr EntryList kUncheckedSubinterfaces = unchecked(kSubinterfacesWithNewKeys);
+
 // A new address has no key, by design: only one that the output has already is found by it.
 constexpr EntryList kAddresses = {.path = ADDRESS,
                                   .below = "/ipv6/addresses/address",
@@ -66,18 +75,14 @@ const char* status_of(const Node* state) {
 
 YMAP_LIST_ENTRY(ymap_xo_ocifip_halvaneombrixipv6maoper_list_lvla_ipv6network_detail_address) {
   const EntryKey name = entry_key(call, YMAP_IPV6_DETAIL, "interface-name");
-  if (name.value == nullptr) {
+  const OpenConfigKeys keys = split_interface_name(name.value);
+  if (!keys.name_an_interface()) {
     return name.result != YMAP_OK ? name.result : YMAP_ERR_NO_KEYS;
   }
-  const OpenConfigKeys keys = split_interface_name(name.value);
   EntryCursor cursor(call);
-  cerrno result = cursor.find_or_add(kInterfaces, keys.interface.data());
-  if (result == YMAP_OK) {
-    result = cursor.find_or_add(kSubinterfacesWithNewKeys, keys.index.data());
-  }
-  if (result == YMAP_OK) {
-    result = select_address(call, cursor);
-  }
+  cursor.find_or_add(kUncheckedInterfaces, keys.interface.data());
+  cursor.find_or_add(kUncheckedSubinterfaces, keys.index.data());
+  const cerrno result = select_address(call, cursor);
   if (result == YMAP_OK) {
     // For the leaves of the entry; the walker clears it behind them.
     yfw_map_copy_trim_path_list_ctx(call.ctx, ADDRESS);

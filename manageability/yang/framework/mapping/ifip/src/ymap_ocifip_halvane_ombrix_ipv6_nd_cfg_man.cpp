@@ -23,12 +23,13 @@ constexpr NeighborLists kLists = [] {
 }  // namespace
 
 YMAP_LIST_ENTRY(ymap_xo_ocifip_halvaneombrixipv6ndcfg_list_lvla_ipv6neighbor_neighbors_neighbor) {
-  const char* ifname = entry_leaf(call, YMAP_STATIC_NEIGHBOR, "interface-name");
-  if (ifname == nullptr) {
+  const OpenConfigKeys keys =
+      split_interface_name(entry_leaf(call, YMAP_STATIC_NEIGHBOR, "interface-name"));
+  if (!keys.name_an_interface()) {
     YMAP_ERROR(call, "No valid interface name returned.");
     return YMAP_ERR_NO_SUBTREE;
   }
-  return place_neighbor(call, split_interface_name(ifname), kLists,
+  return place_neighbor(call, keys, kLists,
                         [&] { return entry_leaf(call, YMAP_STATIC_NEIGHBOR, "neighbor-address"); });
 }
 

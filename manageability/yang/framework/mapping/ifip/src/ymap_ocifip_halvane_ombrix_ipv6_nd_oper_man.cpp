@@ -10,12 +10,12 @@ using namespace ymap;  // NOLINT(google-build-using-namespace): the callbacks ar
 
 namespace {
 
-// What becomes of the keys of a new interface and a new subinterface is not looked at, by design.
+// What becomes of a new interface and a new subinterface is not looked at, by design.
 constexpr NeighborLists kLists = [] {
   NeighborLists lists = {kInterfaces, kSubinterfaces, kIpv6Neighbors};
   lists.interfaces.key_create = false;
-  lists.interfaces.key_checked = false;
-  lists.subinterfaces.key_checked = false;
+  lists.interfaces.checked = false;
+  lists.subinterfaces.checked = false;
   lists.subinterfaces.key_from_entry_below_found = true;
   return lists;
 }();
@@ -24,11 +24,12 @@ constexpr NeighborLists kLists = [] {
 
 YMAP_LIST_ENTRY(
     ymap_xo_ocifip_halvaneombrixipv6ndoper_list_lvla_ipv6nodediscovery_hostaddresses_hostaddress) {
-  const EntryKey ifname = entry_key(call, YMAP_ND_INTERFACE, "interface-name");
-  if (ifname.value == nullptr) {
-    return ifname.result != YMAP_OK ? ifname.result : YMAP_ERR_NO_KEYS;
+  const EntryKey name = entry_key(call, YMAP_ND_INTERFACE, "interface-name");
+  const OpenConfigKeys keys = split_interface_name(name.value);
+  if (!keys.name_an_interface()) {
+    return name.result != YMAP_OK ? name.result : YMAP_ERR_NO_KEYS;
   }
-  return place_neighbor(call, split_interface_name(ifname.value), kLists,
+  return place_neighbor(call, keys, kLists,
                         [&] { return entry_leaf(call, YMAP_ND_HOST, "host-address"); });
 }
 

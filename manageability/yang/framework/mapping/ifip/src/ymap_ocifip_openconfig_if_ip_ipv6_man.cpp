@@ -28,11 +28,12 @@ YMAP_CONTAINER(ymap_ox_ocifip_openconfigifip_cont_lvla_ipv6_addresses) {
   if (is_read(call.ctx)) {
     return add_path(call, kNamespaceIpv6MaCfg, {.path = kPath, .value = call.in->value});
   }
-  // A write without addresses says nothing. With them, a replace of the list is one of the native
-  // list.
-  return call.child_count == 0 && !is_delete(*call.in)
-             ? YMAP_OK
-             : add_path(call, kNamespaceIpv6MaCfg, {.path = kPath, .source = call.in});
+  // A replace of the list is one of the native list, also by nothing; otherwise a write without
+  // addresses says nothing.
+  const bool says_nothing = call.child_count == 0 && !is_delete(*call.in) &&
+                            call.in->edit_operation != NIDL_YFW_EDIT_REPLACE;
+  return says_nothing ? YMAP_OK
+                      : add_path(call, kNamespaceIpv6MaCfg, {.path = kPath, .source = call.in});
 }
 
 YMAP_LIST_ENTRY(ymap_ox_ocifip_openconfigifip_list_lvla_ipv6_addresses_address) {

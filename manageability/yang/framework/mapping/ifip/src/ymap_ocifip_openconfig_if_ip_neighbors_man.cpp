@@ -56,12 +56,6 @@ bool deletes_all(const Call& call) {
 
 // --- neighbors that a delete without keys is for -------------------------------------------------
 
-cerrno bind_failed(const Call& call, const char* ifname, cerrno result) {
-  YMAP_TRACE(call, "IP-MAP: sysdb_bind failed : %s for interface %s (IP Address not found)",
-             cerr_strerror(result), ifname);
-  return result;
-}
-
 InternalName internal_name_of(const Call& call, const char* ifname) {
   InternalName name{};
   convert_to_internal_ifname(call.ctx, name, ifname, call.name);

@@ -1,7 +1,9 @@
 // The proxy-ARP mode of a subinterface to the two switches of the native model.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 
 #include "sysdb/sysdb.h"
 #include "yfw_map_ifip_util.h"
@@ -44,10 +46,10 @@ cerrno write_mode(const Call& call) {
 }
 
 // Deletes a switch that is configured. A failed read of the database is told, and no failure.
-cerrno delete_configured(const Call& call, sysdb_handle* database, const InternalName& ifname,
+cerrno delete_configured(const Call& call, sysdb_handle* database, const char* ifname,
                          const Switch& native) {
   std::array<char, 256> path;
-  std::snprintf(path.data(), path.size(), native.item_format, ifname.data());
+  std::snprintf(path.data(), path.size(), native.item_format, ifname);
   DatabaseItem item;
   const cerrno found = item.read(database, path.data());
   if (found == YMAP_OK) {
@@ -67,14 +69,14 @@ cerrno delete_mode(const Call& call) {
   sysdb_handle* database = nullptr;
   const BoundDatabase bound(database, CONFIGURED, SYSDB_BIND_READ);
   if (bound.result() != YMAP_OK) {
-    YMAP_TRACE(call, "IP-MAP: sysdb_bind failed : %s for interface %s (IP Address not found)",
-               cerr_strerror(bound.result()), interface);
-    return bound.result();
+    return bind_failed(call, interface, bound.result());
   }
-  InternalName ifname{};
-  convert_to_internal_ifname(call.ctx, ifname, interface, call.name);
-  const cerrno result = delete_configured(call, database, ifname, kProxyArp);
-  return result != YMAP_OK ? result : delete_configured(call, database, ifname, kLocalProxyArp);
+  // The database's form of the name, however long it is.
+  std::array<char, sizeof state->current_ifname> ifname{};
+  std::replace_copy(interface, interface + std::strlen(interface), ifname.begin(), '/', '_');
+  const cerrno result = delete_configured(call, database, ifname.data(), kProxyArp);
+  return result != YMAP_OK ? result
+                           : delete_configured(call, database, ifname.data(), kLocalProxyArp);
 }
 
 }  // namespace

@@ -247,7 +247,7 @@ cerrno map_advertisement_interval(const Call& call, const VrrpFamily& family) {
   }
   std::array<char, 16> milliseconds;
   std::snprintf(milliseconds.data(), milliseconds.size(), "%lu",
-                static_cast<unsigned long>(std::strtol(call.in->value, nullptr, 10) * 10));
+                static_cast<unsigned long>(std::strtol(call.in->value, nullptr, 10)) * 10);
   return add_all(
       call, kNamespaceIpv4VrrpCfg,
       {{.path = family.advertisement_time, .value = milliseconds.data(), .source = call.in},
@@ -275,14 +275,35 @@ namespace {
 
 constexpr const char* kUsualDecrement = "10";
 
-// A leaf of the tracking's "config" being mapped, or null.
-const char* tracking_leaf(const Call& call, const VrrpFamily& family, const char* leaf) {
-  std::array<char, 200> path;
-  std::snprintf(path.data(), path.size(), "%.*sinterface-tracking/config",
-                static_cast<int>(std::strlen(family.group_config) - std::strlen("config")),
-                family.group_config);
-  const char* value = nullptr;
-  return yfw_map_get_node_info(call.ctx, path.data(), leaf, &value) == YMAP_OK ? value : nullptr;
+// What the tracking's "config" of an edit says that is not deleted.
+struct Tracking {
+  std::uint32_t count = 0;  // of interfaces
+  const char* first = "";   // of them
+  const char* decrement = kUsualDecrement;
+};
+
+Tracking tracking_in(const Children& config) {
+  Tracking tracking;
+  for (const Node& leaf : config) {
+    if (leaf.value == nullptr || is_delete(leaf)) {
+      continue;
+    }
+    if (yfw_map_do_these_match(leaf.tag, "priority-decrement") != 0) {
+      tracking.decrement = leaf.value;
+    } else if (yfw_map_do_these_match(leaf.tag, "track-interface") != 0 && tracking.count++ == 0) {
+      tracking.first = leaf.value;
+    }
+  }
+  return tracking;
+}
+
+// The same of the group being mapped.
+Tracking tracking_of_group(const Call& call) {
+  const Node* node = group_of(call);
+  for (const char* tag : {"interface-tracking", "config"}) {
+    node = node != nullptr ? children_of(*node).find(tag) : nullptr;
+  }
+  return node != nullptr ? tracking_in(children_of(*node)) : Tracking();
 }
 
 cerrno add_track(const Call& call, const VrrpFamily& family, const char* decrement) {
@@ -304,26 +325,22 @@ cerrno map_tracking_config(const Call& call, const VrrpFamily& family) {
   if (is_delete(*call.in)) {
     return add(call, {.path = family.track, .source = call.in, .create = true});
   }
-  const Children children = children_of(*call.in);
-  const Node* decrement =
-      count_of(children, "track-interface") > 1 ? children.find("priority-decrement") : nullptr;
-  return add_track(call, family, decrement != nullptr ? decrement->value : kUsualDecrement);
+  const Tracking tracking = tracking_in(children_of(*call.in));
+  return add_track(call, family, tracking.count > 1 ? tracking.decrement : kUsualDecrement);
 }
 
-// The first tracked interface names the entry that "config" has made, each further one has its own.
+// The first tracked interface names the entry that "config" has made, each further one has its own;
+// beside them, one that is deleted goes with the list that is replaced.
 cerrno map_tracked_interface(const Call& call, const VrrpFamily& family) {
-  if (is_edit(call.ctx) && !is_delete(*call.in)) {
-    const char* first = tracking_leaf(call, family, "track-interface");
-    if (first != nullptr && yfw_map_do_these_match(first, call.in->value) == 0) {
-      const char* decrement = tracking_leaf(call, family, "priority-decrement");
-      const cerrno result =
-          add_track(call, family, decrement != nullptr ? decrement : kUsualDecrement);
-      if (result != YMAP_OK) {
-        return result;
-      }
-    }
+  const Tracking tracking = is_edit(call.ctx) ? tracking_of_group(call) : Tracking();
+  if (tracking.count > 0 && is_delete(*call.in)) {
+    return YMAP_OK;
   }
-  return edit_leaf(call, kNamespaceIpv4VrrpCfg, family.track_interface);
+  const bool is_further =
+      tracking.count > 0 && yfw_map_do_these_match(tracking.first, call.in->value) == 0;
+  const cerrno result = is_further ? add_track(call, family, tracking.decrement) : YMAP_OK;
+  return result != YMAP_OK ? result
+                           : edit_leaf(call, kNamespaceIpv4VrrpCfg, family.track_interface);
 }
 
 // The native leaf says the opposite, deliberately.

@@ -29,6 +29,10 @@ cerrno query_native(const Call& call, const char* module_namespace, const char* 
              : add_path(call, module_namespace, {.path = path, .value = call.in->value});
 }
 
+cerrno ask_native(const Call& call, const char* module_namespace, const char* path) {
+  return is_edit(call.ctx) ? YMAP_OK : add_path(call, module_namespace, {.path = path});
+}
+
 cerrno node_of_interface(const Call& call, const char* ifname, NodeName& node) {
   return interface_exists(call.ctx, call.name, ifname)
              ? get_node_info(call.ctx, node, ifname)

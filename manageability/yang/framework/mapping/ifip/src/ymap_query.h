@@ -45,6 +45,9 @@ cerrno query_mirrored(const Call& call, const Mirror& place, const char* leaf);
 // Asks for a native path, with the node's value if it has one. An edit asks for nothing.
 cerrno query_native(const Call& call, const char* module_namespace, const char* path);
 
+// The same without the value, which the native leaf does not have in that form.
+cerrno ask_native(const Call& call, const char* module_namespace, const char* path);
+
 // The name of the node that an interface is on, by which operational entries are keyed; that of the
 // local node for an interface that does not exist.
 //

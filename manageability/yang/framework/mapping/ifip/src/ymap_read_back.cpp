@@ -30,7 +30,8 @@ bool wants_state(const yfw_map_ctx* ctx) { return request_op(ctx) == YFW_MAP_REQ
 OpenConfigKeys split_interface_name(const char* name) {
   OpenConfigKeys keys;
   // A part that is missing leaves its text as it is.
-  std::sscanf(name, "%200[^.].%200s", keys.interface.data(), keys.index.data());
+  std::sscanf(name != nullptr ? name : "", "%200[^.].%200s", keys.interface.data(),
+              keys.index.data());
   return keys;
 }
 
@@ -86,6 +87,7 @@ cerrno EntryCursor::find_or_add(const EntryList& list, const char* key, Node** s
 cerrno EntryCursor::add(const EntryList& list, const char* key, Node** slot, const Node* source) {
   Node* const above = node_;
   const bool key_from_entry = list.key_from_entry_below_found && !is_new_;
+  is_new_ = true;
   {
     const TrimPrefix trimmed(call_.ctx, list.trim_prefix);
     const cerrno result = add_entry(list, slot, source);
@@ -108,9 +110,8 @@ cerrno EntryCursor::add_entry(const EntryList& list, Node** slot, const Node* so
                                   .flags = list.flags});
   if (result == YMAP_OK) {
     node_ = *stored;
-    is_new_ = true;
   }
-  return result;
+  return list.checked ? result : YMAP_OK;
 }
 
 cerrno EntryCursor::add_key(const EntryList& list, const char* key, Node* base) {
@@ -123,7 +124,7 @@ cerrno EntryCursor::add_key(const EntryList& list, const char* key, Node* base) 
                                   .create = list.key_create,
                                   .base = base,
                                   .flags = list.key_flags});
-  return list.key_checked ? result : YMAP_OK;
+  return list.checked ? result : YMAP_OK;
 }
 
 Node** current_slot(const Call& call) {

@@ -33,7 +33,11 @@ inline constexpr const char* kSubinterface = YMAP_SUBINTERFACE;
 struct OpenConfigKeys {
   std::array<char, 201> interface {};
   std::array<char, 201> index{'0'};  // "0" for a name without a dot
+
+  // Whether there is an interface: not in an empty name, nor in one that begins with a dot.
+  [[nodiscard]] bool name_an_interface() const { return interface[0] != '\0'; }
 };
+// Null is taken for the empty name.
 [[nodiscard]] OpenConfigKeys split_interface_name(const char* name);
 
 // Whether a native interface name has a dot: the framework makes the subinterface of such a name
@@ -81,7 +85,7 @@ struct EntryList {
   std::uint32_t key_flags;            // of its key
   bool key_create;                    // create flag of the key
   bool looked_for_below_new = false;  // search also below an entry that has just been made
-  bool key_checked = true;            // a key that cannot be written is a failure
+  bool checked = true;                // a new entry or key that cannot be written is a failure
   // Below an entry that was found, a new entry's key is written from the new entry itself on, whose
   // path is the trim prefix then.
   bool key_from_entry_below_found = false;

@@ -152,7 +152,7 @@ cerrno vrrp_get_info_from_sysdb(const Call& call, VipDb& db, const char* ifname,
     const cerrno result = bind_database(vrrp_database, "/oper/ip-vrrp/gl/", SYSDB_BIND_VRRP);
     if (result != YMAP_OK) {
       vrrp_database = nullptr;
-      return result;
+      return bind_failed(call, ifname, result);
     }
   }
   return vrrp_get_ipv4_addr_list(call, db, ifname, router_id);

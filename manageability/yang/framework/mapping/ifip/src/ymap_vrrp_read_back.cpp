@@ -71,7 +71,9 @@ cerrno place_configured_router(const Call& call, const VrrpGroups& groups) {
     return number.result != YMAP_OK ? number.result : YMAP_ERR_NO_KEYS;
   }
   if (is_delete(*call.in)) {
-    return add_path(call, kNamespaceIfIp, {.path = groups.groups.path, .source = call.in});
+    // Current, so that the leaf of the number names it.
+    return add_path(call, kNamespaceIfIp,
+                    {.path = groups.groups.path, .source = call.in, .created = current_slot(call)});
   }
   // The leaf of the number writes the group's key.
   return interface.value == nullptr
@@ -110,14 +112,17 @@ cerrno read_back_accept_mode(const Call& call, const VrrpGroups& groups) {
   return add_twins(call, groups.accept_mode, call.in->value != nullptr ? "false" : "true");
 }
 
+constexpr std::size_t kLongestTime = 15;
+
 // OpenConfig counts centiseconds, the native model milliseconds.
 cerrno read_back_advertisement_time(const Call& call, const VrrpGroups& groups) {
   if (call.in->value == nullptr) {
     return YMAP_ERR_NO_SUBTREE;
   }
-  std::array<char, 16> centiseconds;
-  std::snprintf(centiseconds.data(), centiseconds.size(), "%u",
-                static_cast<std::uint32_t>(std::strtoul(call.in->value, nullptr, 10)) / 10);
+  std::array<char, 24> centiseconds;
+  std::snprintf(centiseconds.data(), centiseconds.size(), "%lu",
+                std::strtoul(call.in->value, nullptr, 10) / 10);
+  centiseconds[kLongestTime] = '\0';
   return add_twins(call, groups.advertisement_interval, centiseconds.data());
 }
 
