@@ -17,10 +17,14 @@ namespace {
 
 constexpr std::string_view kSubinterface = "/interfaces/interface/subinterfaces/subinterface";
 
-// Where words of the device's come through, and what stands for those that the type does not have.
-const std::set<std::string> kOfTheDevice = {
+#define IPV6_ROUTER "/vrrp/interfaces/interface/ipv6/version3/virtual-routers/virtual-router"
+
+// Where any word comes through, and what stands for those that the type does not have.
+const std::set<std::string> kAsTheyCome = {
     std::string(kSubinterface) + "/index",
-    std::string(kSubinterface) + "/ipv6/addresses/address/state/status"};
+    std::string(kSubinterface) + "/ipv6/addresses/address/state/status",
+    IPV6_ROUTER "/global-ipv6-addresses/global-ipv6-address/ip-address",
+    IPV6_ROUTER "/link-local-ipv6-address/ip-address"};
 constexpr const char* kAnyWord = "(any word)";
 
 // What is written though the models do not have it, and is meant to be.
@@ -34,13 +38,13 @@ const std::set<std::string> kDeviations = {
     std::string(kSubinterface) + "/ipv6/autoconf/state/create-global-addresses = TRUE",
     std::string(kSubinterface) + "/ipv6/neighbors/neighbor/state/is-router = TRUE",
     std::string(kSubinterface) + "/ipv6/neighbors/neighbor/state/is-router = FALSE",
-    // The number of a group is looked at with the group's "config" alone.
-    "/vrrp/interfaces/interface/ipv4/version3/virtual-routers/virtual-router/vr-id = 0",
-    "/vrrp/interfaces/interface/ipv6/version3/virtual-routers/virtual-router/vr-id = 0",
     // Native states that the mapping does not translate.
     std::string(kSubinterface) + "/ipv6/addresses/address/state/status = " + kAnyWord,
     // What follows the first dot of a native name, whatever it is.
     std::string(kSubinterface) + "/index = " + kAnyWord,
+    // The model has one type for addresses of both families, and the mapping does not look at them.
+    std::string(IPV6_ROUTER "/global-ipv6-addresses/global-ipv6-address/ip-address = ") + kAnyWord,
+    std::string(IPV6_ROUTER "/link-local-ipv6-address/ip-address = ") + kAnyWord,
 };
 
 bool is_openconfig(const Place& place) { return place.module.starts_with("openconfig-"); }
@@ -61,7 +65,7 @@ std::string deviation(const Models& models, const WrittenNode& node) {
                                            node.value.size(), nullptr, nullptr, nullptr);
   // A reference is not followed.
   const bool is_valid = result == LY_SUCCESS || result == LY_EINCOMPLETE;
-  const std::string value = kOfTheDevice.contains(place.path) ? kAnyWord : node.value;
+  const std::string value = kAsTheyCome.contains(place.path) ? kAnyWord : node.value;
   return is_valid ? "" : place.path + " = " + value;
 }
 
