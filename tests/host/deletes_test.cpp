@@ -161,6 +161,31 @@ TEST_F(Deletes, ASourceMaySayNoneOfAKeyAsWell) {
 
 // --- keys of interfaces --------------------------------------------------------------------------
 
+// In a short list and in a long one, which is searched in another way.
+TEST_F(Deletes, AnEntryThatTakesItsInterfaceAtTheEndIsOneWithItsSuccessor) {
+  const auto replace = [&](const char* address) {
+    write({.path = kEntry, .source = &neighbor, .create = true});
+    write({kEntry + "/address", address, &neighbor});
+    write({.path = kEntry, .source = &keys[0], .create = true});
+    write({kEntry + "/address", address, &keys[0]});
+    write({kEntry + "/mac", "00:00:00:00:00:01", &keys[0]});
+    write({kEntry + "/interface", "Eth1.5", &keys[0]});
+  };
+  const auto replaced = [](const std::string& address) {
+    const std::string entry = kEntry + "[address='" + address + "'][interface='Eth1.5']";
+    return entry + " (1)\n" + entry + "/mac = 00:00:00:00:00:01\n";
+  };
+  std::string expected;
+  for (const char* address : {"10.0.0.1", "10.0.0.2", "10.0.0.3", "10.0.0.4", "10.0.0.5",
+                              "10.0.0.6", "10.0.0.7", "10.0.0.8", "10.0.0.9", "10.0.0.10"}) {
+    replace(address);
+    expected += replaced(address);
+    EXPECT_EQ(output(), expected);
+  }
+  replace("10.0.0.10");
+  EXPECT_EQ(output(), expected);
+}
+
 TEST_F(Deletes, AnEntryIsOfTheSubinterfaceThatItWasMadeFor) {
   const auto add = [&](const char* address, const char* interface) {
     write({.path = kEntry, .create = true});

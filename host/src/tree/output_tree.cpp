@@ -60,6 +60,14 @@ bool matches(const OutputNode* entry, KeyValues wanted) {
   return true;
 }
 
+// Whether one of two siblings in the same slot stands before the other.
+bool stands_before(const OutputNode* node, const OutputNode* other) {
+  while (node != nullptr && node != other) {
+    node = node->next;
+  }
+  return node == other;
+}
+
 }  // namespace
 
 OutputTree::OutputTree(Arena& arena, const Place* root)
@@ -187,12 +195,12 @@ void OutputTree::forget_current_entries() {
   current_slots_.clear();
 }
 
-OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted) {
+OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted, const OutputNode* but) {
   if (slot == nullptr) {
     return nullptr;
   }
   const auto is_wanted = [&](const OutputNode* entry) {
-    return entry->joined == nullptr && matches(entry, wanted);
+    return entry != but && entry->joined == nullptr && matches(entry, wanted);
   };
   if (slot->index != nullptr) {
     return slot->index->find(hash_keys(wanted), is_wanted);
@@ -275,15 +283,17 @@ OutputNode* OutputTree::name_entry(OutputNode* entry, const Place* key, std::str
   return entry;
 }
 
-// An entry that has just taken a key: an older one with the same keys takes it in.
+// An entry that has just taken a key: of it and another one with the same keys, the older one takes
+// the other in. That may be the entry itself, if it has waited for its key.
 OutputNode* OutputTree::complete_entry(OutputNode* entry) {
   ChildSlot* entries = find_slot(entry->parent, entry->place);
-  if (is_complete(entry)) {
-    OutputNode* older = find(entries, key_values(entry));
-    if (older != nullptr && older != entry) {
-      absorb(older, entry);
-      return older;
-    }
+  OutputNode* same = is_complete(entry) ? find(entries, key_values(entry), entry) : nullptr;
+  if (same != nullptr && !stands_before(entry, same)) {
+    absorb(same, entry);
+    return same;
+  }
+  if (same != nullptr) {
+    absorb(entry, same);
   }
   index_keys(entries, entry);
   return entry;

@@ -103,7 +103,8 @@ class OutputTree {
 
  private:
   static ChildSlot* find_slot(const OutputNode* parent, const Place* place);
-  static OutputNode* find(const ChildSlot* slot, KeyValues wanted);
+  // The first entry with the keys that are given, but for one; null when there is none.
+  static OutputNode* find(const ChildSlot* slot, KeyValues wanted, const OutputNode* but = nullptr);
   ChildSlot* slot(OutputNode* parent, const Place* place);
   OutputNode* append(ChildSlot* slot, OutputNode* parent);
   void set_current(ChildSlot* slot, OutputNode* entry);
