@@ -48,6 +48,7 @@ constexpr std::array kWords = {
     Words{SYSDB_ITEM_NOT_FOUND, "item-not-found", "the database does not hold the item"},
     Words{SYSDB_LIST_EMPTY, "list-empty", "the database list has no further item"},
     Words{SYSDB_UNAVAILABLE, "database", "the database is not available"},
+    Words{YFW_MAP_ERR_NAMELESS_ITEM, "nameless-item", "an item of a database list has no name"},
     Words{kInvalidArguments, "invalid-arguments",
           "a container that is deleted must have no content in the request"},
     Words{YFW_MAP_ERR_NO_SUBTREE, "no-subtree", "the children of a node cannot be read"},

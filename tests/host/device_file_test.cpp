@@ -7,6 +7,7 @@
 #include "cases.h"
 #include "io/device_file.h"
 #include "io_testing.h"
+#include "result_codes.h"
 
 namespace ocifip {
 namespace {
@@ -32,7 +33,8 @@ std::string device_of(const std::string& fields) {
     }
     text += print(device.native, Format::kTree);
     for (const auto& [path, item] : device.sysdb) {
-      text += path + ' ' + std::to_string(item.type) + item.text + item.record + item.fields + '\n';
+      text += path + ' ' + (item.error == 0 ? std::to_string(item.type) : hexadecimal(item.error)) +
+              item.text + item.record + item.fields + '\n';
     }
     const auto flag = [](bool is_set) { return is_set ? '1' : '0'; };
     return text + flag(device.sysdb_absent) + flag(device.interface_manager_absent) +

@@ -61,7 +61,8 @@ class Database : public testing::Test {
       std::uint32_t length = 0;
       std::uint32_t type = 0;
       result = sysdb_datalist_next(items, &name, &buffer, &length, &type);
-      text += result == kOk ? std::to_string(type) + ' ' + name + '\n' : hexadecimal(result) + '\n';
+      const std::string shown = name == nullptr ? "(null)" : name;
+      text += (result == kOk ? std::to_string(type) + ' ' + shown : hexadecimal(result)) + '\n';
     }
     sysdb_datalist_free(items);
     return text;
@@ -104,6 +105,16 @@ TEST_F(Database, SelectsAListsItemsByTheirKey) {
   EXPECT_EQ(list("/oper/ip-vrrp/gl/", "ipv4/vrouter/", "Gi0/0/1,1"), "7 Gi0/0/1,1\n");
   EXPECT_EQ(list("/oper/ip-vrrp/gl/", "ipv4/vrouter"), "7 Gi0/0/1,1\n3 Gi0/0/1,11\n");
   EXPECT_EQ(list("/oper/ip-vrrp/gl/", "ipv4/vrouter/", "Eth9,1"), hexadecimal(SYSDB_LIST_EMPTY));
+}
+
+// An item at the path of a list has no name there, and is no item of the list above.
+TEST_F(Database, FailsAsTheDeviceFileSays) {
+  EXPECT_EQ(list("/oper/", "mixed"), "1 (null)\n0x40814200\n2 b\n");
+  EXPECT_EQ(list("/oper/", "mixed", "b"), "2 b\n");
+  EXPECT_EQ(item("/oper/", "mixed/a"), "0x40814200");
+  EXPECT_EQ(list("/oper/", "broken"), "0x40814202");
+  EXPECT_EQ(list("/oper/", "broken", "a"), "0x40814202");
+  EXPECT_EQ(item("/oper/", "broken/a"), "3 ");
 }
 
 TEST_F(Database, KnowsWhatTheConfigurationImplies) {

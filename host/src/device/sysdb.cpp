@@ -117,7 +117,8 @@ std::unique_ptr<sysdb_list> list_items(const DeviceDirectory& directory, const s
   const std::string wanted = filter == nullptr ? path : path + filter;
   for (auto& [full, item] : items_beginning_with(directory, wanted)) {
     std::string name = full.substr(path.size());
-    if (!name.empty() && is_selected(name, filter)) {
+    const bool is_nameless_elsewhere = name.ends_with('/');
+    if (!is_nameless_elsewhere && is_selected(name, filter)) {
       list->items.push_back({std::move(name), std::move(item), {}});
     }
   }
@@ -129,8 +130,26 @@ std::string list_path(const sysdb_handle& handle, const char* path) {
   return full.ends_with('/') ? full : full + '/';
 }
 
+// Opens the list of a path. Returns why it cannot be read, or that it has no items.
+cerrno open_list(const DeviceDirectory& directory, const std::string& path, const char* filter,
+                 sysdb_list** list, std::uint32_t* count) {
+  if (const auto own = find_item(directory, path); own && own->error != kOk) {
+    return own->error;
+  }
+  auto found = list_items(directory, path, filter);
+  if (found->items.empty()) {
+    return SYSDB_LIST_EMPTY;
+  }
+  *count = static_cast<std::uint32_t>(found->items.size());
+  *list = found.release();
+  return kOk;
+}
+
 // Makes an item's bytes; a record that cannot be encoded cannot be read.
 cerrno read_bytes(const DatabaseItem& item, const DeviceDirectory& directory, std::string& bytes) {
+  if (item.error != kOk) {
+    return item.error;
+  }
   try {
     bytes = item_bytes(item, directory);
     return kOk;
@@ -230,13 +249,7 @@ cerrno sysdb_datalist(sysdb_handle* handle, const char* path, const char* filter
     return SYSDB_UNAVAILABLE;
   }
   return guarded([&] {
-    auto found = ocifip::list_items(*directory, ocifip::list_path(*handle, path), filter);
-    if (found->items.empty()) {
-      return SYSDB_LIST_EMPTY;
-    }
-    *count = static_cast<uint32_t>(found->items.size());
-    *list = found.release();
-    return kOk;
+    return ocifip::open_list(*directory, ocifip::list_path(*handle, path), filter, list, count);
   });
 }
 
@@ -257,7 +270,7 @@ cerrno sysdb_datalist_next(sysdb_list* list, const char** name, const void** buf
   const cerrno result =
       guarded([&] { return ocifip::read_bytes(next.item, *directory, next.bytes); });
   if (result == kOk) {
-    *name = next.name.c_str();
+    *name = next.name.empty() ? nullptr : next.name.c_str();
     *buffer = next.bytes.data();
     *length = static_cast<uint32_t>(next.bytes.size());
     *type = ocifip::type_of(next.item);

@@ -1,9 +1,11 @@
 #include "io/device_file.h"
 
 #include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "io/address_text.h"
@@ -92,6 +94,19 @@ class Field {
     return value_.get<std::uint32_t>();
   }
 
+  // The code of a failure: "0x40814200".
+  [[nodiscard]] cerrno failure() const {
+    const std::string_view code = text();
+    const std::string_view digits = code.substr(std::min<std::size_t>(2, code.size()));
+    const auto* const end = digits.data() + digits.size();
+    cerrno result = 0;
+    const auto [stop, error] = std::from_chars(digits.data(), end, result, 16);
+    if (!code.starts_with("0x") || error != std::errc() || stop != end || result == 0) {
+      fail(in_quotes(code) + " is not the code of a failure, as \"0x40814200\" is");
+    }
+    return result;
+  }
+
   [[nodiscard]] std::string json_object() const {
     if (!value_.is_object()) fail("not an object");
     return value_.dump();
@@ -159,7 +174,10 @@ std::vector<DeviceInterface> interfaces_of(const Field& field) {
 DatabaseItem item_of(const Field& field) {
   DatabaseItem item;
   item.place = field.place();
-  if (field.object({"type", "text", "record", "fields"}).has("record")) {
+  field.object({"type", "text", "record", "fields", "error"});
+  if (field.has("error")) {
+    item.error = field.object({"error"}).required("error").failure();
+  } else if (field.has("record")) {
     field.object({"type", "record", "fields"});
     item.record = field.required("record").name();
     item.fields = field.required("fields").json_object();

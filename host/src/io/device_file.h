@@ -11,6 +11,7 @@
 
 #include "io/document.h"
 #include "io/models.h"
+#include "yfw/cerrno.h"
 
 namespace ocifip {
 
@@ -33,8 +34,10 @@ struct DeviceInterface {
   std::optional<DeviceAddresses> ipv6;
 };
 
-// One item of the database.
+// One item of the database. At a path that ends in "/", which is a list's, stands the item of the
+// list that has no name; if it cannot be read, the whole list cannot.
 struct DatabaseItem {
+  cerrno error = 0;  // why it cannot be read; 0 when it can
   std::uint32_t type = 0;
   std::string text;    // the item's bytes, when it is not a record
   std::string record;  // name of the record, or ""

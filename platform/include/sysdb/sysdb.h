@@ -75,7 +75,7 @@ cerrno sysdb_datalist(sysdb_handle *handle, const char *path, const char *filter
 /*
  * Reads the next item of a list. Name and bytes belong to the list.
  *
- *   name    where to store the item's name below the list's path
+ *   name    where to store the item's name below the list's path, or null when it has none
  *   buffer  where to store its bytes
  *   length  where to store their number
  *   type    where to store its type

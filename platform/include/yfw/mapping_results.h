@@ -50,4 +50,7 @@
 #define YFW_MAP_ERR_NO_RECORD ((cerrno)22)
 #define YFW_MAP_ERR_ADDRESS_LIST ((cerrno)70)
 
+/* An item of a list of the database has no name. */
+#define YFW_MAP_ERR_NAMELESS_ITEM ((cerrno)0x409f1800)
+
 #endif

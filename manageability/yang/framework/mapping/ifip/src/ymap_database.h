@@ -113,14 +113,15 @@ class DatabaseList {
   }
 
   // Calls a function with each item of a type, or of any (kAnyType), in their order, and passes
-  // others over. Ends with the first failure: the client's, the function's, or kNamelessItem.
+  // others over. Ends with the first failure: the client's, the function's, or that an item has no
+  // name.
   template <typename Visit>
   cerrno each(std::uint32_t type, const Visit& visit) {
     for (std::uint32_t i = 0; i < count_; ++i) {
       ListedItem item{};
       cerrno result = next(item);
       if (result == YMAP_OK && item.name == nullptr) {
-        result = kNamelessItem;
+        result = YMAP_ERR_NAMELESS_ITEM;
       }
       if (result == YMAP_OK && (type == kAnyType || item.type == type)) {
         result = visit(item);
@@ -133,9 +134,6 @@ class DatabaseList {
   }
 
   static constexpr std::uint32_t kAnyType = 0xffffffff;
-
-  // Result of a list with an item that has no name.
-  static constexpr cerrno kNamelessItem = 0x409f1800;
 
  private:
   sysdb_list* list_ = nullptr;

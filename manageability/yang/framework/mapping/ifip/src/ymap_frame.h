@@ -67,6 +67,7 @@ inline constexpr cerrno YMAP_ERR_NO_MEMORY = YFW_MAP_ERR_NO_MEMORY;
 inline constexpr cerrno YMAP_ERR_PREFIX_LENGTH = YFW_MAP_ERR_PREFIX_LENGTH;
 inline constexpr cerrno YMAP_ERR_NO_RECORD = YFW_MAP_ERR_NO_RECORD;
 inline constexpr cerrno YMAP_ERR_ADDRESS_LIST = YFW_MAP_ERR_ADDRESS_LIST;
+inline constexpr cerrno YMAP_ERR_NAMELESS_ITEM = YFW_MAP_ERR_NAMELESS_ITEM;
 inline constexpr cerrno YMAP_ERR_XPATH_NOT_ADDED = YFW_MAP_XPATH_NOT_ADDED;
 
 // A line of the debug log and of the trace buffer. Both formats begin with the context; the trace
