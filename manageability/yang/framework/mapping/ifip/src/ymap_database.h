@@ -3,11 +3,15 @@
 #ifndef YMAP_DATABASE_H_
 #define YMAP_DATABASE_H_
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 
 #include "bag/bag.h"
 #include "sysdb/sysdb.h"
+#include "yfw/context.h"
+#include "yfw_map_ifip_util.h"
 #include "ymap_frame.h"
 
 namespace ymap {
@@ -47,6 +51,21 @@ class BoundDatabase {
  private:
   sysdb_handle*& handle_;
   cerrno result_;
+};
+
+// The name of an interface in the form that the database has it in, which no name is too long for.
+class DatabaseName {
+ public:
+  // The name as OpenConfig or the native models have it.
+  explicit DatabaseName(const char* ifname) {
+    std::snprintf(text_.data(), text_.size(), "%s", ifname);
+    yfw_convert_ifname_to_internal_name(text_.data());
+  }
+
+  [[nodiscard]] const char* text() const { return text_.data(); }
+
+ private:
+  std::array<char, sizeof(yfw_map_request_state::current_ifname)> text_;
 };
 
 // An item's bytes.

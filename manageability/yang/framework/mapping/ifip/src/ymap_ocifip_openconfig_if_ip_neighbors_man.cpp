@@ -56,12 +56,6 @@ bool deletes_all(const Call& call) {
 
 // --- neighbors that a delete without keys is for -------------------------------------------------
 
-InternalName internal_name_of(const Call& call, const char* ifname) {
-  InternalName name{};
-  convert_to_internal_ifname(call.ctx, name, ifname, call.name);
-  return name;
-}
-
 // Names the VRF that static ARP entries stand in.
 cerrno add_default_vrf(const Call& call) {
   return add_all(call, kNamespaceIpv4ArpCfg,
@@ -72,14 +66,14 @@ cerrno add_default_vrf(const Call& call) {
 
 // Deletes a static ARP entry, if it is one of the interface's; names the VRF before if it has not
 // been.
-cerrno delete_static_arp(const Call& call, const InternalName& ifname, const ListedItem& item,
+cerrno delete_static_arp(const Call& call, const DatabaseName& ifname, const ListedItem& item,
                          bool& vrf_is_named) {
   DecodedRecord<arp_gmp_config_entry> record(arp_gmp_config_entry_bag);
   if (const cerrno result = record.decode(item.bytes, item.length); result != YMAP_OK) {
     YMAP_ERROR(call, "bag decode for arp_gmp_config_entry_bag failed");
     return result;
   }
-  if (record->InterfaceName == nullptr || std::strcmp(record->InterfaceName, ifname.data()) != 0) {
+  if (record->InterfaceName == nullptr || std::strcmp(record->InterfaceName, ifname.text()) != 0) {
     return YMAP_OK;
   }
   if (!vrf_is_named) {
@@ -106,7 +100,7 @@ cerrno get_arp_info_for_interface_and_map(const Call& call, const char* ifname, 
   std::snprintf(path.data(), path.size(), "vrf/%s/config/", STATIC_ARP_VRF);
   DatabaseList list;
   const cerrno result = list.open(handle, path.data());
-  const InternalName name = internal_name_of(call, ifname);
+  const DatabaseName name(ifname);
   return result != YMAP_OK ? result : list.each(SYSDB_TYPE_RECORD, [&](const ListedItem& item) {
     return delete_static_arp(call, name, item, vrf_is_named);
   });
@@ -139,9 +133,9 @@ cerrno get_ipv6_neighbor_info_for_interface_and_map(const Call& call, const char
   if (bound.result() != YMAP_OK) {
     return bind_failed(call, ifname, bound.result());
   }
-  std::array<char, 128> path;
+  std::array<char, 256> path;
   std::snprintf(path.data(), path.size(), "%x/neighbour-entry/%s/", node,
-                internal_name_of(call, ifname).data());
+                DatabaseName(ifname).text());
   DatabaseList list;
   const cerrno result = list.open(handle, path.data());
   return result != YMAP_OK ? result

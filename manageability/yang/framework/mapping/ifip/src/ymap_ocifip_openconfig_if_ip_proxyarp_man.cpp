@@ -1,9 +1,7 @@
 // The proxy-ARP mode of a subinterface to the two switches of the native model.
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
 
 #include "sysdb/sysdb.h"
 #include "yfw_map_ifip_util.h"
@@ -46,10 +44,10 @@ cerrno write_mode(const Call& call) {
 }
 
 // Deletes a switch that is configured. A failed read of the database is told, and no failure.
-cerrno delete_configured(const Call& call, sysdb_handle* database, const char* ifname,
+cerrno delete_configured(const Call& call, sysdb_handle* database, const DatabaseName& ifname,
                          const Switch& native) {
   std::array<char, 256> path;
-  std::snprintf(path.data(), path.size(), native.item_format, ifname);
+  std::snprintf(path.data(), path.size(), native.item_format, ifname.text());
   DatabaseItem item;
   const cerrno found = item.read(database, path.data());
   if (found == YMAP_OK) {
@@ -71,12 +69,9 @@ cerrno delete_mode(const Call& call) {
   if (bound.result() != YMAP_OK) {
     return bind_failed(call, interface, bound.result());
   }
-  // The database's form of the name, however long it is.
-  std::array<char, sizeof state->current_ifname> ifname{};
-  std::replace_copy(interface, interface + std::strlen(interface), ifname.begin(), '/', '_');
-  const cerrno result = delete_configured(call, database, ifname.data(), kProxyArp);
-  return result != YMAP_OK ? result
-                           : delete_configured(call, database, ifname.data(), kLocalProxyArp);
+  const DatabaseName ifname(interface);
+  const cerrno result = delete_configured(call, database, ifname, kProxyArp);
+  return result != YMAP_OK ? result : delete_configured(call, database, ifname, kLocalProxyArp);
 }
 
 }  // namespace
