@@ -62,6 +62,23 @@ std::string openconfig_entry(const Layout& layout, std::size_t subinterface, std
                 {index_of(layout, subinterface), elements(first, last, entry), config});
 }
 
+// One with an address of each family, and beside the IPv4 one a VRRP group and a neighbor.
+std::string whole_openconfig_entry(const Layout& layout, std::size_t subinterface) {
+  const std::string ip = address(subinterface, 0);
+  const std::string ipv6 = "2001:db8:" + std::to_string(subinterface % 10000) + ":" +
+                           std::to_string(subinterface / 10000) + "::1";
+  return filled(
+      R"({"index":$,"openconfig-if-ip:ipv4":{"addresses":{"address":[{"ip":"$",)"
+      R"("config":{"ip":"$","prefix-length":24},"vrrp":{"vrrp-group":[{"virtual-router-id":7,)"
+      R"("config":{"virtual-router-id":7,"virtual-address":["$","$"],"priority":110}}]}}]},)"
+      R"("neighbors":{"neighbor":[{"ip":"$","config":{"ip":"$","link-layer-address":)"
+      R"("02:00:5e:00:53:01"}}]}},"openconfig-if-ip:ipv6":{"addresses":{"address":[{"ip":"$",)"
+      R"("config":{"ip":"$","prefix-length":64}}]},"neighbors":{"neighbor":[{"ip":"$2",)"
+      R"("config":{"ip":"$2","link-layer-address":"02:00:5e:00:53:02"}}]}}})",
+      {index_of(layout, subinterface), ip, ip, address(subinterface, 1), address(subinterface, 2),
+       address(subinterface, 3), address(subinterface, 3), ipv6, ipv6, ipv6, ipv6});
+}
+
 std::string openconfig_interface(const std::string& name, const std::string& subinterfaces) {
   return filled(R"({"name":"$","subinterfaces":{"subinterface":[$]}})", {name, subinterfaces});
 }
@@ -70,12 +87,9 @@ std::string openconfig_document(const std::string& interfaces) {
   return filled(R"({"openconfig-interfaces:interfaces":{"interface":[$]}})", {interfaces});
 }
 
-}  // namespace
-
-std::string openconfig_json(const Layout& layout) {
-  const auto subinterface = [&](std::size_t i) {
-    return openconfig_entry(layout, i, 0, 2, R"(,"config":{"mtu":1400})");
-  };
+// All interfaces with what `subinterface(number)` gives of each subinterface.
+template <class Subinterface>
+std::string openconfig_interfaces(const Layout& layout, const Subinterface& subinterface) {
   const auto interface = [&](std::size_t i) {
     const std::size_t first = i * layout.per_interface;
     const std::size_t last = std::min(first + layout.per_interface, layout.subinterfaces);
@@ -84,6 +98,19 @@ std::string openconfig_json(const Layout& layout) {
   const std::size_t interfaces =
       (layout.subinterfaces + layout.per_interface - 1) / layout.per_interface;
   return openconfig_document(elements(0, interfaces, interface));
+}
+
+}  // namespace
+
+std::string openconfig_json(const Layout& layout) {
+  return openconfig_interfaces(layout, [&](std::size_t i) {
+    return openconfig_entry(layout, i, 0, 2, R"(,"config":{"mtu":1400})");
+  });
+}
+
+std::string whole_openconfig_json(const Layout& layout) {
+  return openconfig_interfaces(layout,
+                               [&](std::size_t i) { return whole_openconfig_entry(layout, i); });
 }
 
 std::string native_json(const Layout& layout) {
@@ -99,12 +126,12 @@ std::string native_json(const Layout& layout) {
       {elements(0, layout.subinterfaces, entry)});
 }
 
-std::string device_json(const Layout& layout) {
+std::string device_json(const Layout& layout, const std::string& native) {
   const auto interface = [&](std::size_t i) {
     return filled(R"({"name":"$"})", {native_name(layout, i)});
   };
   return filled(R"({"node":"node0_1","interfaces":[$],"native":$})",
-                {elements(0, layout.subinterfaces, interface), native_json(layout)});
+                {elements(0, layout.subinterfaces, interface), native});
 }
 
 std::string small_edit_json(const Layout& layout, std::size_t subinterface) {

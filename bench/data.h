@@ -1,4 +1,5 @@
-// The data of the benchmarks, in any size: each subinterface has two IPv4 addresses and an MTU.
+// The data of the benchmarks, in any size: each subinterface has two IPv4 addresses and an MTU, or
+// something of every model that is mapped.
 #ifndef OCIFIP_BENCH_DATA_H_
 #define OCIFIP_BENCH_DATA_H_
 
@@ -19,8 +20,11 @@ std::string openconfig_json(const Layout& layout);
 // Native configuration of all of them, as JSON: what the edit makes.
 std::string native_json(const Layout& layout);
 
-// A device file of a device that is configured like that.
-std::string device_json(const Layout& layout);
+// An OpenConfig document with an address and a neighbor of each family, and a VRRP group.
+std::string whole_openconfig_json(const Layout& layout);
+
+// A device file of a device with all of them, and with native data as JSON.
+std::string device_json(const Layout& layout, const std::string& native);
 
 // An OpenConfig document that gives one subinterface, by its number, one more address.
 std::string small_edit_json(const Layout& layout, std::size_t subinterface);

@@ -24,8 +24,10 @@ SIZES = (1, 100, 1000, 10000, 100000)
 # Every trace line differs from every other: a recording of more would need many gigabytes.
 TRACED_SIZES = SIZES[:4]
 REQUESTS = ("replace", "merge", "report", "get")
+WHOLE_REQUESTS = ("whole-merge", "whole-report")
 GROUPS = {**{request: SIZES for request in REQUESTS},
           **{f"traced-{request}": TRACED_SIZES for request in REQUESTS},
+          **{request: TRACED_SIZES for request in WHOLE_REQUESTS},
           "small-edit": SIZES, "idle-callback": (1,), "load": (1,)}
 REPETITIONS, REPETITIONS_OF_LARGE = 25, 5
 SMOKE_SIZES = (1, 100)
@@ -119,6 +121,16 @@ def add_ratios(table, results):
             each = micros_each(results.least(group, what))
             if LARGE in each:
                 table.row(group, f"{name}, each / each of {SMALL:,}", {LARGE: each[LARGE] / each[SMALL]}, target)
+    table.heading("whole requests of every model")
+    for group in WHOLE_REQUESTS:
+        table.row(group, "plug-in / floor", results.ratios(group, "plugin", "floor"), FLOOR)
+        table.row(group, "plug-in / libyang parses JSON", results.ratios(group, "plugin", "parse_json"))
+        for what, name, target in (("plugin", "plug-in", GROWTH), ("floor", "floor", None)):
+            each = micros_each(results.least(group, what))
+            if len(each) > 1:
+                largest = max(each)
+                smaller = SMALL if SMALL in each else min(each)
+                table.row(group, f"{name}, each / each of {smaller:,}", {largest: each[largest] / each[smaller]}, target)
     table.heading("with tracing on")
     for group in REQUESTS:
         table.row(group, "plug-in / floor", results.ratios(f"traced-{group}", "plugin", "floor"))
@@ -143,7 +155,7 @@ def add_others(table, results):
 
 def add_times(table, results):
     table.heading("microseconds per subinterface")
-    for group in REQUESTS:
+    for group in (*REQUESTS, *WHOLE_REQUESTS):
         for name, what in (("plug-in", "plugin"), ("floor", "floor"), ("reading of the recording", "reading"),
                            ("libyang parses JSON", "parse_json"), ("libyang parses XML", "parse_xml"),
                            ("libyang prints JSON", "print_json"), ("stylesheet", "stylesheet")):

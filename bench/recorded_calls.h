@@ -14,8 +14,10 @@
 #include <unordered_set>
 
 #include "im/address_manager.h"
+#include "im/event_manager.h"
 #include "im/interface_manager.h"
 #include "recording.h"
+#include "sysdb/sysdb.h"
 #include "yfw/mapping.h"
 
 namespace ocifip::bench {
@@ -149,6 +151,9 @@ struct Player {
   std::array<const char*, 16> list{};
   imc_attr_response* response = nullptr;
   iparm_list* addresses = nullptr;
+  event_manager* events = nullptr;
+  imc_conn_ctx* connection = nullptr;
+  sysdb_list* items = nullptr;
 
   Word word() { return *next++; }
   std::uint64_t wide() { return recording->wide[word()]; }
@@ -191,6 +196,14 @@ inline char* read(Player& from, Type<char*>) { return from.text.data(); }
 inline imc_attr_response** read(Player& from, Type<imc_attr_response**>) { return &from.response; }
 inline iparm_list** read(Player& from, Type<iparm_list**>) { return &from.addresses; }
 inline iparm_list* read(Player& from, Type<iparm_list*>) { return from.addresses; }
+inline event_manager** read(Player& from, Type<event_manager**>) { return &from.events; }
+inline event_manager* read(Player& from, Type<event_manager*>) { return from.events; }
+inline imc_conn_ctx** read(Player& from, Type<imc_conn_ctx**>) { return &from.connection; }
+inline imc_conn_ctx* read(Player& from, Type<imc_conn_ctx*>) { return from.connection; }
+inline void write(Recorder&, const imc_conn_ctx*) {}
+inline const imc_conn_ctx* read(Player& from, Type<const imc_conn_ctx*>) { return from.connection; }
+inline sysdb_list** read(Player& from, Type<sysdb_list**>) { return &from.items; }
+inline sysdb_list* read(Player& from, Type<sysdb_list*>) { return from.items; }
 inline yfw_map_ctx* read(Player& from, Type<yfw_map_ctx*>) { return from.ctx; }
 inline yfw_itree_stack* read(Player& from, Type<yfw_itree_stack*>) {
   return from.ctx->request_state->visited_entries;
@@ -200,6 +213,12 @@ inline yfw_itree_stack* read(Player& from, Type<yfw_itree_stack*>) {
 inline void write(Recorder&, const std::uint8_t*) {}
 inline const std::uint8_t* read(Player& from, Type<const std::uint8_t*>) {
   return from.response == nullptr ? nullptr : from.response->data;
+}
+
+// A binding that the plug-in keeps.
+inline void write(Recorder& to, sysdb_handle* value) { to.pointer(value); }
+inline sysdb_handle* read(Player& from, Type<sysdb_handle*>) {
+  return reinterpret_cast<sysdb_handle*>(from.wide());
 }
 
 // Others stay where they are, or a copy of them does. Nodes of the input are the same when the

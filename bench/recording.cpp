@@ -15,7 +15,7 @@
 namespace ocifip::bench {
 namespace {
 
-// The services that accepted requests for IPv4 addresses and MTUs use. SERVICE rows take a
+// The services that accepted requests of the benchmarks' kinds use. SERVICE rows take a
 // function, LIST_SERVICE rows also which argument is the length of its list of texts.
 // clang-format off
 #define SERVICES(SERVICE, LIST_SERVICE)       \
@@ -55,6 +55,14 @@ namespace {
   SERVICE(iparm_al_c_tlv2addr)                \
   SERVICE(iparm_al_c_free)                    \
   SERVICE(im_internal_namestring)             \
+  SERVICE(event_manager_create)               \
+  SERVICE(iparm_al_c_init)                    \
+  SERVICE(imc_control_server_bind)            \
+  SERVICE(imc_control_server_unbind)          \
+  SERVICE(imc_conn_ctx_to_connid)             \
+  SERVICE(imc_s_interface_find)               \
+  SERVICE(sysdb_datalist)                     \
+  SERVICE(sysdb_datalist_free)                \
   SERVICE(imc_ifname_to_location)             \
   SERVICE(platform_get_my_nodeid)             \
   SERVICE(nodeid_to_str_external)             \

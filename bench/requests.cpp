@@ -11,6 +11,7 @@
 #include "data.h"
 #include "device/summaries.h"
 #include "io/device_file.h"
+#include "io/print_document.h"
 #include "io/read_document.h"
 #include "job.h"
 #include "mapping/mapper.h"
@@ -29,8 +30,8 @@ constexpr std::size_t kCompared = 1000;
 
 // A request as one mapping or two, and the same data for others.
 struct Subject {
-  explicit Subject(const Layout& layout)
-      : device(read_device(platform().models, "device", device_json(layout))) {}
+  Subject(const Layout& layout, const std::string& native)
+      : device(read_device(platform().models, "device", device_json(layout, native))) {}
 
   DeviceDirectory device;
   std::vector<std::unique_ptr<Job>> jobs = {};
@@ -55,6 +56,13 @@ void add_replace(Subject& subject, const Layout& layout, bool traced) {
                .settings = {.request_op = YFW_MAP_REQUEST_REPLACE,
                             .operation = Operation::kReplace,
                             .trace = traced}});
+}
+
+// A replace would not do: the mapping of VRRP groups rewrites operations of the input, which is no
+// call that could be recorded.
+void add_whole_merge(Subject& subject, const Layout& layout, bool traced) {
+  subject.json = whole_openconfig_json(layout);
+  subject.add({.document = read_json(subject.json), .settings = {.trace = traced}});
 }
 
 // The same data as that of the replace, of which libyang and the stylesheet are asked.
@@ -108,12 +116,36 @@ void add_get(Subject& subject, const Layout& /*layout*/, bool traced) {
   subject.add(std::move(reply));
 }
 
+std::string no_native_json(const Layout& /*layout*/) { return "{}"; }
+
+// Native configuration of every model, as the edit makes it.
+std::string whole_native_json(const Layout& layout) {
+  const Subject empty(layout, "{}");
+  EditRequest edit;
+  edit.document = Source{"edit", whole_openconfig_json(layout), Encoding::kJson};
+  edit.operation = DefaultOperation::kReplace;
+  Mapper mapper(platform().models, empty.device, platform().plugin.entries(), HostOptions{});
+  std::vector<std::string> notes;
+  return print_document(
+      mapper.apply(edit, empty.device.device().native, Format::kTree).native.value(), Format::kJson,
+      notes);
+}
+
+void add_whole_report(Subject& subject, const Layout& /*layout*/, bool traced) {
+  subject.add(read_back_of(subject, YFW_MAP_REQUEST_READ_CONFIG, traced));
+}
+
 struct RequestRow {
   const char* name;
   void (*add)(Subject& subject, const Layout& layout, bool traced);
+  std::string (*native)(const Layout& layout);  // what the device has
 };
-constexpr RequestRow kRequests[] = {
-    {"replace", add_replace}, {"merge", add_merge}, {"report", add_report}, {"get", add_get}};
+constexpr RequestRow kRequests[] = {{"replace", add_replace, native_json},
+                                    {"merge", add_merge, native_json},
+                                    {"report", add_report, native_json},
+                                    {"get", add_get, native_json},
+                                    {"whole-merge", add_whole_merge, no_native_json},
+                                    {"whole-report", add_whole_report, whole_native_json}};
 
 // --- the others do the same ----------------------------------------------------------------------
 
@@ -193,7 +225,7 @@ void measure_request(std::string_view request, bool traced, std::size_t size) {
   }
   const Layout layout{.subinterfaces = size};
   const std::size_t times = std::max<std::size_t>(1, kBatch / size);
-  const auto subject = std::make_shared<Subject>(layout);
+  const auto subject = std::make_shared<Subject>(layout, row->native(layout));
   row->add(*subject, layout, traced);
   measure_jobs(subject, size, times);
   if (traced) {
@@ -210,7 +242,7 @@ void measure_request(std::string_view request, bool traced, std::size_t size) {
 // One more address for one interface in the middle of a device with so many.
 void measure_small_edit(std::size_t size) {
   const Layout layout{.subinterfaces = size, .per_interface = 1};
-  const auto subject = std::make_shared<Subject>(layout);
+  const auto subject = std::make_shared<Subject>(layout, native_json(layout));
   const std::string json = small_edit_json(layout, size / 2);
   subject->add({.document = read_json(json)});
   measure(size, "plugin",
