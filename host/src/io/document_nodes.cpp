@@ -4,6 +4,8 @@
 #include <functional>
 #include <iterator>
 
+#include "io/ipv6_text.h"
+
 namespace ocifip {
 namespace {
 
@@ -38,7 +40,7 @@ bool has_same_keys(const DocumentNode& left, const DocumentNode& right) {
   const auto* other = right_keys.next();
   if (one == nullptr) return false;
   while (one != nullptr && other != nullptr) {
-    if (one->schema != other->schema || one->value != other->value) return false;
+    if (one->schema != other->schema || !has_same_value(*one, *other)) return false;
     one = left_keys.next();
     other = right_keys.next();
   }
@@ -61,12 +63,23 @@ DocumentNode bare(const DocumentNode& node) {
   return result;
 }
 
-const std::string* key_value(const DocumentNode& entry, std::string_view key) {
+bool has_same_value(const DocumentNode& left, const DocumentNode& right) {
+  return left.value == right.value ||
+         (left.value && right.value && Models::names_by_ipv6(left.schema) &&
+          is_same_ipv6(*left.value, *right.value));
+}
+
+const DocumentNode* find_key(const DocumentNode& entry, std::string_view key) {
   const auto found =
       std::find_if(entry.children.begin(), entry.children.end(), [&](const DocumentNode& child) {
         return child.tag == key && child.module_namespace == entry.module_namespace && child.value;
       });
-  return found == entry.children.end() ? nullptr : &*found->value;
+  return found == entry.children.end() ? nullptr : &*found;
+}
+
+const std::string* key_value(const DocumentNode& entry, std::string_view key) {
+  const auto* leaf = find_key(entry, key);
+  return leaf == nullptr ? nullptr : &*leaf->value;
 }
 
 bool lacks_key(const DocumentNode& entry) {
@@ -85,7 +98,7 @@ bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
     case NodeKind::kList:
       return has_same_keys(left, right);
     case NodeKind::kLeafList:
-      return left.value == right.value;
+      return has_same_value(left, right);
     case NodeKind::kLeaf:
       return !is_key(left) || left.value.has_value() == right.value.has_value();
     default:
@@ -96,7 +109,10 @@ bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
 std::size_t SiblingIndex::Hash::operator()(const DocumentNode* node) const {
   std::size_t result = std::hash<std::string_view>()(node->tag);
   const auto add = [&result](const DocumentNode& from) {
-    result = result * 31 + std::hash<std::string_view>()(from.value.value_or(""));
+    const std::string_view value = from.value ? *from.value : std::string_view();
+    result =
+        result * 31 + (Models::names_by_ipv6(from.schema) ? hash_ipv6(value)
+                                                          : std::hash<std::string_view>()(value));
   };
   if (node->kind == NodeKind::kLeafList) add(*node);
   if (node->kind == NodeKind::kList) {

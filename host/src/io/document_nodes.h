@@ -32,6 +32,13 @@ inline bool is_key(const DocumentNode& node) {
 // has its keys, a leaf its value.
 DocumentNode bare(const DocumentNode& node);
 
+// Whether two nodes of one schema node, keys or values of a leaf-list, have the same value: that of
+// an IPv6 address counts, however it is written.
+bool has_same_value(const DocumentNode& left, const DocumentNode& right);
+
+// The leaf of an entry's key, which has a value; null when the entry lacks it.
+const DocumentNode* find_key(const DocumentNode& entry, std::string_view key);
+
 // The value of an entry's key; null when the entry lacks it.
 const std::string* key_value(const DocumentNode& entry, std::string_view key);
 
@@ -43,7 +50,7 @@ inline bool is_deleting(Operation operation) {
 }
 
 // Whether two siblings stand for the same node: a container or leaf of one name, entries with the
-// same keys, or equal values of a leaf-list. Entries without keys are never the same.
+// same keys, or the same value of a leaf-list. Entries without keys are never the same.
 bool is_same_node(const DocumentNode& left, const DocumentNode& right);
 
 // Finds siblings that stand for the same node, also among many in constant time.

@@ -40,6 +40,7 @@ struct QualifiedNameHash {
 // What is looked up about a schema node; libyang's private pointer leads to it.
 struct Index {
   std::size_t position = 0;
+  bool names_by_ipv6 = false;
   std::vector<const lysc_node*> children;
   std::unordered_map<QualifiedName, const lysc_node*, QualifiedNameHash> by_name;
 };
@@ -47,6 +48,19 @@ struct Index {
 Index& index_of(const lysc_node* node) { return *static_cast<Index*>(node->priv); }
 
 bool is_flagged(const lysc_node* node, int flag) { return (node->flags & flag) != 0; }
+
+// Whether the type of a leaf takes a text. What a reference leads to need not be there.
+bool takes(const lysc_node* leaf, std::string_view text) {
+  const LY_ERR result =
+      lyd_value_validate(nullptr, leaf, text.data(), text.size(), nullptr, nullptr, nullptr);
+  return result == LY_SUCCESS || result == LY_EINCOMPLETE;
+}
+
+// A type of addresses is known by what it takes: modules define their own, as patterns of strings.
+bool has_ipv6_values(const lysc_node* leaf) {
+  return takes(leaf, "2001:DB8::1") && takes(leaf, "::") && !takes(leaf, "2001:DB8::1::") &&
+         !takes(leaf, "2001:DB8:");
+}
 
 // Whether a YANG text is a submodule, which is loaded through its module alone.
 bool is_submodule(const std::filesystem::path& file) {
@@ -155,6 +169,8 @@ void Models::Impl::add_child(Index& parent, const lysc_node* node,
   if ((node->nodetype & kDataNodes) == 0) return;
   Index& own = indexes.emplace_back();
   own.position = parent.children.size();
+  const bool is_name = Models::is_key(node) || node->nodetype == LYS_LEAFLIST;
+  own.names_by_ipv6 = is_name && has_ipv6_values(node);
   // The context is this object's own, and libyang leaves the pointer to its user.
   const_cast<lysc_node*>(node)->priv = &own;
   parent.children.push_back(node);
@@ -257,6 +273,10 @@ bool Models::is_state(const lysc_node* node) { return is_flagged(node, LYS_CONFI
 
 bool Models::is_plain_container(const lysc_node* node) {
   return node->nodetype == LYS_CONTAINER && !is_flagged(node, LYS_PRESENCE);
+}
+
+bool Models::names_by_ipv6(const lysc_node* node) {
+  return node != nullptr && index_of(node).names_by_ipv6;
 }
 
 bool Models::is_empty_leaf(const lysc_node* node) {

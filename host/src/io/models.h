@@ -56,6 +56,8 @@ class Models {
   [[nodiscard]] static bool is_key(const lysc_node* node);
   [[nodiscard]] static bool is_state(const lysc_node* node);       // config false
   [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty
+  // A key, or a leaf-list, whose type has IPv6 addresses as its values. False for null.
+  [[nodiscard]] static bool names_by_ipv6(const lysc_node* node);
   // A container without presence, which says nothing by being there.
   [[nodiscard]] static bool is_plain_container(const lysc_node* node);
 

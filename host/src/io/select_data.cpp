@@ -27,12 +27,12 @@ bool asks_for_all(const DocumentNode& query) {
 
 bool names(const DocumentNode& query, const DocumentNode& node) {
   if (query.tag != node.tag || query.module_namespace != node.module_namespace) return false;
-  if (query.kind == NodeKind::kLeafList) return !query.value || query.value == node.value;
+  if (query.kind == NodeKind::kLeafList) return !query.value || has_same_value(query, node);
   return query.kind != NodeKind::kList ||
          std::all_of(query.children.begin(), query.children.end(), [&node](const auto& key) {
            if (!gives_value(key)) return true;
-           const auto* value = key_value(node, key.tag);
-           return value != nullptr && *value == *key.value;
+           const auto* named = find_key(node, key.tag);
+           return named != nullptr && has_same_value(key, *named);
          });
 }
 
