@@ -99,6 +99,31 @@ TEST_F(CoreTest, LongListsOfSeveralKeysHoldEachEntryOnce) {
   EXPECT_NE(search("0", "metric"), kOk);
 }
 
+// In a short list and in a long one. The way in which an address was written first stays.
+TEST_F(CoreTest, AnAddressNamesOneEntryHoweverItIsWritten) {
+  const std::string neighbor = "/ipv6-neighbor/neighbors/neighbor";
+  const auto write = [&](const std::string& path, const char* value, bool create = false) {
+    add({path, value, -1, create, "urn:halvane:yang:Halvane-Ombrix-ipv6-nd-cfg",
+         YFW_MAP_PATH_PLAIN});
+  };
+  const auto write_entry = [&](const std::string& address, const char* mac) {
+    write(neighbor, nullptr, true);
+    write(neighbor + "/interface-name", "Eth1");
+    write(neighbor + "/neighbor-address", address.c_str());
+    write(neighbor + "/mac-address", mac);
+  };
+  std::string expected;
+  for (const std::string digit : {"A", "B", "C", "D", "E", "F", "1A", "1B", "1C", "1D"}) {
+    write_entry("2001:DB8::" + digit, "00");
+    std::string other = "2001:db8:0::" + digit;
+    other.back() = static_cast<char>(other.back() - 'A' + 'a');
+    write_entry(other, "01");
+    expected += neighbor + "[neighbor-address='2001:DB8::" + digit +
+                "'][interface-name='Eth1']/mac-address = 01\n";
+    EXPECT_EQ(output(), expected);
+  }
+}
+
 TEST_F(CoreTest, AWriteBeginsWhereThePrefixTheSlotAndTheBaseSay) {
   const auto interface = [&](const char* name) {
     return search_or_add(out, "/interfaces/interface", name, "name", nullptr);

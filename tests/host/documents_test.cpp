@@ -189,6 +189,35 @@ TEST(ModelsFolder, AnswersForEveryNode) {
   EXPECT_FALSE(Models::is_state(models().child(interface, "config", "")));
 }
 
+// Whatever module defines the type, and behind references, too.
+TEST(ModelsFolder, TellsWhatIsNamedByIpv6Addresses) {
+  const auto is_named = [](std::initializer_list<const char*> path) {
+    const lysc_node* node = nullptr;
+    for (const auto* tag : path) {
+      const auto children = models().children(node);
+      node = *std::find_if(children.begin(), children.end(),
+                           [tag](const auto* child) { return Models::tag(child) == tag; });
+    }
+    return Models::names_by_ipv6(node);
+  };
+  const auto is_named_on_interface = [&](const char* family, const char* leaf) {
+    return is_named({"interfaces", "interface", "subinterfaces", "subinterface", family,
+                     "neighbors", "neighbor", leaf});
+  };
+  EXPECT_TRUE(is_named_on_interface("ipv6", "ip"));
+  EXPECT_FALSE(is_named_on_interface("ipv6", "config"));
+  EXPECT_FALSE(is_named_on_interface("ipv4", "ip"));
+  EXPECT_FALSE(is_named({"interfaces", "interface", "name"}));
+  EXPECT_TRUE(is_named({"ipv6-neighbor", "neighbors", "neighbor", "neighbor-address"}));
+  EXPECT_FALSE(is_named({"ipv6-neighbor", "neighbors", "neighbor", "interface-name"}));
+  // Only what names something.
+  EXPECT_FALSE(is_named({"ipv6-neighbor", "neighbors", "neighbor", "mac-address"}));
+  EXPECT_TRUE(
+      is_named({"interfaces", "interface", "subinterfaces", "subinterface", "ipv6", "addresses",
+                "address", "vrrp", "vrrp-group", "config", "virtual-address"}));
+  EXPECT_FALSE(Models::names_by_ipv6(nullptr));
+}
+
 TEST(ModelsFolder, IsNamedWhenItCannotBeLoaded) {
   const auto folder = std::filesystem::path(testing::TempDir()) / "ocifip-models";
   const auto load = [&] { return result_of([&] { return Models(folder).context() ? "" : "?"; }); };

@@ -199,7 +199,7 @@ void Placement::set_value(OutputNode* node, const char* value) {
     return;
   }
   const char* known = node->head.value;
-  if (was_asked_for && (known == nullptr || std::string_view(known) != value)) {
+  if (was_asked_for && (known == nullptr || !node->place->is_same_value(known, value))) {
     node->head.value = nullptr;
   } else {
     tree_.set_value(node, value);

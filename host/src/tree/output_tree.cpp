@@ -1,7 +1,6 @@
 #include "tree/output_tree.h"
 
 #include <algorithm>
-#include <functional>
 #include <vector>
 
 #include "tree/operations.h"
@@ -34,13 +33,13 @@ std::size_t ordinal_of(const Place* list, const Place* key) {
                                   list->keys.begin());
 }
 
-// Hash of the keys that are given; one without data may have any value.
-std::size_t hash_keys(KeyValues values) {
+// Hash of the keys that are given of a list; one without data may have any value.
+std::size_t hash_keys(const Place* list, KeyValues values) {
   std::size_t hash = 0;
-  for (const std::string_view value : values) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
     hash *= 0x9e3779b97f4a7c15u;
-    if (value.data() != nullptr) {
-      hash += std::hash<std::string_view>()(value) | 1u;
+    if (values[i].data() != nullptr) {
+      hash += list->keys[i]->hash_value(values[i]) | 1u;
     }
   }
   return hash ^ (hash >> 32);
@@ -53,7 +52,7 @@ bool matches(const OutputNode* entry, KeyValues wanted) {
       continue;
     }
     const std::string_view value = OutputTree::key_value(entry, keys[i]);
-    if (value.data() == nullptr || value != wanted[i]) {
+    if (value.data() == nullptr || !keys[i]->is_same_value(value, wanted[i])) {
       return false;
     }
   }
@@ -144,7 +143,7 @@ OutputNode* OutputTree::leaf_list_node(OutputNode* parent, const Place* place, c
   for (OutputNode* node = nodes->first; node != nullptr; node = node->next) {
     const bool same = value == nullptr || node->head.value == nullptr
                           ? value == node->head.value
-                          : std::string_view(value) == node->head.value;
+                          : place->is_same_value(value, node->head.value);
     if (same) {
       return node;
     }
@@ -153,7 +152,7 @@ OutputNode* OutputTree::leaf_list_node(OutputNode* parent, const Place* place, c
 }
 
 void OutputTree::set_value(OutputNode* node, std::string_view value) {
-  if (node->head.value == nullptr || node->head.value != value) {
+  if (node->head.value == nullptr || !node->place->is_same_value(node->head.value, value)) {
     node->head.value = arena_.copy(value);
   }
   node->head.flags |= NIDL_YFW_FLAG_HAS_VALUE;
@@ -203,7 +202,7 @@ OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted, const Outp
     return entry != but && entry->joined == nullptr && matches(entry, wanted);
   };
   if (slot->index != nullptr) {
-    return slot->index->find(hash_keys(wanted), is_wanted);
+    return slot->index->find(hash_keys(slot->place, wanted), is_wanted);
   }
   OutputNode* entry = slot->first;
   while (entry != nullptr && !is_wanted(entry)) {
@@ -276,7 +275,7 @@ OutputNode* OutputTree::name_entry(OutputNode* entry, const Place* key, std::str
   if (known.data() == nullptr) {
     give_key(entry, key, value);
     entry = complete_entry(entry);
-  } else if (known != value) {
+  } else if (!key->is_same_value(known, value)) {
     entry = sibling_with(entry, key, value);
   }
   make_current(entry);
@@ -354,13 +353,13 @@ void OutputTree::index_keys(ChildSlot* slot, OutputNode* entry) {
   }
   const std::vector<std::string_view> values = key_values(entry);
   if (is_complete(entry)) {
-    slot->index->insert(arena_, hash_keys(values), entry);
+    slot->index->insert(arena_, hash_keys(slot->place, values), entry);
   }
   for (std::size_t i = 0; values.size() > 1 && i < values.size(); ++i) {
     std::vector<std::string_view> single(values.size());
     single[i] = values[i];
     if (values[i].data() != nullptr && find(slot, single) == nullptr) {
-      slot->index->insert(arena_, hash_keys(single), entry);
+      slot->index->insert(arena_, hash_keys(slot->place, single), entry);
     }
   }
 }

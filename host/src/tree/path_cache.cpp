@@ -167,6 +167,7 @@ Place* PathCache::add_place(Place* parent, std::string_view tag, std::string_vie
   if (schema != nullptr) {
     place->kind = Models::kind(schema);
     place->is_key = Models::is_key(schema);
+    place->names_by_ipv6 = Models::names_by_ipv6(schema);
     place->order = Models::position(schema);
     add_keys(place);
   }

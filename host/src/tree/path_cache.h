@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "io/document.h"
+#include "io/ipv6_text.h"
 #include "io/models.h"
 
 namespace ocifip {
@@ -36,11 +37,19 @@ struct Place {
   std::size_t order = kUnordered;  // position among the schema's siblings
   std::vector<const Place*> keys;  // of a list, in the order of its key statement
   bool is_key = false;             // a key of the parent, which is a list
+  bool names_by_ipv6 = false;      // a key or leaf-list of IPv6 addresses
   // Of a native list: the key that names an interface. Null below an entry that names one already:
   // the key tells another interface then. Null also for the lists of interfaces themselves.
   const Place* interface_key = nullptr;
 
   [[nodiscard]] bool is_list() const { return kind == NodeKind::kList; }
+  // Whether two texts are the same value of the leaf, and a hash that such texts share.
+  [[nodiscard]] bool is_same_value(std::string_view left, std::string_view right) const {
+    return names_by_ipv6 ? is_same_ipv6(left, right) : left == right;
+  }
+  [[nodiscard]] std::size_t hash_value(std::string_view value) const {
+    return names_by_ipv6 ? hash_ipv6(value) : std::hash<std::string_view>()(value);
+  }
 };
 
 // The places of a path, from the top down.
