@@ -59,15 +59,18 @@ cerrno bind_connection(yfw_map_ctx* ctx, const char* caller, imc_conn_ctx*& conn
 }
 
 cerrno bind_interface_manager(yfw_map_ctx* ctx, const char* caller) {
-  if (the_connection != nullptr) {
-    return YMAP_OK;
-  }
-  const cerrno result = bind_connection(ctx, caller, the_connection);
-  if (result == YMAP_OK) {
-    the_connection_id = imc_conn_ctx_to_connid(the_connection);
+  if (the_connection == nullptr) {
+    const cerrno result = bind_connection(ctx, caller, the_connection);
+    if (result != YMAP_OK) {
+      return result;
+    }
     CALLER_TRACE(ctx, caller, "IP-MAP: Success in binding.\n");
   }
-  return result;
+  // One that had no identifier for a lookup may have it for the next.
+  if (the_connection_id == 0) {
+    the_connection_id = imc_conn_ctx_to_connid(the_connection);
+  }
+  return YMAP_OK;
 }
 
 void note_no_address(yfw_map_ctx* ctx) {

@@ -102,8 +102,9 @@ cerrno add_interface(const Call& call, const VrrpFamily& family, const char* nam
     return YMAP_ERR_NO_SUBTREE;
   }
   Node* key = nullptr;
-  if (add(call, {.path = YMAP_VRRP_INTERFACE "/interface-name", .value = name, .created = &key}) !=
-      YMAP_OK) {
+  if (add(call, {.path = YMAP_VRRP_INTERFACE "/interface-name",
+                 .value = name,
+                 .created = deletes ? &key : nullptr}) != YMAP_OK) {
     YMAP_ERROR(call, "Interface name could not be added in low model.");
     return YMAP_ERR_NO_SUBTREE;
   }
