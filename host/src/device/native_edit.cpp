@@ -125,7 +125,7 @@ bool NativeEditor::refuse(cerrno code) {
 }
 
 bool NativeEditor::note_deletion(const DocumentNode& edit, bool is_there) {
-  const bool must_be_there = operation_of(edit) == Operation::kDelete;
+  const bool must_be_there = operation_of(edit) == Operation::kDelete && !edit.may_be_missing;
   if (edit.cause == nullptr) return is_there || !must_be_there || refuse(kDataMissing);
   const auto [known, is_new] = positions_.try_emplace(edit.cause, causes_.size());
   if (is_new) causes_.emplace_back();

@@ -31,6 +31,7 @@ struct DocumentNode {
   std::optional<std::string> value;    // a leaf's text; absent when the client gave none
   std::optional<Operation> operation;  // the node's own annotation, not what it inherits
   const void* cause = nullptr;         // of a deletion: those with the same one are one request's
+  bool may_be_missing = false;         // of a deletion: that there is nothing to delete is no error
   int line = 0;                        // where it stands in its source, 0 when unknown
   const lysc_node* schema = nullptr;   // null when no model knows the node
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last

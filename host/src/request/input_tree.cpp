@@ -34,6 +34,9 @@ void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inheri
   node.kind = static_cast<std::uint8_t>(from.kind);
   node.edit_operation = static_cast<std::uint8_t>(operation);
   replaces_ = replaces_ || from.operation == Operation::kReplace;
+  if (operation == Operation::kDelete && node.kind >= NIDL_YFW_KIND_LEAF) {
+    deleted_leaves_.insert(&node);
+  }
   if (from.value) {
     node.value = arena_.copy(*from.value);
     node.flags |= NIDL_YFW_FLAG_HAS_VALUE;

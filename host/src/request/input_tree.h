@@ -23,6 +23,11 @@ class InputTree {
   [[nodiscard]] std::span<InputNode> roots() const { return roots_; }
   // Whether a node's annotation asks for a replacement.
   [[nodiscard]] bool replaces() const { return replaces_; }
+  // Whether the client asks for the deletion of a leaf, whatever operation the mapping has given
+  // it.
+  [[nodiscard]] bool deletes(const InputNode& leaf) const {
+    return deleted_leaves_.contains(&leaf);
+  }
 
  private:
   std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited);
@@ -33,6 +38,7 @@ class InputTree {
 
   Arena arena_;
   std::unordered_set<std::string_view> names_;
+  std::unordered_set<const InputNode*> deleted_leaves_;
   std::span<InputNode> roots_;
   bool replaces_ = false;
 };

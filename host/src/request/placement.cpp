@@ -167,6 +167,7 @@ void Placement::put(OutputNode* node, const char* value, const InputNode* source
   const std::uint8_t operation = operation_of_source(source);
   if (is_deleting(operation) && !request_.hierarchy().is_walked(node->cause)) {
     node->cause = source;
+    node->may_be_missing = source != nullptr && is_mappings_own(*source);
   }
   apply_operation(node, operation,
                   request_.is_edit() ? BelowDeleted::kReplaces : BelowDeleted::kDescribes);
@@ -174,6 +175,13 @@ void Placement::put(OutputNode* node, const char* value, const InputNode* source
     OutputTree::show(node);
   }
   request_.note_written(node->place, value);
+}
+
+// Whether the deletion that a mapping makes of a leaf is its own doing: the client writes the leaf,
+// or removes it if it is there.
+bool Placement::is_mappings_own(const InputNode& source) const {
+  return (source.flags & NIDL_YFW_FLAG_OPERATION_OVERRIDE) != 0 &&
+         source.kind >= NIDL_YFW_KIND_LEAF && !request_.input().deletes(source);
 }
 
 // Whether a write only tells more of a deletion: the input node that asked for it, of the node

@@ -56,6 +56,7 @@ class Placement {
   OutputNode* under_trim_prefix(const PathWrite& write) const;
   OutputNode* under_current_entry(const PathWrite& write) const;
   void set_value(OutputNode* node, const char* value);
+  [[nodiscard]] bool is_mappings_own(const InputNode& source) const;
   [[nodiscard]] bool is_part_of_deletion(const OutputNode* node, const InputNode* source) const;
   void keep_interface(OutputNode* entry);
   [[nodiscard]] bool is_of_another_interface(const OutputNode* entry) const;

@@ -38,6 +38,7 @@ DocumentNode to_document(const OutputNode& node) {
     document.operation = static_cast<Operation>(operation);
   }
   document.cause = node.cause;
+  document.may_be_missing = node.may_be_missing;
   document.children = children_of(node);
   return document;
 }

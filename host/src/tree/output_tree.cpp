@@ -379,6 +379,7 @@ void OutputTree::absorb(OutputNode* target, OutputNode* source) {
   // The input node of the newer deletion is the one that may still be being walked.
   if (source->cause != nullptr) {
     target->cause = source->cause;
+    target->may_be_missing = source->may_be_missing;
   }
   combine_operation(target, operation_of(*source));
   for (ChildSlot* slot = source->slots; slot != nullptr; slot = slot->next) {

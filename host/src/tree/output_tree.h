@@ -37,6 +37,7 @@ struct OutputNode {
   ChildSlot* slots = nullptr;       // in order of first use
   bool is_asked_for = false;        // in queries: a path ended here
   bool is_shown = false;            // false: only writes that are part of a deletion led here
+  bool may_be_missing = false;      // of a deletion: nobody has asked that there be something
   const void* cause = nullptr;      // of a deletion: the input node that asks for it
   const char* interface = nullptr;  // of a native entry: the one being mapped when it was made
 };
