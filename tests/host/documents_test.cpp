@@ -1,6 +1,7 @@
 // Documents and instance paths: read, joined and printed; and the models that they are read by.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -9,6 +10,7 @@
 #include "io/models.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
+#include "io/select_data.h"
 #include "io_testing.h"
 
 namespace ocifip {
@@ -149,6 +151,26 @@ TEST(Paths, NameOneNode) {
               }),
               each["expected"])
         << each.where;
+  }
+}
+
+// By all keys of an entry, and by one.
+TEST(Selecting, FindsAnAddressHoweverItIsWritten) {
+  const auto neighbors = [](const std::string& entries) {
+    return read_document(models(), {"test",
+                                    R"({"Halvane-Ombrix-ipv6-nd-cfg:ipv6-neighbor":{"neighbors":
+                                       {"neighbor":[)" +
+                                        entries + "]}}}",
+                                    Encoding::kJson});
+  };
+  const std::string wanted = R"({"neighbor-address":"2001:DB8::9","interface-name":"Eth1"})";
+  const auto data =
+      neighbors(wanted + R"(,{"neighbor-address":"2001:db8::a","interface-name":"Eth1"})");
+  for (const char* interface : {R"(,"interface-name":"Eth1")", ""}) {
+    const auto query =
+        neighbors(R"({"neighbor-address":"2001:db8:0::9")" + std::string(interface) + "}");
+    EXPECT_EQ(print(select_data(data, query), Format::kTree),
+              print(neighbors(wanted), Format::kTree));
   }
 }
 
