@@ -69,6 +69,12 @@ bool has_same_value(const DocumentNode& left, const DocumentNode& right) {
           is_same_ipv6(*left.value, *right.value));
 }
 
+std::size_t hash_value(const DocumentNode& node) {
+  const std::string_view value = node.value ? *node.value : std::string_view();
+  return Models::names_by_ipv6(node.schema) ? hash_ipv6(value)
+                                            : std::hash<std::string_view>()(value);
+}
+
 const DocumentNode* find_key(const DocumentNode& entry, std::string_view key) {
   const auto found =
       std::find_if(entry.children.begin(), entry.children.end(), [&](const DocumentNode& child) {
@@ -108,12 +114,7 @@ bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
 
 std::size_t SiblingIndex::Hash::operator()(const DocumentNode* node) const {
   std::size_t result = std::hash<std::string_view>()(node->tag);
-  const auto add = [&result](const DocumentNode& from) {
-    const std::string_view value = from.value ? *from.value : std::string_view();
-    result =
-        result * 31 + (Models::names_by_ipv6(from.schema) ? hash_ipv6(value)
-                                                          : std::hash<std::string_view>()(value));
-  };
+  const auto add = [&result](const DocumentNode& from) { result = result * 31 + hash_value(from); };
   if (node->kind == NodeKind::kLeafList) add(*node);
   if (node->kind == NodeKind::kList) {
     Keys keys(*node);

@@ -36,6 +36,9 @@ DocumentNode bare(const DocumentNode& node);
 // an IPv6 address counts, however it is written.
 bool has_same_value(const DocumentNode& left, const DocumentNode& right);
 
+// A hash that nodes with the same value share.
+std::size_t hash_value(const DocumentNode& node);
+
 // The leaf of an entry's key, which has a value; null when the entry lacks it.
 const DocumentNode* find_key(const DocumentNode& entry, std::string_view key);
 

@@ -1,6 +1,7 @@
 #include "io/select_data.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -48,8 +49,8 @@ class Level {
     Queries found;
     if (const auto* query = entries_.find(node)) found.push_back(query);
     for (const auto& by_key : by_key_) {
-      const auto* value = by_key.tag == node.tag ? key_value(node, by_key.key) : nullptr;
-      const auto queries = value == nullptr ? by_key.queries.end() : by_key.queries.find(*value);
+      const auto* key = by_key.tag == node.tag ? find_key(node, by_key.key) : nullptr;
+      const auto queries = key == nullptr ? by_key.queries.end() : by_key.queries.find(key);
       if (queries != by_key.queries.end()) add_those_that_name(node, queries->second, found);
     }
     add_those_that_name(node, others_, found);
@@ -57,11 +58,19 @@ class Level {
   }
 
  private:
+  struct Hash {
+    std::size_t operator()(const DocumentNode* key) const { return hash_value(*key); }
+  };
+  struct IsSame {
+    bool operator()(const DocumentNode* left, const DocumentNode* right) const {
+      return has_same_value(*left, *right);
+    }
+  };
   // Queries that give some of the keys of a list, by the value of the first that they give.
   struct ByKey {
     std::string_view tag;
     std::string_view key;
-    std::unordered_map<std::string_view, Queries> queries;
+    std::unordered_map<const DocumentNode*, Queries, Hash, IsSame> queries;
   };
 
   static void add_those_that_name(const DocumentNode& node, const Queries& queries,
@@ -94,7 +103,7 @@ class Level {
     if (by_key == by_key_.end()) {
       by_key = by_key_.insert(by_key_.end(), {query.tag, key->tag, {}});
     }
-    return by_key->queries[*key->value];
+    return by_key->queries[&*key];
   }
 
   SiblingIndex entries_;
