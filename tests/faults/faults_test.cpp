@@ -86,7 +86,7 @@ struct Entered {
 };
 
 // Of calls that are alike, as those for many interfaces are, only the first few fail.
-constexpr int kMostAlike = 4;
+constexpr int kMostAlike = 2;
 
 class Trial {
  public:
