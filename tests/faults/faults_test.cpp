@@ -60,6 +60,7 @@ struct Failed {
 };
 
 constexpr std::string_view kPush = "yfw_map_add_to_node_hierarchy";
+constexpr std::string_view kPop = "yfw_map_remove_from_node_hierarchy";
 
 Documented documented(const Failed& failed) {
   static const std::vector<cases::Case> exceptions = cases::read(OCIFIP_CASES "exceptions.txt");
@@ -172,11 +173,18 @@ bool Trial::fails(const ServiceCall& call) {
   return true;
 }
 
-// Calls of one service with one path, or by one caller, from one place of the schema are alike.
+// Calls of one service with one path, or by one caller, from one place of the schema are alike; so
+// are those that enter or leave siblings.
 void Trial::note(const ServiceCall& call, const Frame& frame) {
   const std::string texts = call.texts();
-  std::string kind = std::string(call.service) + texts.substr(0, texts.find(']'));
-  for (const InputNode* node : frame.request.hierarchy().nodes()) {
+  auto nodes = frame.request.hierarchy().nodes();
+  std::string kind = call.service;
+  if (call.service == kPop) {
+    nodes = nodes.first(nodes.size() - 1);
+  } else if (call.service != kPush) {
+    kind.append(texts, 0, texts.find(']'));
+  }
+  for (const InputNode* node : nodes) {
     kind.append("/").append(node->tag);
   }
   if (++alike_[kind + (frame.in_second_pass ? " again" : "")] <= kMostAlike) {

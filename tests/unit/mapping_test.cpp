@@ -161,6 +161,7 @@ void MappingTest::begin_request(std::uint32_t request_op) {
 
 void MappingTest::end_request() {
   std::free(state.address_db);
+  std::free(state.vrrp_vip_db);
   std::free(state.unsupported_tag);
   std::free(state.error_message);
 }
