@@ -78,6 +78,10 @@ constexpr std::array kAddresses = {"10.0.0.1",  "10.0.1.1",  "192.0.2.9",   "192
                                    "10.0.20.1", "10.0.20.2", "2001:db8::1", "10.0.0.256"};
 constexpr std::array kLengths = {"24", "32", "29", "0", "33"};
 constexpr std::array kMasks = {"255.255.255.0", "255.255.255.252", "0.0.0.0", "255.0.255.0"};
+constexpr std::array kVirtualAddresses = {"10.0.0.253", "10.0.0.254", "10.0.0.9",
+                                          "10.0.0.10",  "0.0.0.0",    "fe80::7"};
+constexpr std::array kRouters = {"7", "8", "0", "255"};
+constexpr std::array kPreemptions = {"true", "false", "30", "0"};
 constexpr std::array kStates = {"active", "tentative", "duplicate"};
 constexpr std::array kOddValues = {
     "1400",       "true",
@@ -106,6 +110,14 @@ constexpr auto kUsual = std::to_array<UsualValues>({{"ip", kAddresses},
                                                     {"index", kIndices},
                                                     {"prefix-length", kLengths},
                                                     {"netmask", kMasks},
+                                                    {"virtual-address", kVirtualAddresses},
+                                                    {"primary-ipv4-address", kVirtualAddresses},
+                                                    {"ip-address", kVirtualAddresses},
+                                                    {"virtual-router-id", kRouters},
+                                                    {"vr-id", kRouters},
+                                                    {"track-interface", kNames},
+                                                    {"preempt", kPreemptions},
+                                                    {"accept-mode", kPreemptions},
                                                     {"address-state", kStates}});
 
 constexpr std::array kOutsideTags = {"frobnicate", "ipv4", "address", "ip", "config", "interface"};

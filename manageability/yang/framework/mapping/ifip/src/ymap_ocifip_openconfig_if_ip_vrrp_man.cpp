@@ -397,7 +397,7 @@ cerrno delete_virtual_addresses(const Call& call, const VipDb& db) {
 cerrno take_virtual_address(const Call& call, VipDb& db) {
   const bool is_last = db.processed_count + 1 == db.expected_count;
   // Only restores the operation, and leaves it marked.
-  const OperationOverride unchanged(*call.in, operation_of(*call.in));
+  const OperationOverride unchanged(*call.in);
   cerrno result = prepare_ip_list_to_process(call, db);
   if (result == YMAP_OK && is_last) {
     result = process_ip_list_based_on_vip_status(call, db);

@@ -72,10 +72,6 @@ struct Children {
 }
 [[nodiscard]] inline bool is_edit(const yfw_map_ctx* ctx) { return !is_read(ctx); }
 
-[[nodiscard]] inline nidl_yfw_edit_oper operation_of(const Node& node) {
-  return static_cast<nidl_yfw_edit_oper>(node.edit_operation);
-}
-
 // Whether a node carries a delete or remove.
 [[nodiscard]] inline bool is_delete(const Node& node) {
   return yfw_map_is_request_delete(&node) != 0;
@@ -195,6 +191,11 @@ class OperationOverride {
   OperationOverride(const Node& node, nidl_yfw_edit_oper operation)
       : node_(writable(node)), saved_(node.edit_operation) {
     set(operation);
+  }
+  // With the operation that the node has, whatever it is: marks it as an override.
+  explicit OperationOverride(const Node& node)
+      : node_(writable(node)), saved_(node.edit_operation) {
+    node_.flags |= NIDL_YFW_FLAG_OPERATION_OVERRIDE;
   }
   ~OperationOverride() { node_.edit_operation = saved_; }
   OperationOverride(const OperationOverride&) = delete;
