@@ -19,23 +19,10 @@ struct NeighborLists {
   EntryList neighbors;
 };
 
-// The neighbors of a subinterface. The key of a new one comes with its leaf.
-inline constexpr EntryList kIpv4Neighbors = {.path = YMAP_NEIGHBOR("ipv4"),
-                                             .below = "/ipv4/neighbors/neighbor",
-                                             .key = "ip",
-                                             .key_path = nullptr,
-                                             .module_namespace = kNamespaceIfIp,
-                                             .searched_namespace = kNamespaceIfIp,
-                                             .trim_prefix = kSubinterface,
-                                             .flags = YFW_MAP_PATH_SUBINTERFACE,
-                                             .key_flags = YFW_MAP_PATH_PLAIN,
-                                             .key_create = false};
-inline constexpr EntryList kIpv6Neighbors = [] {
-  EntryList list = kIpv4Neighbors;
-  list.path = YMAP_NEIGHBOR("ipv6");
-  list.below = "/ipv6/neighbors/neighbor";
-  return list;
-}();
+inline constexpr EntryList kIpv4Neighbors =
+    list_by_address(YMAP_NEIGHBOR("ipv4"), "/ipv4/neighbors/neighbor");
+inline constexpr EntryList kIpv6Neighbors =
+    list_by_address(YMAP_NEIGHBOR("ipv6"), "/ipv6/neighbors/neighbor");
 
 // Finds or makes the OpenConfig neighbor of the native entry being walked, makes it current, and
 // sets its path as the trim prefix, which stays: for lists whose hook is `placing`.

@@ -18,18 +18,6 @@ namespace {
 #define ADDRESS YMAP_ADDRESS("ipv6")
 #define TUNNEL_ADDRESS YMAP_TUNNEL "/ipv6/addresses/address"
 
-// The entries of addresses. Their key comes with their leaf.
-constexpr EntryList kAddresses = {.path = ADDRESS,
-                                  .below = "/ipv6/addresses/address",
-                                  .key = "ip",
-                                  .key_path = nullptr,
-                                  .module_namespace = kNamespaceIfIp,
-                                  .searched_namespace = kNamespaceIfIp,
-                                  .trim_prefix = kSubinterface,
-                                  .flags = YFW_MAP_PATH_SUBINTERFACE,
-                                  .key_flags = 0,
-                                  .key_create = false};
-
 // The node that an OpenConfig entry takes a delete from, or null.
 const Node* delete_source(const Call& call) { return is_delete(*call.in) ? call.in : nullptr; }
 
@@ -44,7 +32,7 @@ cerrno select_address(const Call& call, const char* ifname) {
   }
   return result != YMAP_OK
              ? result
-             : cursor.find_or_add(kAddresses, address, current_slot(call), delete_source(call));
+             : cursor.find_or_add(kIpv6Addresses, address, current_slot(call), delete_source(call));
 }
 
 // A leaf of an address being written, with the copies that a tunnel has in its own tree. The trim

@@ -28,28 +28,16 @@ constexpr EntryList unchecked(EntryList list) {
 constexpr EntryList kUncheckedInterfaces = unchecked(kInterfaces);
 constexpr EntryList kUncheckedSubinterfaces = unchecked(kSubinterfacesWithNewKeys);
 
-// A new address has no key, by design: only one that the output has already is found by it.
-constexpr EntryList kAddresses = {.path = ADDRESS,
-                                  .below = "/ipv6/addresses/address",
-                                  .key = "ip",
-                                  .key_path = nullptr,
-                                  .module_namespace = kNamespaceIfIp,
-                                  .searched_namespace = kNamespaceIfIp,
-                                  .trim_prefix = kSubinterface,
-                                  .flags = YFW_MAP_PATH_SUBINTERFACE,
-                                  .key_flags = YFW_MAP_PATH_PLAIN,
-                                  .key_create = false};
-
 // Makes the native address being walked current in the subinterface that the cursor is at: a new
-// entry in one that has just been made, else the entry with the same address. Returns 0xaaf2f600
-// when there is none, or the framework's result of the write.
+// entry, without a key by design, in one that has just been made, else the entry with the same
+// address. Returns 0xaaf2f600 when there is none, or the framework's result of the write.
 cerrno select_address(const Call& call, EntryCursor& cursor) {
   Node** const slot = current_slot(call);
   if (cursor.is_new()) {
-    return cursor.find_or_add(kAddresses, nullptr, slot);
+    return cursor.find_or_add(kIpv6Addresses, nullptr, slot);
   }
   const char* address = entry_leaf(call, YMAP_IPV6_DETAIL "/address", "address");
-  if (address == nullptr || address[0] == '\0' || cursor.find(kAddresses, address) != YMAP_OK) {
+  if (address == nullptr || address[0] == '\0' || cursor.find(kIpv6Addresses, address) != YMAP_OK) {
     return YMAP_ERR_NO_KEYS;
   }
   if (slot != nullptr) {

@@ -118,6 +118,26 @@ inline constexpr EntryList kSubinterfacesWithNewKeys = [] {
   return list;
 }();
 
+// A list of openconfig-if-ip below a subinterface, keyed by an address. The key of a new entry
+// comes with its leaf.
+//
+//   path   of the list
+//   below  the same from the subinterface on
+constexpr EntryList list_by_address(const char* path, const char* below) {
+  return {.path = path,
+          .below = below,
+          .key = "ip",
+          .key_path = nullptr,
+          .module_namespace = kNamespaceIfIp,
+          .searched_namespace = kNamespaceIfIp,
+          .trim_prefix = kSubinterface,
+          .flags = YFW_MAP_PATH_SUBINTERFACE,
+          .key_flags = YFW_MAP_PATH_PLAIN,
+          .key_create = false};
+}
+inline constexpr EntryList kIpv6Addresses =
+    list_by_address(YMAP_ADDRESS("ipv6"), "/ipv6/addresses/address");
+
 // A way through the output's entries, from its root down.
 class EntryCursor {
  public:
