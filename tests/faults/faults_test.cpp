@@ -132,6 +132,8 @@ class Trial {
   bool fails(const ServiceCall& call);
   void note(const ServiceCall& call, const Frame& frame);
   void check(const Entered& entered, const Footing& footing, bool failed_here, Frame& frame);
+  void check_stop(const Entered& entered, const Documented& outcome, const Frame& frame) const;
+  void check_going_on(const Entered& entered, bool may_rewrite) const;
   void check_outcome(const Outcome& outcome);
 
   static inline Trial* current_ = nullptr;
@@ -219,17 +221,25 @@ void Trial::check(const Entered& entered, const Footing& footing, bool failed_he
   }
   const Documented outcome = documented(*failed_);
   if (outcome.stops_with != kOk) {
-    EXPECT_EQ(entered.result, outcome.stops_with);
-    if (!outcome.stops_late) {
-      EXPECT_EQ(frame.request.recorder()->text().substr(failed_->written), "");
-    }
-    return;
+    check_stop(entered, outcome, frame);
+  } else {
+    // Nor is a node that it has not been told of one in which leaves can be looked up.
+    check_going_on(entered, outcome.rewrites || is_untold);
   }
+}
+
+void Trial::check_stop(const Entered& entered, const Documented& outcome,
+                       const Frame& frame) const {
+  EXPECT_EQ(entered.result, outcome.stops_with);
+  if (!outcome.stops_late) {
+    EXPECT_EQ(frame.request.recorder()->text().substr(failed_->written), "");
+  }
+}
+
+void Trial::check_going_on(const Entered& entered, bool may_rewrite) const {
   ASSERT_LE(entered_.size(), undisturbed_->entered_.size());
   const Entered& without = undisturbed_->entered_[entered_.size() - 1];
   EXPECT_EQ(entered.result, without.result);
-  // Nor is a node that it has not been told of one in which leaves can be looked up.
-  const bool may_rewrite = outcome.rewrites || is_untold;
   for (std::size_t i = 0; i < entered.overrides.size(); ++i) {
     EXPECT_TRUE(may_rewrite || !entered.overrides[i] || without.overrides[i]);
   }
