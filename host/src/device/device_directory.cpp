@@ -34,9 +34,21 @@ DeviceDirectory::DeviceDirectory(Device device)
     add_name(addresses.name);
     configured.emplace(addresses.name, std::move(addresses));
   }
+  for (const std::string& name : interfaces_named_elsewhere(device_.native)) {
+    add_name(name);
+  }
+  const std::vector<std::string> configured_names = names_;
   for (const DeviceInterface& interface : device_.interfaces) {
     add_name(interface.name);
     enter_interface(interface, configured[interface.name]);
+  }
+  // What is configured is an interface, whether the device file lists it or not.
+  for (const std::string& name : configured_names) {
+    if (handle_of(internal_name(name)) == 0) {
+      DeviceInterface interface;
+      interface.name = name;
+      enter_interface(interface, configured[name]);
+    }
   }
   // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
   for (const auto& [interface, index] : subinterfaces_in(device_.native.roots)) {

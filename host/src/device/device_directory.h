@@ -42,6 +42,9 @@ class DeviceDirectory {
   // Handles count from 1; 0 is no interface.
   [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;
   [[nodiscard]] const InterfaceRecord* interface(std::uint32_t handle) const;
+  // What the interface manager knows: the interfaces that the device file lists and those that the
+  // native configuration names; the one with handle 1 first.
+  [[nodiscard]] const std::vector<InterfaceRecord>& interfaces() const { return interfaces_; }
   // The local node, or NODEID_NONE. Node identifiers count from 1.
   [[nodiscard]] nodeid_t own_node() const;
   // Null for an identifier that no node has.

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -33,25 +32,6 @@ constexpr std::size_t kMostRouterAddresses = 255;
 
 // Type of an item that is there or not, and has no value.
 constexpr std::uint32_t kPresence = 1;
-
-using Visit = std::function<void(const DocumentNode&)>;
-
-// Calls a function with every node that a path of one module leads to.
-void each(const std::vector<DocumentNode>& nodes, std::string_view module,
-          std::initializer_list<std::string_view> path, const Visit& visit) {
-  const auto step = [&](const auto& self, const std::vector<DocumentNode>& level,
-                        const std::string_view* tag) -> void {
-    for (const DocumentNode& node : level) {
-      if (!is_native_node(node, module, *tag)) continue;
-      if (tag + 1 == path.end()) {
-        visit(node);
-      } else {
-        self(self, node.children, tag + 1);
-      }
-    }
-  };
-  step(step, nodes, path.begin());
-}
 
 DatabaseItem record_item(std::string record, const Json& fields) {
   DatabaseItem item;
@@ -101,10 +81,10 @@ void add_virtual_router(const std::string& interface, const DocumentNode& router
   };
   const std::string primary = native_leaf(router, kVrrpModule, "primary-ipv4-address");
   add_address(primary);
-  each(router.children, kVrrpModule, {"secondary-ipv4-addresses", "secondary-ipv4-address"},
-       [&](const DocumentNode& entry) {
-         add_address(native_leaf(entry, kVrrpModule, "ip-address"));
-       });
+  each_native(router.children, kVrrpModule, {"secondary-ipv4-addresses", "secondary-ipv4-address"},
+              [&](const DocumentNode& entry) {
+                add_address(native_leaf(entry, kVrrpModule, "ip-address"));
+              });
   const unsigned long id = std::strtoul(number.c_str(), nullptr, 10);
   if (interface.empty() || id == 0 || addresses.size() > kMostRouterAddresses) return;
   Json fields = {{"Interface", interface},
@@ -177,8 +157,9 @@ DatabaseItems neighbors(const DeviceDirectory& directory) {
   std::array<char, 16> node{};
   std::snprintf(node.data(), node.size(), "%x", directory.own_node());
   const std::string head = std::string(kNeighborHead) + node.data();
-  each(directory.device().native.roots, kNeighborModule, {"ipv6-neighbor", "neighbors", "neighbor"},
-       [&](const DocumentNode& entry) { add_neighbor(head, entry, items); });
+  each_native(directory.device().native.roots, kNeighborModule,
+              {"ipv6-neighbor", "neighbors", "neighbor"},
+              [&](const DocumentNode& entry) { add_neighbor(head, entry, items); });
   return items;
 }
 
@@ -186,21 +167,23 @@ DatabaseItems neighbors(const DeviceDirectory& directory) {
 
 DatabaseItems items_configured_by(const Document& native) {
   DatabaseItems items;
-  each(native.roots, kInterfaceModule, {"interface-configurations", "interface-configuration"},
-       [&](const DocumentNode& interface) { add_proxy_arp(interface, items); });
-  each(native.roots, kArpModule, {"arpgmp", "vrf"}, [&](const DocumentNode& vrf) {
+  each_native(native.roots, kInterfaceModule,
+              {"interface-configurations", "interface-configuration"},
+              [&](const DocumentNode& interface) { add_proxy_arp(interface, items); });
+  each_native(native.roots, kArpModule, {"arpgmp", "vrf"}, [&](const DocumentNode& vrf) {
     const std::string name = native_leaf(vrf, kArpModule, "vrf-name");
-    each(vrf.children, kArpModule, {"entries", "entry"},
-         [&](const DocumentNode& entry) { add_arp_entry(name, entry, items); });
+    each_native(vrf.children, kArpModule, {"entries", "entry"},
+                [&](const DocumentNode& entry) { add_arp_entry(name, entry, items); });
   });
-  each(native.roots, kVrrpModule, {"vrrp", "interfaces", "interface"},
-       [&](const DocumentNode& interface) {
-         const std::string name =
-             internal_name(native_leaf(interface, kVrrpModule, "interface-name"));
-         each(interface.children, kVrrpModule,
-              {"ipv4", "version3", "virtual-routers", "virtual-router"},
-              [&](const DocumentNode& router) { add_virtual_router(name, router, items); });
-       });
+  each_native(native.roots, kVrrpModule, {"vrrp", "interfaces", "interface"},
+              [&](const DocumentNode& interface) {
+                const std::string name =
+                    internal_name(native_leaf(interface, kVrrpModule, "interface-name"));
+                each_native(
+                    interface.children, kVrrpModule,
+                    {"ipv4", "version3", "virtual-routers", "virtual-router"},
+                    [&](const DocumentNode& router) { add_virtual_router(name, router, items); });
+              });
   return items;
 }
 

@@ -1,5 +1,6 @@
 #include "device/native_addresses.h"
 
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -76,7 +77,31 @@ DeviceAddresses ipv6_addresses(const DocumentNode& interface) {
   return addresses;
 }
 
+// Settings of an interface that stand elsewhere than below the interface's own.
+struct InterfaceList {
+  std::string_view module;
+  std::initializer_list<std::string_view> path;
+  std::string_view name;
+};
+
+const InterfaceList kOtherLists[] = {
+    {"Halvane-Ombrix-ipv4-arp-cfg", {"arpgmp", "vrf", "entries", "entry"}, "interface"},
+    {"Halvane-Ombrix-ipv6-nd-cfg", {"ipv6-neighbor", "neighbors", "neighbor"}, "interface-name"},
+    {"Halvane-Ombrix-ipv4-vrrp-cfg", {"vrrp", "interfaces", "interface"}, "interface-name"},
+};
+
 }  // namespace
+
+std::vector<std::string> interfaces_named_elsewhere(const Document& native) {
+  std::vector<std::string> names;
+  for (const InterfaceList& list : kOtherLists) {
+    each_native(native.roots, list.module, list.path, [&](const DocumentNode& entry) {
+      std::string name = native_leaf(entry, list.module, list.name);
+      if (!name.empty()) names.push_back(std::move(name));
+    });
+  }
+  return names;
+}
 
 std::vector<ConfiguredAddresses> native_addresses(const Document& native) {
   std::vector<ConfiguredAddresses> interfaces;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "io/device_file.h"
+#include "io/document.h"
 
 namespace ocifip {
 
@@ -18,6 +19,10 @@ struct ConfiguredAddresses {
 
 // What is no address, netmask or prefix length counts as absent.
 std::vector<ConfiguredAddresses> native_addresses(const Document& native);
+
+// The names of interfaces that have static neighbors or VRRP, which the native configuration keeps
+// apart from the interface's own entry; a name may come several times.
+std::vector<std::string> interfaces_named_elsewhere(const Document& native);
 
 }  // namespace ocifip
 

@@ -25,6 +25,22 @@ const DocumentNode* find_native_below(const DocumentNode& node, std::string_view
   return found;
 }
 
+void each_native(const std::vector<DocumentNode>& nodes, std::string_view module,
+                 std::initializer_list<std::string_view> path, const NativeVisitor& visit) {
+  const auto step = [&](const auto& self, const std::vector<DocumentNode>& level,
+                        const std::string_view* tag) -> void {
+    for (const DocumentNode& node : level) {
+      if (!is_native_node(node, module, *tag)) continue;
+      if (tag + 1 == path.end()) {
+        visit(node);
+      } else {
+        self(self, node.children, tag + 1);
+      }
+    }
+  };
+  step(step, nodes, path.begin());
+}
+
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag) {
   const DocumentNode* found = find_native(node.children, module, tag);
   return found == nullptr || !found->value ? "" : *found->value;

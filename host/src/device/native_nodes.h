@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_DEVICE_NATIVE_NODES_H_
 #define OCIFIP_HOST_DEVICE_NATIVE_NODES_H_
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -21,6 +22,12 @@ const DocumentNode* find_native(const std::vector<DocumentNode>& nodes, std::str
 // The node that a path of one module leads to from another node, or null.
 const DocumentNode* find_native_below(const DocumentNode& node, std::string_view module,
                                       std::initializer_list<std::string_view> path);
+
+using NativeVisitor = std::function<void(const DocumentNode&)>;
+
+// Calls a function with every node that a path of one module leads to.
+void each_native(const std::vector<DocumentNode>& nodes, std::string_view module,
+                 std::initializer_list<std::string_view> path, const NativeVisitor& visit);
 
 // The value of a leaf below a node; "" without the leaf or its value.
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag);

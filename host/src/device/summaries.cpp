@@ -133,9 +133,7 @@ DocumentNode ipv4_summary(const Models& models, const DeviceDirectory& device) {
                          given == roots.end()
                              ? node_of(models.child(nullptr, kTop, models.namespace_of(kModule)))
                              : *given);
-  const auto count = static_cast<std::uint32_t>(device.device().interfaces.size());
-  for (std::uint32_t handle = 1; handle <= count; ++handle) {
-    const InterfaceRecord& interface = *device.interface(handle);
+  for (const InterfaceRecord& interface : device.interfaces()) {
     if (interface.ipv4.primary || !interface.ipv4.secondaries.empty()) {
       summary.add(subinterface_of(interface.name), interface.ipv4);
     }
