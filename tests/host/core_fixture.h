@@ -29,9 +29,10 @@ inline const std::string kSubinterface = "/interfaces/interface/subinterfaces/su
 
 // The plug-in's entries, as a stand-in has them: each call is noted in `entered`, a line a call,
 // with an exclamation mark at nodes in which a list is deleted as a whole, and the kind of the
-// request in `entered_kind`. A leaf "mtu" is copied, a leaf "enabled" is refused.
+// request in `entered_kind`; reads only when `notes_reads` says so. A leaf "mtu" is copied, a leaf "enabled" is refused.
 inline std::string entered;
 inline std::uint32_t entered_kind = 0;
+inline bool notes_reads = true;
 
 inline cerrno copy_mtu(yfw_map_ctx* ctx, const InputNode& leaf) {
   return yfw_map_datatree_add_path_flagged(ctx, Request::of(ctx).out(), (kNetwork + "/mtu").c_str(),
@@ -62,12 +63,15 @@ inline cerrno visit(yfw_map_ctx* ctx, const InputNode& node, bool is_top = false
 
 template <char kEntry>
 cerrno stand_in(yfw_map_ctx* ctx, const InputNode* in, nidl_yfw_datatree* /*out*/) {
-  entered_kind = ctx->request_state->request.request_op;
+  const std::string before = entered;
+  const bool is_noted = notes_reads || Request::of(ctx).is_edit();
+  entered_kind = is_noted ? ctx->request_state->request.request_op : entered_kind;
   entered.append(1, kEntry).append(":").append(Request::of(ctx).native_interface_name());
   entered.append(" op=").append(std::to_string(in->edit_operation));
   entered.append(" ").append(in->tag);
   const cerrno result = visit(ctx, *in, true);
   entered.append("\n");
+  if (!is_noted) entered = before;
   return result;
 }
 

@@ -339,7 +339,6 @@ constexpr const char* kDeletedAddresses = R"({"openconfig-interfaces:interfaces"
 
 TEST_F(CoreTest, OperationsAreInheritedButAKeyIsNeverDeletedWithItsEntry) {
   begin(kDeletedAddresses, {.operation = Operation::kNone});
-  EXPECT_TRUE(input->replaces());
   const InputNode* node = &input->roots()[0];
   EXPECT_EQ(node->edit_operation, NIDL_YFW_EDIT_NONE);
   EXPECT_EQ(find_child(*find_child(*node, "interface"), "name")->edit_operation,

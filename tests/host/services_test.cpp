@@ -429,7 +429,9 @@ class MapperTest : public testing::Test {
       request.document = Source{"in.json", *json, Encoding::kJson};
     }
     entered.clear();
+    notes_reads = false;
     outcome = mapper.edit(request, format);
+    notes_reads = true;
   }
 
   DeviceDirectory device{device_of_file()};

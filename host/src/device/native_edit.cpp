@@ -18,6 +18,7 @@ namespace ocifip {
 namespace {
 
 using Nodes = std::vector<DocumentNode>;
+using IsThere = std::function<bool(const void*)>;
 
 Operation operation_of(const DocumentNode& node) {
   return node.operation.value_or(Operation::kWrite);
@@ -78,11 +79,12 @@ struct Level {
 class NativeEditor {
  public:
   // Why the edit is refused; nothing when the target has been edited.
-  std::optional<Refusal> edit(Nodes& target, const Nodes& edit);
+  std::optional<Refusal> edit(Nodes& target, const Nodes& edit, const IsThere& is_there);
 
  private:
   // Deletions with one cause, as far as what they delete is not there: one of them stands for all.
   struct Cause {
+    const void* name = nullptr;
     bool has_effect = false;
     std::optional<Refusal> missing;
   };
@@ -106,10 +108,12 @@ class NativeEditor {
   std::optional<Refusal> refusal_;
 };
 
-std::optional<Refusal> NativeEditor::edit(Nodes& target, const Nodes& edit) {
+std::optional<Refusal> NativeEditor::edit(Nodes& target, const Nodes& edit,
+                                          const IsThere& is_there) {
   if (!apply(target, edit)) return refusal_;
   for (const auto& cause : causes_) {
-    if (!cause.has_effect && cause.missing) return cause.missing;
+    const bool is_missing = !cause.has_effect && cause.missing;
+    if (is_missing && !(is_there && is_there(cause.name))) return cause.missing;
   }
   return std::nullopt;
 }
@@ -128,7 +132,7 @@ bool NativeEditor::note_deletion(const DocumentNode& edit, bool is_there) {
   const bool must_be_there = operation_of(edit) == Operation::kDelete && !edit.may_be_missing;
   if (edit.cause == nullptr) return is_there || !must_be_there || refuse(kDataMissing);
   const auto [known, is_new] = positions_.try_emplace(edit.cause, causes_.size());
-  if (is_new) causes_.emplace_back();
+  if (is_new) causes_.emplace_back().name = edit.cause;
   auto& cause = causes_[known->second];
   cause.has_effect = cause.has_effect || is_there;
   if (!is_there && must_be_there && !cause.missing) cause.missing = refusal(kDataMissing);
@@ -235,10 +239,11 @@ Refusal invalid(const DataFault& fault) {
 
 }  // namespace
 
-EditedNative edit_native(const Models& models, const Document& native, const Document& edit) {
+EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
+                         const IsThere& is_there) {
   EditedNative result{native, std::nullopt};
   NativeEditor editor;
-  result.refusal = editor.edit(result.native.roots, edit.roots);
+  result.refusal = editor.edit(result.native.roots, edit.roots, is_there);
   if (!result.refusal) {
     const auto fault = check_data(models, result.native);
     if (fault) result.refusal = invalid(*fault);

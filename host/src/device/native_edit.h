@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_DEVICE_NATIVE_EDIT_H_
 #define OCIFIP_HOST_DEVICE_NATIVE_EDIT_H_
 
+#include <functional>
 #include <optional>
 
 #include "io/document.h"
@@ -21,7 +22,11 @@ struct EditedNative {
 // another with the same cause; a write below what is not
 // there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
-EditedNative edit_native(const Models& models, const Document& native, const Document& edit);
+//
+// `is_there`, when given, tells of a cause whether what it deletes is there in other terms than the
+// edit's: then none of its deletions is refused.
+EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
+                         const std::function<bool(const void* cause)>& is_there = {});
 
 }  // namespace ocifip
 

@@ -1,7 +1,5 @@
 #include "mapping/extended_ipv6.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -29,8 +27,10 @@ cerrno enter_extension(Request& request, const InputNode& ipv6, const InputNode&
 
 cerrno map_own_nodes(Request& request, const InputNode& ipv6, nidl_yfw_datatree* out) {
   const auto children = children_of(ipv6);
-  std::vector<InputNode> own;
-  std::remove_copy_if(children.begin(), children.end(), std::back_inserter(own), is_extension);
+  std::vector<const InputNode*> own;
+  for (const InputNode& child : children) {
+    if (!is_extension(child)) own.push_back(&child);
+  }
   if (own.empty() && !children.empty()) {
     return kOk;
   }

@@ -12,76 +12,17 @@
 #include "io/select_data.h"
 #include "mapping/input_checks.h"
 #include "mapping/map_input.h"
+#include "mapping/outcomes.h"
 #include "mapping/subinterfaces.h"
 #include "result_codes.h"
-#include "tree/operations.h"
 #include "tree/output_document.h"
 
 namespace ocifip {
 namespace {
 
-Operation operation_of(DefaultOperation operation) {
-  switch (operation) {
-    case DefaultOperation::kReplace:
-      return Operation::kReplace;
-    case DefaultOperation::kNone:
-      return Operation::kNone;
-    default:
-      return Operation::kWrite;
-  }
-}
-
 std::uint32_t request_op(Content content) {
   return content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
                                   : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG};
-}
-
-std::uint32_t request_op(DefaultOperation operation, const InputTree& input) {
-  if (operation == DefaultOperation::kReplace || input.replaces()) {
-    return YFW_MAP_REQUEST_REPLACE;
-  }
-  return operation == DefaultOperation::kCreate ? std::uint32_t{YFW_MAP_REQUEST_CREATE}
-                                                : std::uint32_t{YFW_MAP_REQUEST_MERGE};
-}
-
-// Whether an output holds more than the way to something: a leaf, an operation, or an entry of a
-// list. Native interfaces are no more than the way. A query may end at a container, which stands
-// for all that it holds.
-bool has_effect(const OutputNode& node) {
-  const Place& place = *node.place;
-  const std::uint8_t operation = operation_of(node);
-  if (node.is_asked_for && node.slots == nullptr) {
-    return true;
-  }
-  const bool is_thing = place.is_list() ? place.role != PlaceRole::kNativeInterface
-                                        : place.kind != NodeKind::kContainer && !place.is_key;
-  if ((operation == NIDL_YFW_EDIT_WRITE && is_thing) || operation == NIDL_YFW_EDIT_REPLACE ||
-      is_deleting(operation)) {
-    return true;
-  }
-  for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
-    for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
-      if (OutputTree::is_shown(child) && has_effect(*child)) {
-        return true;
-      }
-    }
-  }
-  return false;
-}
-
-// What the mapping itself made of a request: its calls if they were recorded, and its refusal or
-// its remarks.
-Outcome outcome_of(Request& request, cerrno result) {
-  Outcome outcome;
-  if (request.recorder() != nullptr) {
-    outcome.text = request.recorder()->text();
-  }
-  if (result != kOk) {
-    outcome.refusal = request.refusal(result);
-  } else {
-    outcome.notes = request.notes();
-  }
-  return outcome;
 }
 
 // Shows what changed, unless the mapping's calls are shown.
@@ -94,9 +35,18 @@ void print_applied(const Document& before, const Document& changes, Format forma
   }
 }
 
-void apply_edit(const Models& models, const Document& native, const Document& edit, Format format,
-                Applied& applied) {
-  EditedNative edited = edit_native(models, native, edit);
+void apply_edit(const Models& models, const Document& native, MappedEdit& edit, EditCycle& cycle,
+                Format format, Applied& applied) {
+  applied.outcome = std::move(edit.outcome);
+  if (!applied.outcome.refusal) {
+    applied.outcome.refusal = cycle.find_missing();
+  }
+  if (applied.outcome.refusal) {
+    applied.outcome.notes.clear();
+    return;
+  }
+  EditedNative edited = edit_native(models, native, edit.native,
+                                    [&](const void* cause) { return cycle.is_there(cause); });
   applied.outcome.refusal = std::move(edited.refusal);
   if (applied.outcome.refusal) {
     applied.outcome.notes.clear();
@@ -142,6 +92,13 @@ void put_whole_lists_first(std::vector<DocumentNode>& nodes) {
   }
 }
 
+// Whether a read names a leaf, keys that choose an entry aside.
+bool asks_for_a_leaf(const DocumentNode& node) {
+  return std::any_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
+    return child.kind >= NodeKind::kLeaf ? !is_key(child) || !child.value : asks_for_a_leaf(child);
+  });
+}
+
 // Whether a reply says more than which interfaces and subinterfaces there are.
 bool has_content(const std::vector<DocumentNode>& nodes) {
   return std::any_of(nodes.begin(), nodes.end(), [](const DocumentNode& node) {
@@ -161,7 +118,8 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       trace_(options.trace),
       paths_(models),
       framework_{models, paths_, plugin.augments, options.progress},
-      probes_(models) {}
+      probes_(models),
+      reads_(configuration_reads()) {}
 
 void Mapper::begin(const char* stage) const {
   if (framework_.progress != nullptr) {
@@ -169,36 +127,69 @@ void Mapper::begin(const char* stage) const {
   }
 }
 
-void Mapper::map_edit(const EditRequest& request, Format format, const Mapped& mapped) {
-  const ActiveDevice active(device_);
-  const Document document = read_edit(request);
-  const Operation operation = operation_of(request.operation);
-  const InputTree input(document, operation);
-  Request run(framework_, input,
-              {.request_op = request_op(request.operation, input),
-               .operation = operation,
-               .record_calls = format == Format::kCalls,
-               .trace = trace_});
-  mapped(run, map_input(run, plugin_.openconfig));
+MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
+  return cycle.map(read_edit(request), request.operation,
+                   {.record_calls = format == Format::kCalls, .trace = trace_});
 }
 
 Outcome Mapper::edit(const EditRequest& request, Format format) {
-  Outcome outcome;
-  map_edit(request, format, [&](Request& run, cerrno result) {
-    outcome = finish(run, result, format, "the request maps to nothing on the device");
-  });
+  const ActiveDevice active(device_);
+  EditCycle cycle(framework_, plugin_, device_, reads_);
+  MappedEdit edit = map_edit(request, format, cycle);
+  Outcome outcome = std::move(edit.outcome);
+  if (outcome.refusal) {
+    return outcome;
+  }
+  if (!edit.has_effect) {
+    outcome.notes.emplace_back("the request maps to nothing on the device");
+  }
+  if (format != Format::kCalls) {
+    begin("printing");
+    outcome.text = print_document(edit.native, format, outcome.notes);
+  }
   return outcome;
 }
 
 Applied Mapper::apply(const EditRequest& request, const Document& native, Format format) {
+  const ActiveDevice active(device_);
+  EditCycle cycle(framework_, plugin_, device_, reads_);
+  MappedEdit edit = map_edit(request, format, cycle);
   Applied applied;
-  map_edit(request, format, [&](Request& run, cerrno result) {
-    applied.outcome = outcome_of(run, result);
-    if (!applied.outcome.refusal) {
-      apply_edit(models_, native, to_document(run.output(), "edit"), format, applied);
-    }
-  });
+  apply_edit(models_, native, edit, cycle, format, applied);
   return applied;
+}
+
+// The reads that an edit makes are neither shown nor traced.
+ConfigurationReads Mapper::configuration_reads() {
+  const auto expand = [this](Document& read) {
+    std::vector<std::string> unread;
+    QueryExpansion expansion(models_, Content::kConfig, device_.interface_names(),
+                             [this](SchemaPath path) { return is_refused(path); });
+    expansion.expand(read, unread);
+    return std::any_of(read.roots.begin(), read.roots.end(), asks_for_a_leaf);
+  };
+  const auto queries = [this](const Document& expanded) {
+    Document ordered = expanded;
+    put_whole_lists_first(ordered.roots);
+    const InputTree input(ordered, Operation::kWrite);
+    Request run(framework_, input, {.request_op = request_op(Content::kConfig), .is_query = true});
+    const Outcome outcome = outcome_of(run, map_input(run, plugin_.openconfig));
+    if (outcome.refusal) {
+      throw EditRefused{*outcome.refusal};
+    }
+    return to_document(run.output(), "queries");
+  };
+  const auto answer = [this, queries](const Document& expanded) {
+    const Document data = device_data(queries(expanded), Content::kConfig);
+    const InputTree input(data, Operation::kWrite);
+    Request run(framework_, input, {.request_op = request_op(Content::kConfig)});
+    const Outcome outcome = outcome_of(run, read_back(run, plugin_.read_back));
+    if (outcome.refusal) {
+      throw EditRefused{*outcome.refusal};
+    }
+    return to_document(run.output(), "answer");
+  };
+  return {expand, queries, answer};
 }
 
 void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) {

@@ -11,6 +11,7 @@
 #include "device/device_directory.h"
 #include "device/subinterface_name.h"
 #include "io/models.h"
+#include "mapping/edit_cycle.h"
 #include "mapping/plugin.h"
 #include "mapping/probe.h"
 #include "mapping/query_expansion.h"
@@ -51,7 +52,8 @@ class Mapper {
 
   // Take a request as the mapping left it, and the mapping's result.
   using Mapped = std::function<void(Request& request, cerrno result)>;
-  void map_edit(const EditRequest& request, Format format, const Mapped& mapped);
+  MappedEdit map_edit(const EditRequest& request, Format format, EditCycle& cycle);
+  ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
   Query read_query(const QueryRequest& request);
@@ -71,6 +73,7 @@ class Mapper {
   Framework framework_;
   Probes probes_;
   std::unordered_map<const lysc_node*, bool> refused_;  // leaves, as far as they were probed
+  ConfigurationReads reads_;
 };
 
 }  // namespace ocifip

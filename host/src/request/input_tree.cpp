@@ -15,25 +15,30 @@ Operation operation_of(const DocumentNode& node, Operation inherited) {
 }  // namespace
 
 InputTree::InputTree(const Document& document, Operation request_operation) {
-  roots_ = build(document.roots, request_operation);
+  roots_ = build(document.roots, request_operation, nullptr);
 }
 
-std::span<InputNode> InputTree::build(const std::vector<DocumentNode>& nodes, Operation inherited) {
+std::span<InputNode> InputTree::build(const std::vector<DocumentNode>& nodes, Operation inherited,
+                                      const void* cause) {
   const auto built = arena_.make_array<InputNode>(nodes.size());
   for (std::size_t i = 0; i < nodes.size(); ++i) {
-    fill(built[i], nodes[i], inherited);
+    fill(built[i], nodes[i], inherited, cause);
   }
   return built;
 }
 
 // Recursion is as deep as the document, whose depth its reader bounds.
-void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inherited) {
+void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inherited,
+                     const void* cause) {
   const Operation operation = operation_of(from, inherited);
   node.tag = shared(from.tag);
   node.module_namespace = shared(from.module_namespace);
   node.kind = static_cast<std::uint8_t>(from.kind);
   node.edit_operation = static_cast<std::uint8_t>(operation);
-  replaces_ = replaces_ || from.operation == Operation::kReplace;
+  cause = from.cause == nullptr ? cause : from.cause;
+  if (cause != nullptr) {
+    causes_.emplace(&node, cause);
+  }
   if (operation == Operation::kDelete && node.kind >= NIDL_YFW_KIND_LEAF) {
     deleted_leaves_.insert(&node);
   }
@@ -42,7 +47,7 @@ void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inheri
     node.flags |= NIDL_YFW_FLAG_HAS_VALUE;
   }
   if (!from.children.empty()) {
-    const auto children = build(from.children, operation);
+    const auto children = build(from.children, operation, cause);
     node.children = children.data();
     node.child_count = static_cast<std::uint32_t>(children.size());
     node.flags |= NIDL_YFW_FLAG_HAS_SUBTREE;

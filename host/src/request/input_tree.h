@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "io/document.h"
@@ -21,8 +22,11 @@ class InputTree {
   InputTree(const Document& document, Operation request_operation);
 
   [[nodiscard]] std::span<InputNode> roots() const { return roots_; }
-  // Whether a node's annotation asks for a replacement.
-  [[nodiscard]] bool replaces() const { return replaces_; }
+  // The cause that the document gives the deletion which a node is part of, or null.
+  [[nodiscard]] const void* cause_of(const InputNode& node) const {
+    const auto found = causes_.find(&node);
+    return found == causes_.end() ? nullptr : found->second;
+  }
   // Whether the client asks for the deletion of a leaf, whatever operation the mapping has given
   // it.
   [[nodiscard]] bool deletes(const InputNode& leaf) const {
@@ -30,8 +34,9 @@ class InputTree {
   }
 
  private:
-  std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited);
-  void fill(InputNode& node, const DocumentNode& from, Operation inherited);
+  std::span<InputNode> build(const std::vector<DocumentNode>& nodes, Operation inherited,
+                             const void* cause);
+  void fill(InputNode& node, const DocumentNode& from, Operation inherited, const void* cause);
   // One text for all nodes of a name: names are compared all the time, and a few texts stay in the
   // processor's cache.
   const char* shared(const std::string& name);
@@ -39,8 +44,8 @@ class InputTree {
   Arena arena_;
   std::unordered_set<std::string_view> names_;
   std::unordered_set<const InputNode*> deleted_leaves_;
+  std::unordered_map<const InputNode*, const void*> causes_;
   std::span<InputNode> roots_;
-  bool replaces_ = false;
 };
 
 }  // namespace ocifip

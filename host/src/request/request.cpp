@@ -89,10 +89,14 @@ bool Request::is_edit() const {
   return op != YFW_MAP_REQUEST_READ_CONFIG && op != YFW_MAP_REQUEST_READ_STATE;
 }
 
-InputNode& Request::copy(const InputNode& node, std::span<const InputNode> children) {
+InputNode& Request::copy(const InputNode& node, std::span<const InputNode* const> children) {
   InputNode& copied = *arena_.make<InputNode>(node);
   const auto copies = arena_.make_array<InputNode>(children.size());
-  std::copy(children.begin(), children.end(), copies.begin());
+  originals_.emplace(&copied, &node);
+  for (std::size_t i = 0; i < copies.size(); ++i) {
+    copies[i] = *children[i];
+    originals_.emplace(&copies[i], children[i]);
+  }
   copied.children = copies.data();
   copied.child_count = static_cast<std::uint32_t>(copies.size());
   if (copies.empty()) {
@@ -100,6 +104,13 @@ InputNode& Request::copy(const InputNode& node, std::span<const InputNode> child
     copied.flags &= static_cast<std::uint8_t>(~NIDL_YFW_FLAG_HAS_SUBTREE);
   }
   return copied;
+}
+
+const void* Request::cause_of(const InputNode* node) const {
+  for (auto copy = originals_.find(node); copy != originals_.end(); copy = originals_.find(node)) {
+    node = copy->second;
+  }
+  return node == nullptr ? nullptr : input_.cause_of(*node);
 }
 
 void Request::forget_current_entries() {

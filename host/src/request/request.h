@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -102,7 +103,11 @@ class Request {
 
   // A copy of an input node, with copies of other nodes for its children. They live as long as the
   // request.
-  [[nodiscard]] InputNode& copy(const InputNode& node, std::span<const InputNode> children);
+  [[nodiscard]] InputNode& copy(const InputNode& node, std::span<const InputNode* const> children);
+
+  // The cause that the document gives the deletion which an input node, or a copy of one, is part
+  // of; null when it gives none.
+  [[nodiscard]] const void* cause_of(const InputNode* node) const;
 
   // Leaves nothing of what was mapped so far current, so that what is mapped next finds its own
   // place.
@@ -152,6 +157,7 @@ class Request {
   OutputTree output_;
   Hierarchy hierarchy_;
   std::optional<Recorder> recorder_;
+  std::unordered_map<const InputNode*, const InputNode*> originals_;  // of copies
   std::vector<const InputNode*> output_list_;
   std::string trim_prefix_;
   NativeInterface native_interface_;

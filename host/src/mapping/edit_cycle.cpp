@@ -1,0 +1,236 @@
+#include "mapping/edit_cycle.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "device/native_removal.h"
+#include "device/subinterface_name.h"
+#include "io/document_nodes.h"
+#include "io/read_document.h"
+#include "io/select_data.h"
+#include "mapping/map_input.h"
+#include "mapping/outcomes.h"
+#include "result_codes.h"
+#include "tree/output_document.h"
+
+namespace ocifip {
+namespace {
+
+constexpr const char* kNothingMapped = "nothing of it is configuration that is mapped";
+
+Operation operation_of(DefaultOperation operation) {
+  switch (operation) {
+    case DefaultOperation::kReplace:
+      return Operation::kReplace;
+    case DefaultOperation::kNone:
+      return Operation::kNone;
+    default:
+      return Operation::kWrite;
+  }
+}
+
+// Gives deletions the causes that the document names.
+void name_causes(const Request& request, std::vector<DocumentNode>& nodes) {
+  for (DocumentNode& node : nodes) {
+    if (node.cause != nullptr) {
+      const void* cause = request.cause_of(static_cast<const InputNode*>(node.cause));
+      node.cause = cause == nullptr ? node.cause : cause;
+    }
+    name_causes(request, node.children);
+  }
+}
+
+// The read of the node that a path of single nodes ends at, in data; null when it is not there.
+const DocumentNode* follow(const DocumentNode& read, const std::vector<DocumentNode>& data) {
+  const bool is_whole_list = (read.kind == NodeKind::kList && read.children.empty()) ||
+                             (read.kind == NodeKind::kLeafList && !read.value);
+  const auto found = std::find_if(data.begin(), data.end(), [&](const DocumentNode& node) {
+    return is_whole_list ? node.schema == read.schema : is_same_node(node, read);
+  });
+  if (found == data.end()) return nullptr;
+  const auto below = std::find_if(read.children.begin(), read.children.end(),
+                                  [](const DocumentNode& child) { return !is_key(child); });
+  return below == read.children.end() ? &*found : follow(*below, found->children);
+}
+
+bool is_subinterface(const DocumentNode& node) {
+  return node.module == "openconfig-interfaces" && node.tag == "subinterface";
+}
+
+// Whether data has something at the end of a read's path: an entry, a leaf, or content.
+bool has(const DocumentNode& read, const std::vector<DocumentNode>& data) {
+  const DocumentNode* node = follow(read, data);
+  if (node == nullptr) return false;
+  return (node->kind != NodeKind::kContainer && !is_subinterface(*node)) ||
+         !std::all_of(node->children.begin(), node->children.end(), is_key);
+}
+
+bool is_state(const DocumentNode& root) {
+  return root.schema != nullptr && Models::is_state(root.schema);
+}
+
+// A read asks for all values of a leaf-list.
+void forget_value(DocumentNode& read) {
+  if (read.kind == NodeKind::kLeafList) read.value.reset();
+  if (!read.children.empty()) forget_value(read.children.back());
+}
+
+Document read_of(DocumentNode node) {
+  Document document;
+  forget_value(document.roots.emplace_back(std::move(node)));
+  return document;
+}
+
+}  // namespace
+
+MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
+                          const RequestSettings& settings) {
+  const Operation inherited = operation_of(operation);
+  subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
+  MappedEdit mapped;
+  for (EditPart& part : parts_of(std::move(edit), operation)) {
+    map_part(std::move(part), inherited, settings, mapped);
+    if (mapped.outcome.refusal) return mapped;
+  }
+  find_traces(mapped.native.roots);
+  try {
+    complete(mapped);
+  } catch (EditRefused& refused) {
+    mapped.outcome.refusal = std::move(refused.refusal);
+    mapped.outcome.notes.clear();
+  }
+  return mapped;
+}
+
+void EditCycle::map_part(EditPart part, Operation operation, RequestSettings settings,
+                         MappedEdit& mapped) {
+  const InputTree input(part.document, operation);
+  settings.request_op = part.request_op;
+  settings.operation = operation;
+  Request request(framework_, input, settings);
+  Outcome outcome = outcome_of(request, map_input(request, plugin_.openconfig));
+  mapped.outcome.text += outcome.text;
+  mapped.outcome.refusal = std::move(outcome.refusal);
+  if (mapped.outcome.refusal) {
+    mapped.outcome.notes.clear();
+    return;
+  }
+  mapped.outcome.notes.insert(mapped.outcome.notes.end(), outcome.notes.begin(),
+                              outcome.notes.end());
+  mapped.has_effect = mapped.has_effect || has_effect(*request.output().root());
+  Document native = to_document(request.output(), "output");
+  if (!subtrees_.empty()) name_causes(request, native.roots);
+  if (mapped.native.roots.empty()) {
+    mapped.native = std::move(native);
+  } else {
+    merge_document(mapped.native, std::move(native));
+  }
+}
+
+void EditCycle::find_traces(const std::vector<DocumentNode>& nodes) {
+  if (subtrees_.empty()) return;
+  for (const DocumentNode& node : nodes) {
+    if (node.cause != nullptr) traces_.insert(node.cause);
+    find_traces(node.children);
+  }
+}
+
+// Adds the removal of what subtrees hold.
+void EditCycle::complete(MappedEdit& mapped) {
+  Document held;
+  Document way;
+  for (const Subtree& subtree : subtrees_) {
+    const bool is_traced = traces_.contains(&subtree);
+    if (subtree.is_deleted && !is_traced) {
+      Document all = read_of(subtree.all);
+      if (!reads_.expand(all)) {
+        throw EditRefused{{kUnsupported, subtree.tag, subtree.path, kNothingMapped}};
+      }
+    }
+    const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
+    if (!is_known || !subtree.held) continue;
+    Document read = read_of(*subtree.held);
+    reads_.expand(read);
+    merge_document(held, std::move(read));
+    if (subtree.way) merge_document(way, read_of(*subtree.way));
+  }
+  const bool removes = remove(held, way, mapped.native);
+  mapped.has_effect = mapped.has_effect || removes;
+}
+
+// Adds to a native edit the removal of what reads select on the device, and it does not write.
+bool EditCycle::remove(const Document& held, const Document& way, Document& edit) const {
+  if (held.roots.empty()) return false;
+  const Document& native = device_.device().native;
+  HeldConfiguration configuration;
+  configuration.held = select_data(native, reads_.native_queries(held));
+  std::erase_if(configuration.held.roots, is_state);
+  if (!way.roots.empty()) {
+    configuration.way = select_data(native, reads_.native_queries(way));
+  }
+  return remove_omitted(edit, configuration, native);
+}
+
+bool EditCycle::is_there(const void* cause) {
+  const auto subtree = std::find_if(subtrees_.begin(), subtrees_.end(),
+                                    [&](const Subtree& each) { return &each == cause; });
+  return subtree != subtrees_.end() && is_on_device(*subtree);
+}
+
+std::optional<Refusal> EditCycle::find_missing() {
+  for (const Subtree& subtree : subtrees_) {
+    const bool is_judged = subtree.is_single || !traces_.contains(&subtree);
+    if (subtree.must_be_there && is_judged && !is_on_device(subtree)) {
+      return Refusal{kDataMissing, subtree.tag, subtree.path, cerr_strerror(kDataMissing)};
+    }
+  }
+  return std::nullopt;
+}
+
+bool EditCycle::is_on_device(const Subtree& subtree) {
+  if (!subtree.is_read_back) return holds(subtree);
+  if (!deleted_) read_deleted();
+  const auto known = subinterfaces_.find(subtree.interface);
+  if (known == subinterfaces_.end()) return has(subtree.all, deleted_->roots);
+  const DocumentNode* read = &subtree.all;
+  while (!is_subinterface(*read)) read = &read->children.back();
+  return read->children.empty() || is_key(read->children.back())
+             ? !std::all_of(known->second->children.begin(), known->second->children.end(), is_key)
+             : has(read->children.back(), known->second->children);
+}
+
+// Whether there would be something to remove.
+bool EditCycle::holds(const Subtree& subtree) const {
+  if (!subtree.held) return false;
+  Document read = read_of(*subtree.held);
+  reads_.expand(read);
+  Document removals;
+  return remove(read, subtree.way ? read_of(*subtree.way) : Document(), removals);
+}
+
+// Reads all that is deleted at once.
+void EditCycle::read_deleted() {
+  Document read;
+  for (const Subtree& subtree : subtrees_) {
+    const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
+    if (!subtree.must_be_there || !is_known) continue;
+    Document all = read_of(subtree.all);
+    if (reads_.expand(all)) merge_document(read, std::move(all));
+  }
+  deleted_ = reads_.answer(read);
+  for (const DocumentNode& interfaces : deleted_->roots) {
+    for (const DocumentNode& interface : interfaces.children) {
+      for (const DocumentNode& below : interface.children) {
+        for (const DocumentNode& entry : below.children) {
+          const std::string* name = key_value(interface, "name");
+          const std::string* index = is_subinterface(entry) ? key_value(entry, "index") : nullptr;
+          if (name != nullptr && index != nullptr) {
+            subinterfaces_.emplace(native_name(*name, *index), &entry);
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace ocifip

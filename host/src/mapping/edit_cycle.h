@@ -1,0 +1,85 @@
+// The edit cycle: a client's edit through the mapping to the native edit, and on to the device.
+#ifndef OCIFIP_HOST_MAPPING_EDIT_CYCLE_H_
+#define OCIFIP_HOST_MAPPING_EDIT_CYCLE_H_
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "device/device_directory.h"
+#include "mapping/edit_parts.h"
+#include "mapping/plugin.h"
+#include "mapping/subtrees.h"
+#include "ocifip/host.h"
+#include "request/request.h"
+
+namespace ocifip {
+
+// Reads of the device's configuration that an edit makes on its own account.
+struct ConfigurationReads {
+  // Completes a read with the leaves that it asks for; false when there are none.
+  std::function<bool(Document& read)> expand;
+  // What a read that was expanded asks of the native configuration. Throws EditRefused.
+  std::function<Document(const Document& expanded)> native_queries;
+  // The OpenConfig answer to such a read. Throws EditRefused.
+  std::function<Document(const Document& expanded)> answer;
+};
+
+// Why an edit cannot be made; the cycle ends.
+struct EditRefused {
+  Refusal refusal;
+};
+
+struct MappedEdit {
+  Outcome outcome;  // its text are the calls, if these were recorded
+  Document native;
+  bool has_effect = false;
+};
+
+// One edit. What a framework adds to what the mapping writes is done here: the mapping is entered
+// once for each kind of request that the edit holds, and what a replaced or deleted subtree holds
+// on the device goes.
+class EditCycle {
+ public:
+  // All outlive the cycle.
+  EditCycle(const Framework& framework, const PluginEntries& plugin, const DeviceDirectory& device,
+            const ConfigurationReads& reads)
+      : framework_(framework), plugin_(plugin), device_(device), reads_(reads) {}
+
+  // Maps an edit. `operation` is that of nodes that say none; of the settings, the request's kind
+  // and operation are not looked at.
+  MappedEdit map(Document edit, DefaultOperation operation, const RequestSettings& settings);
+
+  // Whether what the edit deletes because of a cause, which a node of the native edit has, is on
+  // the device; asked after map().
+  [[nodiscard]] bool is_there(const void* cause);
+  // The refusal of the first deletion of a single node that is not there, or of another one of
+  // which the native edit has no trace.
+  [[nodiscard]] std::optional<Refusal> find_missing();
+
+ private:
+  void map_part(EditPart part, Operation operation, RequestSettings settings, MappedEdit& mapped);
+  void find_traces(const std::vector<DocumentNode>& nodes);
+  void complete(MappedEdit& mapped);
+  bool remove(const Document& held, const Document& way, Document& edit) const;
+  [[nodiscard]] bool is_on_device(const Subtree& subtree);
+  [[nodiscard]] bool holds(const Subtree& subtree) const;
+  void read_deleted();
+
+  const Framework& framework_;
+  const PluginEntries& plugin_;
+  const DeviceDirectory& device_;
+  const ConfigurationReads& reads_;
+  std::deque<Subtree> subtrees_;
+  std::unordered_set<const void*> traces_;  // causes that the native edit has deletions of
+  std::optional<Document> deleted_;         // what the device has of the deleted subtrees
+  std::unordered_map<std::string, const DocumentNode*> subinterfaces_;  // there, by native name
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_MAPPING_EDIT_CYCLE_H_

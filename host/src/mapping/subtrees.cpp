@@ -1,0 +1,212 @@
+#include "mapping/subtrees.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "device/subinterface_name.h"
+#include "io/address_text.h"
+#include "io/document_nodes.h"
+#include "io/ipv6_text.h"
+#include "io/print_document.h"
+
+namespace ocifip {
+namespace {
+
+using Path = std::vector<const DocumentNode*>;
+
+constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
+constexpr std::string_view kIpModule = "openconfig-if-ip";
+
+bool is_leaf(const DocumentNode& node) { return node.kind >= NodeKind::kLeaf; }
+
+bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
+  return node.module == module && node.tag == tag;
+}
+
+bool is_walked_entry(const DocumentNode& node) {
+  return is(node, kInterfacesModule, "interface") || is(node, kInterfacesModule, "subinterface");
+}
+
+bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting(*node.operation); }
+
+// The read of a node, from the top of its path down to it.
+DocumentNode read_of(const Path& path, std::size_t length) {
+  DocumentNode node = bare(*path[length - 1]);
+  if (node.kind == NodeKind::kLeaf) node.value.reset();
+  for (std::size_t i = length - 1; i > 0; --i) {
+    DocumentNode above = bare(*path[i - 1]);
+    above.children.push_back(std::move(node));
+    node = std::move(above);
+  }
+  return node;
+}
+
+DocumentNode& last_of(DocumentNode& read, std::size_t length) {
+  DocumentNode* node = &read;
+  for (; length > 1; --length) node = &node->children.back();
+  return *node;
+}
+
+class SubtreeSearch {
+ public:
+  SubtreeSearch(const Models& models, const DeviceDirectory& device)
+      : models_(models), device_(device) {}
+
+  std::deque<Subtree> run(Document& edit, bool replaces) {
+    for (DocumentNode& root : edit.roots) visit(root, replaces);
+    return std::move(found_);
+  }
+
+ private:
+  void visit(DocumentNode& node, bool replaces) {
+    if (node.schema == nullptr || is_key(node)) return;
+    delete_entry_of_settings(node);
+    if (node.operation) replaces = *node.operation == Operation::kReplace;
+    path_.push_back(&node);
+    if (is_deleted(node)) {
+      add(node);
+      node.cause = &found_.back();
+    } else if (!is_leaf(node)) {
+      const bool is_annotated = node.operation == Operation::kReplace;
+      if (is_annotated || (replaces && is(node, kInterfacesModule, "subinterface"))) {
+        add(node);
+        name_causes(node);
+      } else {
+        for (DocumentNode& child : node.children) visit(child, replaces);
+      }
+    }
+    path_.pop_back();
+  }
+
+  // Settings without which an entry is none.
+  void delete_entry_of_settings(DocumentNode& entry) const {
+    if (entry.kind != NodeKind::kList || entry.module != kIpModule) return;
+    const auto settings =
+        std::find_if(entry.children.begin(), entry.children.end(), [](const DocumentNode& child) {
+          return is(child, kIpModule, "config") && is_deleted(child);
+        });
+    if (settings == entry.children.end()) return;
+    const bool is_alone = std::all_of(
+        entry.children.begin(), entry.children.end(),
+        [&](const DocumentNode& child) { return is_key(child) || &child == &*settings; });
+    const auto keys = Models::keys(entry.schema);
+    const bool holds_keys = std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
+      return models_.child(settings->schema, key, {}) != nullptr;
+    });
+    if (!is_alone || !holds_keys) return;
+    entry.operation = settings->operation;
+    entry.children.erase(settings);
+  }
+
+  // Deletions within what is replaced are by themselves.
+  void name_causes(DocumentNode& node) {
+    for (DocumentNode& child : node.children) {
+      if (child.schema == nullptr || is_key(child)) continue;
+      path_.push_back(&child);
+      if (is_deleted(child)) {
+        Subtree& subtree = add(child);
+        subtree.held.reset();
+        child.cause = &subtree;
+      } else {
+        name_causes(child);
+      }
+      path_.pop_back();
+    }
+  }
+
+  Subtree& add(const DocumentNode& node) {
+    Subtree& subtree = found_.emplace_back();
+    subtree.tag = node.tag;
+    subtree.path = instance_path(path_);
+    subtree.is_deleted = is_deleted(node);
+    subtree.must_be_there = node.operation == Operation::kDelete;
+    subtree.is_single =
+        is_leaf(node) || (node.kind == NodeKind::kList && !is_walked_entry(node) &&
+                          std::any_of(node.children.begin(), node.children.end(), is_key));
+    subtree.interface = interface_name();
+    subtree.all = read_of(path_, path_.size());
+    subtree.held = held();
+    const std::size_t address = depth_of_address();
+    subtree.is_read_back = address == 0 || path_.size() == address ||
+                           !is(*path_[address], kIpModule, "vrrp") || is_own(*path_[address - 1]);
+    const bool is_in_entry = std::any_of(path_.begin(), path_.end() - 1, [](const auto* above) {
+      return above->kind == NodeKind::kList && !is_walked_entry(*above);
+    });
+    if (is_in_entry) subtree.way = read_of(path_, path_.size() - 1);
+    return subtree;
+  }
+
+  [[nodiscard]] const std::string* key_on_path(std::string_view tag, std::string_view key) const {
+    for (const DocumentNode* node : path_) {
+      if (is(*node, kInterfacesModule, tag)) return key_value(*node, key);
+    }
+    return nullptr;
+  }
+
+  [[nodiscard]] std::string interface_name() const {
+    const std::string* name = key_on_path("interface", "name");
+    const std::string* index = key_on_path("subinterface", "index");
+    return name == nullptr || index == nullptr ? "" : native_name(*name, *index);
+  }
+
+  // How many nodes lead to the entry of an address, itself among them; 0 when none is on the path.
+  [[nodiscard]] std::size_t depth_of_address() const {
+    const auto address = std::find_if(path_.begin(), path_.end(), [](const DocumentNode* node) {
+      return node->kind == NodeKind::kList && is(*node, kIpModule, "address") &&
+             key_value(*node, "ip") != nullptr;
+    });
+    return address == path_.end() ? 0 : static_cast<std::size_t>(address - path_.begin()) + 1;
+  }
+
+  [[nodiscard]] std::optional<DocumentNode> held() const {
+    if (path_.back()->kind == NodeKind::kLeafList) return std::nullopt;
+    const std::size_t depth = depth_of_address();
+    if (depth == 0) return read_of(path_, path_.size());
+    const DocumentNode& address = *path_[depth - 1];
+    if (depth == path_.size()) return held_of_address(address, depth);
+    if (!is(*path_[depth], kIpModule, "vrrp")) return std::nullopt;
+    const bool is_of_one_group = path_.size() > depth + 1;
+    return is_of_one_group || is_own(address) ? std::optional(read_of(path_, path_.size()))
+                                              : std::nullopt;
+  }
+
+  [[nodiscard]] std::optional<DocumentNode> held_of_address(const DocumentNode& address,
+                                                            std::size_t depth) const {
+    const lysc_node* vrrp = models_.child(address.schema, "vrrp", {});
+    if (vrrp == nullptr || !is_own(address)) return std::nullopt;
+    DocumentNode read = read_of(path_, depth);
+    last_of(read, depth).children.push_back(node_of(vrrp));
+    return read;
+  }
+
+  // Whether an address is its interface's own, the primary one of its family.
+  [[nodiscard]] bool is_own(const DocumentNode& address) const {
+    const InterfaceRecord* record =
+        device_.interface(device_.handle_of(internal_name(interface_name())));
+    if (record == nullptr) return false;
+    const bool is_ipv6 = std::any_of(path_.begin(), path_.end(), [](const DocumentNode* node) {
+      return is(*node, kIpModule, "ipv6");
+    });
+    const auto& primary = is_ipv6 ? record->ipv6.primary : record->ipv4.primary;
+    const std::string& ip = *key_value(address, "ip");
+    if (!primary) return false;
+    return is_ipv6 ? is_same_ipv6(ip, address_text(AddressFamily::kIpv6, *primary))
+                   : ip == address_text(AddressFamily::kIpv4, *primary);
+  }
+
+  const Models& models_;
+  const DeviceDirectory& device_;
+  std::deque<Subtree> found_;
+  Path path_;
+};
+
+}  // namespace
+
+std::deque<Subtree> find_subtrees(const Models& models, const DeviceDirectory& device,
+                                  Operation operation, Document& edit) {
+  return SubtreeSearch(models, device).run(edit, operation == Operation::kReplace);
+}
+
+}  // namespace ocifip

@@ -1,0 +1,42 @@
+// The subtrees that an edit replaces or deletes as wholes.
+#ifndef OCIFIP_HOST_MAPPING_SUBTREES_H_
+#define OCIFIP_HOST_MAPPING_SUBTREES_H_
+
+#include <deque>
+#include <optional>
+#include <string>
+
+#include "device/device_directory.h"
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+struct Subtree {
+  std::string tag;   // of the node at its top
+  std::string path;  // instance path of that node
+  bool is_deleted = false;
+  bool must_be_there = false;  // deleted, not removed
+  bool is_single = false;      // a leaf, or an entry below a subinterface
+  bool is_read_back = true;    // not VRRP of another address than the interface's own
+  // The native name of the subinterface that it is part of; empty when it is part of several.
+  std::string interface;
+  // Reads: one node without children, with its way and its keys above it.
+  DocumentNode all;                  // of the subtree; a leaf-list's has the value that is meant
+  std::optional<DocumentNode> held;  // of what the device holds of it and the mapping may leave
+  std::optional<DocumentNode> way;   // of the entries around it, when there are any
+};
+
+// Finds the subtrees of an edit: nodes that an annotation replaces or deletes and, when nodes are
+// replaced that say nothing else, each subinterface. Of what is below them nothing is looked at.
+// Each deletion gets its subtree as its cause. The deletion of an entry's settings, which its keys
+// are among, becomes that of the entry, if nothing else of the entry is edited.
+//
+// An address and a value of a leaf-list are the mapping's to write and delete, and are no part of
+// what it may leave. The VRRP groups of an interface are those of its own address.
+std::deque<Subtree> find_subtrees(const Models& models, const DeviceDirectory& device,
+                                  Operation operation, Document& edit);
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_MAPPING_SUBTREES_H_
