@@ -94,11 +94,12 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
   }
   find_traces(mapped.native.roots);
   try {
-    complete(mapped);
-  } catch (EditRefused& refused) {
+    mapped.outcome.refusal = find_undeletable();
+    if (!mapped.outcome.refusal) complete(mapped);
+  } catch (ReadRefused& refused) {
     mapped.outcome.refusal = std::move(refused.refusal);
-    mapped.outcome.notes.clear();
   }
+  if (mapped.outcome.refusal) mapped.outcome.notes.clear();
   return mapped;
 }
 
@@ -135,18 +136,24 @@ void EditCycle::find_traces(const std::vector<DocumentNode>& nodes) {
   }
 }
 
+// The refusal of the first deletion that no mapping makes.
+std::optional<Refusal> EditCycle::find_undeletable() const {
+  for (const Subtree& subtree : subtrees_) {
+    const char* reason = subtree.undeletable;
+    if (subtree.is_deleted && reason == nullptr && !traces_.contains(&subtree)) {
+      Document all = read_of(subtree.all);
+      reason = reads_.expand(all) ? nullptr : kNothingMapped;
+    }
+    if (reason != nullptr) return Refusal{kUnsupported, subtree.tag, subtree.path, reason};
+  }
+  return std::nullopt;
+}
+
 // Adds the removal of what subtrees hold.
 void EditCycle::complete(MappedEdit& mapped) {
   Document held;
   Document way;
   for (const Subtree& subtree : subtrees_) {
-    const bool is_traced = traces_.contains(&subtree);
-    if (subtree.is_deleted && !is_traced) {
-      Document all = read_of(subtree.all);
-      if (!reads_.expand(all)) {
-        throw EditRefused{{kUnsupported, subtree.tag, subtree.path, kNothingMapped}};
-      }
-    }
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known || !subtree.held) continue;
     Document read = read_of(*subtree.held);

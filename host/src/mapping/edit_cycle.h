@@ -23,14 +23,14 @@ namespace ocifip {
 struct ConfigurationReads {
   // Completes a read with the leaves that it asks for; false when there are none.
   std::function<bool(Document& read)> expand;
-  // What a read that was expanded asks of the native configuration. Throws EditRefused.
+  // What a read that was expanded asks of the native configuration. Throws ReadRefused.
   std::function<Document(const Document& expanded)> native_queries;
-  // The OpenConfig answer to such a read. Throws EditRefused.
+  // The OpenConfig answer to such a read. Throws ReadRefused.
   std::function<Document(const Document& expanded)> answer;
 };
 
-// Why an edit cannot be made; the cycle ends.
-struct EditRefused {
+// Why such a read cannot be made, nor what it was made for.
+struct ReadRefused {
   Refusal refusal;
 };
 
@@ -64,6 +64,7 @@ class EditCycle {
  private:
   void map_part(EditPart part, Operation operation, RequestSettings settings, MappedEdit& mapped);
   void find_traces(const std::vector<DocumentNode>& nodes);
+  [[nodiscard]] std::optional<Refusal> find_undeletable() const;
   void complete(MappedEdit& mapped);
   bool remove(const Document& held, const Document& way, Document& edit) const;
   [[nodiscard]] bool is_on_device(const Subtree& subtree);

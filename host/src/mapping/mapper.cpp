@@ -1,6 +1,7 @@
 #include "mapping/mapper.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "device/native_edit.h"
@@ -92,6 +93,27 @@ void put_whole_lists_first(std::vector<DocumentNode>& nodes) {
   }
 }
 
+bool is_family(const DocumentNode& node) {
+  return node.module == "openconfig-if-ip" && (node.tag == "ipv4" || node.tag == "ipv6");
+}
+
+// The families that a read asks for in part, as wholes, with what leads to them.
+std::vector<DocumentNode> families_in_part(const std::vector<DocumentNode>& nodes) {
+  std::vector<DocumentNode> found;
+  for (const DocumentNode& node : nodes) {
+    if (is_family(node)) {
+      if (!node.children.empty()) found.push_back(bare(node));
+      continue;
+    }
+    std::vector<DocumentNode> below = families_in_part(node.children);
+    if (below.empty()) continue;
+    DocumentNode way = bare(node);
+    std::move(below.begin(), below.end(), std::back_inserter(way.children));
+    found.push_back(std::move(way));
+  }
+  return found;
+}
+
 // Whether a read names a leaf, keys that choose an entry aside.
 bool asks_for_a_leaf(const DocumentNode& node) {
   return std::any_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
@@ -159,7 +181,20 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
   return applied;
 }
 
-// The reads that an edit makes are neither shown nor traced.
+// What reads ask of the native data that the host makes on its own account, which are neither
+// recorded nor traced.
+Document Mapper::native_queries(const Document& expanded, Content content) {
+  Document ordered = expanded;
+  put_whole_lists_first(ordered.roots);
+  const InputTree input(ordered, Operation::kWrite);
+  Request run(framework_, input, {.request_op = request_op(content), .is_query = true});
+  const Outcome outcome = outcome_of(run, map_input(run, plugin_.openconfig));
+  if (outcome.refusal) {
+    throw ReadRefused{*outcome.refusal};
+  }
+  return to_document(run.output(), "queries");
+}
+
 ConfigurationReads Mapper::configuration_reads() {
   const auto expand = [this](Document& read) {
     std::vector<std::string> unread;
@@ -169,15 +204,7 @@ ConfigurationReads Mapper::configuration_reads() {
     return std::any_of(read.roots.begin(), read.roots.end(), asks_for_a_leaf);
   };
   const auto queries = [this](const Document& expanded) {
-    Document ordered = expanded;
-    put_whole_lists_first(ordered.roots);
-    const InputTree input(ordered, Operation::kWrite);
-    Request run(framework_, input, {.request_op = request_op(Content::kConfig), .is_query = true});
-    const Outcome outcome = outcome_of(run, map_input(run, plugin_.openconfig));
-    if (outcome.refusal) {
-      throw EditRefused{*outcome.refusal};
-    }
-    return to_document(run.output(), "queries");
+    return native_queries(expanded, Content::kConfig);
   };
   const auto answer = [this, queries](const Document& expanded) {
     const Document data = device_data(queries(expanded), Content::kConfig);
@@ -185,7 +212,7 @@ ConfigurationReads Mapper::configuration_reads() {
     Request run(framework_, input, {.request_op = request_op(Content::kConfig)});
     const Outcome outcome = outcome_of(run, read_back(run, plugin_.read_back));
     if (outcome.refusal) {
-      throw EditRefused{*outcome.refusal};
+      throw ReadRefused{*outcome.refusal};
     }
     return to_document(run.output(), "answer");
   };
@@ -228,8 +255,21 @@ Outcome Mapper::get(const QueryRequest& request, Format format) {
 }
 
 // Completes the outcome of a query that became native queries.
-void Mapper::answer(const Query& query, const Document& queries, Format format, Outcome& outcome) {
+//
+// Some leaves are read back from the native data of others: of families that are asked for in part,
+// the mapping is given all of the data, so that a leaf has the same value in every read.
+void Mapper::answer(const Query& query, Document queries, Format format, Outcome& outcome) {
   begin("selecting native data");
+  if (!query.families.roots.empty()) {
+    try {
+      Document more = native_queries(query.families, query.content);
+      std::move(more.roots.begin(), more.roots.end(), std::back_inserter(queries.roots));
+    } catch (ReadRefused& refused) {
+      outcome.refusal = std::move(refused.refusal);
+      outcome.notes.clear();
+      return;
+    }
+  }
   const Document data = device_data(queries, query.content);
   const InputTree input(data, Operation::kWrite);
   Request run(framework_, input,
@@ -331,8 +371,12 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
   for (Document& part : parts) {
     check_input(part);
     query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
+    Document families = {part.name, families_in_part(part.roots)};
     expansion.expand(part, query.notes);
     merge_document(query.expanded, std::move(part));
+    std::vector<std::string> mentioned;
+    expansion.expand(families, mentioned);
+    merge_document(query.families, std::move(families));
   }
   put_whole_lists_first(query.expanded.roots);
   return query;

@@ -46,6 +46,7 @@ class Mapper {
   struct Query {
     Document asked;
     Document expanded;
+    Document families;  // those that are asked for in part, as wholes and expanded
     std::vector<std::string> notes;
     Content content = Content::kAll;
   };
@@ -58,7 +59,8 @@ class Mapper {
   [[nodiscard]] Document read_edit(const EditRequest& request) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
-  void answer(const Query& query, const Document& queries, Format format, Outcome& outcome);
+  void answer(const Query& query, Document queries, Format format, Outcome& outcome);
+  Document native_queries(const Document& expanded, Content content);
   [[nodiscard]] Document device_data(const Document& queries, Content content) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Query& query) const;
   bool is_refused(SchemaPath path);

@@ -49,6 +49,15 @@ DocumentNode& last_of(DocumentNode& read, std::size_t length) {
   return *node;
 }
 
+// Why a node can be deleted by nobody, or null.
+const char* reason_to_stay(const Path& path) {
+  const DocumentNode& node = *path.back();
+  if (Models::is_state(node.schema)) return "state cannot be deleted";
+  const bool is_of_address =
+      path.size() > 2 && is_leaf(node) && is(*path[path.size() - 3], kIpModule, "address");
+  return is_of_address ? "an address is deleted as a whole, by its entry" : nullptr;
+}
+
 class SubtreeSearch {
  public:
   SubtreeSearch(const Models& models, const DeviceDirectory& device)
@@ -122,6 +131,7 @@ class SubtreeSearch {
     subtree.path = instance_path(path_);
     subtree.is_deleted = is_deleted(node);
     subtree.must_be_there = node.operation == Operation::kDelete;
+    subtree.undeletable = subtree.is_deleted ? reason_to_stay(path_) : nullptr;
     subtree.is_single =
         is_leaf(node) || (node.kind == NodeKind::kList && !is_walked_entry(node) &&
                           std::any_of(node.children.begin(), node.children.end(), is_key));

@@ -16,9 +16,10 @@ struct Subtree {
   std::string tag;   // of the node at its top
   std::string path;  // instance path of that node
   bool is_deleted = false;
-  bool must_be_there = false;  // deleted, not removed
-  bool is_single = false;      // a leaf, or an entry below a subinterface
-  bool is_read_back = true;    // not VRRP of another address than the interface's own
+  bool must_be_there = false;         // deleted, not removed
+  bool is_single = false;             // a leaf, or an entry below a subinterface
+  const char* undeletable = nullptr;  // why no mapping can delete it; null when one may
+  bool is_read_back = true;           // not VRRP of another address than the interface's own
   // The native name of the subinterface that it is part of; empty when it is part of several.
   std::string interface;
   // Reads: one node without children, with its way and its keys above it.
