@@ -1,6 +1,7 @@
 #include "mapping/edit_cycle.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "device/native_removal.h"
@@ -15,6 +16,9 @@
 
 namespace ocifip {
 namespace {
+
+// Subtrees that are read at once: the reads of a whole interface are long.
+constexpr std::size_t kMostAtOnce = 1000;
 
 constexpr const char* kNothingMapped = "nothing of it is configuration that is mapped";
 
@@ -153,6 +157,14 @@ std::optional<Refusal> EditCycle::find_undeletable() const {
 void EditCycle::complete(MappedEdit& mapped) {
   Document held;
   Document way;
+  std::size_t count = 0;
+  const auto remove_held = [&] {
+    const bool removes = remove(held, way, mapped.native);
+    mapped.has_effect = mapped.has_effect || removes;
+    held.roots.clear();
+    way.roots.clear();
+    count = 0;
+  };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known || !subtree.held) continue;
@@ -160,9 +172,9 @@ void EditCycle::complete(MappedEdit& mapped) {
     reads_.expand(read);
     merge_document(held, std::move(read));
     if (subtree.way) merge_document(way, read_of(*subtree.way));
+    if (++count == kMostAtOnce) remove_held();
   }
-  const bool removes = remove(held, way, mapped.native);
-  mapped.has_effect = mapped.has_effect || removes;
+  remove_held();
 }
 
 // Adds to a native edit the removal of what reads select on the device, and it does not write.
