@@ -61,6 +61,23 @@ bool is_subinterface(const DocumentNode& node) {
   return node.module == "openconfig-interfaces" && node.tag == "subinterface";
 }
 
+using SubinterfaceVisitor = std::function<void(const std::string& name, const DocumentNode& entry)>;
+
+// Calls a function with the subinterfaces of data that have their keys, and with their native
+// names.
+void each_subinterface(const std::vector<DocumentNode>& nodes, const std::string* interface,
+                       const SubinterfaceVisitor& visit) {
+  for (const DocumentNode& node : nodes) {
+    if (const std::string* name = key_value(node, "name")) interface = name;
+    if (!is_subinterface(node)) {
+      each_subinterface(node.children, interface, visit);
+    } else if (const std::string* index = key_value(node, "index");
+               index != nullptr && interface != nullptr) {
+      visit(native_name(*interface, *index), node);
+    }
+  }
+}
+
 // Whether data has something at the end of a read's path: an entry, a leaf, or content.
 bool has(const DocumentNode& read, const std::vector<DocumentNode>& data) {
   const DocumentNode* node = follow(read, data);
@@ -92,8 +109,8 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
   const Operation inherited = operation_of(operation);
   subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
   MappedEdit mapped;
-  for (EditPart& part : parts_of(std::move(edit), operation)) {
-    map_part(std::move(part), inherited, settings, mapped);
+  for (const EditPart& part : parts_of(std::move(edit), operation)) {
+    map_part(part, inherited, settings, mapped);
     if (mapped.outcome.refusal) return mapped;
   }
   find_traces(mapped.native.roots);
@@ -107,7 +124,7 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
   return mapped;
 }
 
-void EditCycle::map_part(EditPart part, Operation operation, RequestSettings settings,
+void EditCycle::map_part(const EditPart& part, Operation operation, RequestSettings settings,
                          MappedEdit& mapped) {
   const InputTree input(part.document, operation);
   settings.request_op = part.request_op;
@@ -237,19 +254,10 @@ void EditCycle::read_deleted() {
     if (reads_.expand(all)) merge_document(read, std::move(all));
   }
   deleted_ = reads_.answer(read);
-  for (const DocumentNode& interfaces : deleted_->roots) {
-    for (const DocumentNode& interface : interfaces.children) {
-      for (const DocumentNode& below : interface.children) {
-        for (const DocumentNode& entry : below.children) {
-          const std::string* name = key_value(interface, "name");
-          const std::string* index = is_subinterface(entry) ? key_value(entry, "index") : nullptr;
-          if (name != nullptr && index != nullptr) {
-            subinterfaces_.emplace(native_name(*name, *index), &entry);
-          }
-        }
-      }
-    }
-  }
+  each_subinterface(deleted_->roots, nullptr,
+                    [&](const std::string& name, const DocumentNode& entry) {
+                      subinterfaces_.emplace(name, &entry);
+                    });
 }
 
 }  // namespace ocifip

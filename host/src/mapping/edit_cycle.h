@@ -62,7 +62,8 @@ class EditCycle {
   [[nodiscard]] std::optional<Refusal> find_missing();
 
  private:
-  void map_part(EditPart part, Operation operation, RequestSettings settings, MappedEdit& mapped);
+  void map_part(const EditPart& part, Operation operation, RequestSettings settings,
+                MappedEdit& mapped);
   void find_traces(const std::vector<DocumentNode>& nodes);
   [[nodiscard]] std::optional<Refusal> find_undeletable() const;
   void complete(MappedEdit& mapped);
