@@ -4,6 +4,7 @@
 #include <string>
 #include <variant>
 
+#include "ocifip/device.h"
 #include "ocifip/host.h"
 #include "options.h"
 #include "progress_line.h"
@@ -77,6 +78,17 @@ Status run(const CommandLine& line, const RegistrationsCommand&) {
 
 Status run(const CommandLine& line, const CoverageCommand&) {
   write_output(with_host(line, [&](Host& host) { return host.coverage().text(line.format); }));
+  return kDone;
+}
+
+Status run(const CommandLine& line, const DeviceCommand& command) {
+  using Action = DeviceCommand::Action;
+  if (command.action == Action::kCheck) {
+    with_host(line, [](Host&) { return kDone; });
+    write_output(*line.host.device + ": is a sound device file\n");
+  } else {
+    write_output(command.action == Action::kShowSchema ? device_schema() : example_device_file());
+  }
   return kDone;
 }
 

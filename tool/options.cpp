@@ -61,6 +61,12 @@ constexpr const char* kCoverageExample =
     "Example:\n"
     "  ocifip coverage --format tree";
 
+constexpr const char* kDeviceExample =
+    "Without FILE and options: the device file of the built-in example device.\n\n"
+    "Example:\n"
+    "  ocifip device >device.json\n"
+    "  ocifip device device.json";
+
 template <typename Value>
 using Words = std::map<std::string, Value>;
 
@@ -202,6 +208,33 @@ CLI::App* add_coverage(CLI::App& program, CommandLine& line) {
   return command;
 }
 
+// What `ocifip device` is given.
+struct DeviceArguments {
+  bool schema = false;
+  bool check = false;
+};
+
+CLI::App* add_device(CLI::App& program, CommandLine& line, DeviceArguments& device) {
+  CLI::App* command =
+      program.add_subcommand("device", "Check a device file, or print the example or the schema");
+  command->add_option("FILE", line.host.device, "Device file to check")->type_name("");
+  command->add_flag("--schema", device.schema, "Print the JSON schema of device files");
+  command->add_flag("--check", device.check, "Check FILE, as without the option");
+  add_libraries(command, line.host);
+  command->footer(kDeviceExample);
+  return command;
+}
+
+DeviceCommand device_command(const DeviceArguments& device, const HostOptions& host) {
+  using Action = DeviceCommand::Action;
+  if (device.schema && (device.check || host.device)) {
+    throw UsageError("--schema goes with neither --check nor FILE");
+  }
+  if (device.check && !host.device) throw UsageError("nothing to check: give FILE");
+  if (device.schema) return {Action::kShowSchema};
+  return {host.device ? Action::kCheck : Action::kShowExample};
+}
+
 void check_edit(const EditCommand& edit) {
   if (!edit.document && edit.deletes.empty()) {
     throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
@@ -273,6 +306,8 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   const CLI::App* report_command = add_report(program, line, report);
   const CLI::App* registrations_command = add_registrations(program, line);
   const CLI::App* coverage_command = add_coverage(program, line);
+  DeviceArguments device;
+  const CLI::App* device_subcommand = add_device(program, line, device);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
@@ -293,6 +328,8 @@ CommandLine read_command_line(int count, const char* const* arguments) {
     line.command = RegistrationsCommand();
   } else if (coverage_command->parsed()) {
     line.command = CoverageCommand();
+  } else if (device_subcommand->parsed()) {
+    line.command = device_command(device, line.host);
   } else {
     query.is_answered = get_command->parsed();
     if (query.is_answered) check_get(line.host);

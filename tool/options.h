@@ -56,12 +56,18 @@ struct RegistrationsCommand {};
 // `ocifip coverage`
 struct CoverageCommand {};
 
+// `ocifip device`
+struct DeviceCommand {
+  enum class Action { kShowExample, kShowSchema, kCheck };  // that of the host's device file
+  Action action = Action::kShowExample;
+};
+
 struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
   std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand,
-               RegistrationsCommand, CoverageCommand>
+               RegistrationsCommand, CoverageCommand, DeviceCommand>
       command;
 };
 

@@ -36,7 +36,7 @@ class Host::Impl {
         device_file_(options.device),
         device_text_(device_file_ ? read_file(*device_file_) : ""),
         device_(device_file_ ? read_device(models_, *device_file_, device_text_)
-                             : example_device()),
+                             : example_device(models_)),
         plugin_(options.plugin),
         mapper_(models_, device_, plugin_.entries(), options) {
     check_models(models_, options.models);

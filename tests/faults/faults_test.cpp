@@ -312,7 +312,7 @@ tool::CommandLine command_line() {
 
 Device device_of(const tool::CommandLine& line) {
   return line.host.device ? read_device(models(), *line.host.device, read_file(*line.host.device))
-                          : example_device();
+                          : example_device(models());
 }
 
 int failure_count() {

@@ -49,7 +49,7 @@ TEST(Devices, AreReadOrRefused) {
 }
 
 TEST(Devices, ExampleHasAddressesToTryMergingWith) {
-  const auto device = example_device();
+  const auto device = example_device(models());
   EXPECT_EQ(device.node, "node0_1");
   const auto& last = device.interfaces.back();
   EXPECT_EQ(last.ipv4->primary->prefix_length, 24U);

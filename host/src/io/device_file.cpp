@@ -11,8 +11,10 @@
 #include "io/address_text.h"
 #include "io/check_data.h"
 #include "io/device_json.h"
+#include "io/document_nodes.h"
 #include "io/read_json.h"
 #include "io/text.h"
+#include "ocifip/device.h"
 
 namespace ocifip {
 namespace {
@@ -37,7 +39,7 @@ class Field {
     if (!value_.is_object()) fail("not an object");
     for (const auto& [name, value] : value_.items()) {
       if (std::find(members.begin(), members.end(), name) == members.end()) {
-        member_field(name, value).fail("unknown field");
+        member_field(name, value).fail("unknown field" + among(members));
       }
     }
     return *this;
@@ -117,10 +119,44 @@ class Field {
     return {file_, place_.empty() ? std::string(name) : place_ + '.' + std::string(name), value};
   }
 
+  // `; known here: "name" and "node"`
+  static std::string among(std::initializer_list<std::string_view> members) {
+    std::string text;
+    for (const auto* name = members.begin(); name != members.end(); ++name) {
+      const bool is_last = name + 1 == members.end();
+      text += text.empty() ? "; known here: " : (is_last ? " and " : ", ");
+      text += in_quotes(*name);
+    }
+    return text;
+  }
+
   const std::string& file_;
   std::string place_;
   const Json& value_;
 };
+
+// Why a name is no native name of an interface or subinterface, or "". The index of a subinterface
+// stands behind the first dot; the one of index 0 has the interface's own name.
+std::string native_name_fault(const std::string& name) {
+  const std::size_t dot = name.find('.');
+  if (dot == 0) return in_quotes(name) + " begins with a dot";
+  if (dot == std::string::npos || name.find_first_not_of('0', dot + 1) != std::string::npos) {
+    return "";
+  }
+  return in_quotes(name) + " is subinterface 0, whose native name is " +
+         in_quotes(name.substr(0, dot));
+}
+
+void check_native_names(const Document& native) {
+  for (const DocumentNode& root : native.roots) {
+    if (root.tag != "interface-configurations") continue;
+    for (const DocumentNode& entry : root.children) {
+      const std::string* name = key_value(entry, "interface-name");
+      const std::string fault = name == nullptr ? "" : native_name_fault(*name);
+      if (!fault.empty()) throw input_error(native.name, entry.line, fault);
+    }
+  }
+}
 
 DeviceAddress address_of(const Field& field, AddressFamily family) {
   DeviceAddress address;
@@ -150,6 +186,8 @@ DeviceInterface interface_of(const Field& field) {
   if (interface.name.size() > kLongestName) {
     name.fail("longer than " + std::to_string(kLongestName) + " characters");
   }
+  const std::string fault = native_name_fault(interface.name);
+  if (!fault.empty()) name.fail(fault);
   field.with("node", [&](const Field& node) { interface.node = node.name(); });
   field.with("ipv4",
              [&](const Field& ipv4) { interface.ipv4 = addresses_of(ipv4, AddressFamily::kIpv4); });
@@ -225,6 +263,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
   top.with("native", [&](const Field& native) {
     native.object({});
     device.native = read_json(models, device.native.name, json.native, OtherAnnotations::kRefused);
+    check_native_names(device.native);
   });
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   top.with("faults", [&](const Field& faults) {
@@ -243,22 +282,8 @@ void check_native(const Models& models, const Device& device) {
   }
 }
 
-Device example_device() {
-  const auto address = [](std::uint8_t subnet, std::uint8_t host) {
-    DeviceAddress result;
-    result.bytes = {10, 0, subnet, host};
-    result.prefix_length = 24;
-    return result;
-  };
-  Device device;
-  device.node = "node0_1";
-  for (const auto* name : {"Eth1", "Eth1.20", "Eth2", "Eth2.100", "Eth3"}) {
-    device.interfaces.push_back({name, std::nullopt, std::nullopt, std::nullopt});
-  }
-  // Enough on one interface to try merging with, and promotion of a secondary address.
-  device.interfaces.back().ipv4 = DeviceAddresses{address(0, 1), {address(1, 1), address(2, 1)}};
-  device.native.name = "the example device";
-  return device;
+Device example_device(const Models& models) {
+  return read_device(models, "the example device", std::string(example_device_file()));
 }
 
 }  // namespace ocifip

@@ -65,9 +65,8 @@ Device read_device(const Models& models, const std::string& name, const std::str
 // `device.json: native:12: no model has this node, at /a/b`.
 void check_native(const Models& models, const Device& device);
 
-// The device that the tool uses when none is given: node "node0_1", no native configuration, a few
-// interfaces without addresses.
-Device example_device();
+// The device that the tool uses when none is given, of example_device_file().
+Device example_device(const Models& models);
 
 }  // namespace ocifip
 
