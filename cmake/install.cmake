@@ -36,3 +36,6 @@ endif()
 
 # Under the name that Debian has for it.
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+if(OCIFIP_HOST)
+  install(FILES docs/device.md docs/records.md docs/integration.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+endif()
