@@ -1,8 +1,8 @@
-"""Tells how many lines of a part of the sources were reached, and names those that were not.
+"""Reports lines and functions of a part of the sources that no test covers.
 
 Usage: coverage.py LCOV-FILE PART PERCENT
 
-PART is the beginning of its files' names. Fails when fewer than PERCENT of 100 lines were reached.
+PART is how the names of its files begin. Fails when less than PERCENT of the lines are covered.
 """
 
 import re
@@ -11,7 +11,7 @@ from collections import defaultdict
 
 
 def read(report, part):
-    """The lines of each file with how often they were reached, and the functions likewise."""
+    """The lines of each file with how often they were run, and the functions likewise."""
     lines, functions, at = defaultdict(dict), defaultdict(dict), {}
     for entry in report:
         key, _, value = entry.rstrip("\n").partition(":")
@@ -58,7 +58,7 @@ def main():
     for name in sorted(lines):
         missed = [line for line, count in lines[name].items() if count == 0]
         if missed:
-            print(f"{name}: not reached: {ranges(missed)}")
+            print(f"{name}: not covered: {ranges(missed)}")
         uncalled = defaultdict(list)
         for (line, function), count in sorted(functions[name].items()):
             if count == 0:
@@ -66,7 +66,7 @@ def main():
         for line, names in uncalled.items():
             print(f"{name}:{line}: not called: {', '.join(names)}")
     percent = 100 * reached / total if total else 0
-    print(f"{reached} of {total} lines were reached, {percent:.1f} of 100; {wanted:g} are wanted")
+    print(f"{reached} of {total} lines are covered, {percent:.1f}%; {wanted:g}% are required")
     return 0 if percent >= wanted else 1
 
 
