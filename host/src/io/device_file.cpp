@@ -147,14 +147,16 @@ std::string native_name_fault(const std::string& name) {
          in_quotes(name.substr(0, dot));
 }
 
-void check_native_names(const Document& native) {
-  for (const DocumentNode& root : native.roots) {
-    if (root.tag != "interface-configurations") continue;
-    for (const DocumentNode& entry : root.children) {
-      const std::string* name = key_value(entry, "interface-name");
-      const std::string fault = name == nullptr ? "" : native_name_fault(*name);
-      if (!fault.empty()) throw input_error(native.name, entry.line, fault);
+// The interfaces that a native configuration names in keys.
+void check_native_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
+  for (const DocumentNode& node : nodes) {
+    const bool names_interface = node.tag == "interface-name" || node.tag == "interface";
+    const bool is_configured = node.module.ends_with("-cfg");
+    if (names_interface && is_configured && node.value && is_key(node)) {
+      const std::string fault = native_name_fault(*node.value);
+      if (!fault.empty()) throw input_error(file, node.line, fault);
     }
+    check_native_names(file, node.children);
   }
 }
 
@@ -263,7 +265,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
   top.with("native", [&](const Field& native) {
     native.object({});
     device.native = read_json(models, device.native.name, json.native, OtherAnnotations::kRefused);
-    check_native_names(device.native);
+    check_native_names(device.native.name, device.native.roots);
   });
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   top.with("faults", [&](const Field& faults) {
