@@ -29,7 +29,8 @@ inline const std::string kSubinterface = "/interfaces/interface/subinterfaces/su
 
 // The plug-in's entries, as a stand-in has them: each call is noted in `entered`, a line a call,
 // with an exclamation mark at nodes in which a list is deleted as a whole, and the kind of the
-// request in `entered_kind`; reads only when `notes_reads` says so. A leaf "mtu" is copied, a leaf "enabled" is refused.
+// request in `entered_kind`; reads only when `notes_reads` says so. A leaf "mtu" is copied, a leaf
+// "enabled" is refused.
 inline std::string entered;
 inline std::uint32_t entered_kind = 0;
 inline bool notes_reads = true;
