@@ -249,7 +249,7 @@ TEST(ModelsFolder, IsNamedWhenItCannotBeLoaded) {
   std::filesystem::create_directory(folder);
   EXPECT_EQ(load(), start + "no modules there");
   std::ofstream(folder / "a.yang") << "module a { namespace a; prefix a; leaf l { type t; } }";
-  EXPECT_EQ(load(), start + "a: Referenced type \"t\" not found. (/a:l)");
+  EXPECT_EQ(load(), start + "Referenced type \"t\" not found. (/a:l)");
   std::filesystem::remove_all(folder);
 }
 

@@ -242,7 +242,7 @@ bool DataTree::add_entry(const DocumentNode& node, lyd_node* parent) {
 
 bool DataTree::add_container(const DocumentNode& node, lyd_node* parent) {
   lyd_node* made = nullptr;
-  if ((node.schema->nodetype & LYD_NODE_ANY) != 0) {
+  if (Models::is_any(node.schema)) {
     const auto result = lyd_new_any(parent, node.schema->module, node.tag.c_str(), "{}", 0,
                                     LYD_ANYDATA_JSON, 0, &made);
     return keep(result, node, parent, made);

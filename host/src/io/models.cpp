@@ -3,6 +3,8 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <deque>
 #include <filesystem>
 #include <fstream>
@@ -12,7 +14,9 @@
 #include <system_error>
 #include <unordered_map>
 
+#include "io/leaf_types.h"
 #include "io/libyang_log.h"
+#include "io/yang_text.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -49,36 +53,10 @@ Index& index_of(const lysc_node* node) { return *static_cast<Index*>(node->priv)
 
 bool is_flagged(const lysc_node* node, int flag) { return (node->flags & flag) != 0; }
 
-// Whether the type of a leaf takes a text. What a reference leads to need not be there.
-bool takes(const lysc_node* leaf, std::string_view text) {
-  const LY_ERR result =
-      lyd_value_validate(nullptr, leaf, text.data(), text.size(), nullptr, nullptr, nullptr);
-  return result == LY_SUCCESS || result == LY_EINCOMPLETE;
-}
-
-// A type of addresses is known by what it takes: modules define their own, as patterns of strings.
-bool has_ipv6_values(const lysc_node* leaf) {
-  return takes(leaf, "2001:DB8::1") && takes(leaf, "::") && !takes(leaf, "2001:DB8::1::") &&
-         !takes(leaf, "2001:DB8:");
-}
-
-// Whether a YANG text is a submodule, which is loaded through its module alone.
-bool is_submodule(const std::filesystem::path& file) {
+// The text of a file; empty when it cannot be read.
+std::string text_of(const std::filesystem::path& file) {
   std::ifstream stream(file);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  std::size_t at = 0;
-  while (true) {
-    at = text.find_first_not_of(" \t\r\n", at);
-    if (at == std::string::npos) return false;
-    if (text.compare(at, 2, "//") == 0) {
-      at = text.find('\n', at);
-    } else if (text.compare(at, 2, "/*") == 0) {
-      at = text.find("*/", at + 2);
-      if (at != std::string::npos) at += 2;
-    } else {
-      return text.compare(at, 9, "submodule") == 0;
-    }
-  }
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 LoadError load_error(const std::string& folder, const std::string& reason) {
@@ -92,13 +70,40 @@ std::set<std::string> modules_in(const std::string& folder) {
   std::filesystem::directory_iterator file(folder, error);
   for (; !error && file != std::filesystem::directory_iterator(); file.increment(error)) {
     const auto& path = file->path();
-    if (path.extension() != ".yang" || is_submodule(path)) continue;
+    if (path.extension() != ".yang" || is_submodule(text_of(path))) continue;
     const auto stem = path.stem().string();
     names.insert(stem.substr(0, stem.find('@')));
   }
   if (error) throw load_error(folder, error.message());
   if (names.empty()) throw load_error(folder, "no modules there");
   return names;
+}
+
+// Gives libyang the module or submodule that it asks for; `folder` is the context's.
+LY_ERR read_module(const char* module, const char* revision, const char* submodule,
+                   const char* submodule_revision, void* folder, LYS_INFORMAT* format,
+                   const char** text, void (**free_text)(void* text, void* folder)) {
+  const char* const folders[] = {static_cast<const char*>(folder), nullptr};
+  char* file = nullptr;
+  const auto found =
+      submodule == nullptr
+          ? lys_search_localfile(folders, 0, module, revision, &file, format)
+          : lys_search_localfile(folders, 0, submodule, submodule_revision, &file, format);
+  if (found != LY_SUCCESS || file == nullptr) return LY_ENOTFOUND;
+  const auto content = *format == LYS_IN_YANG ? without_anchors(text_of(file)) : text_of(file);
+  std::free(file);
+  *text = strdup(content.c_str());
+  *free_text = [](void* given, void* /*folder*/) { std::free(given); };
+  return *text == nullptr ? LY_EMEM : LY_SUCCESS;
+}
+
+// Whether a module imports another.
+bool imports(const lys_module* module, const lys_module* other) {
+  const auto* found = module->parsed->imports;
+  for (LY_ARRAY_COUNT_TYPE at = 0; at < LY_ARRAY_COUNT(module->parsed->imports); ++at, ++found) {
+    if (found->module == other) return true;
+  }
+  return false;
 }
 
 std::string first_reason(const ly_ctx* context) {
@@ -139,11 +144,15 @@ void Models::Impl::load(const std::string& folder) {
   const QuietLog quiet;
   const auto modules = modules_in(folder);
   ly_ctx* created = nullptr;
-  constexpr auto kOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD;
+  // Nothing is compiled before all modules are there: a default may be an identity of a module that
+  // the one with the leaf imports, which counts only when it is loaded for itself.
+  constexpr auto kOptions =
+      LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD | LY_CTX_EXPLICIT_COMPILE;
   if (ly_ctx_new(folder.c_str(), kOptions, &created) != LY_SUCCESS) {
     throw load_error(folder, "libyang refuses the folder");
   }
   context.reset(created);
+  ly_ctx_set_module_imp_clb(created, &read_module, const_cast<char*>(folder.c_str()));
 
   std::uint32_t at = 0;
   while (const auto* module = ly_ctx_get_module_iter(created, &at)) built_in.insert(module);
@@ -154,6 +163,9 @@ void Models::Impl::load(const std::string& folder) {
       throw load_error(folder, module + ": " + first_reason(created));
     }
   }
+  const auto compiled = ly_ctx_compile(created);
+  ly_ctx_set_module_imp_clb(created, nullptr, nullptr);
+  if (compiled != LY_SUCCESS) throw load_error(folder, first_reason(created));
 }
 
 void Models::Impl::index_modules() {
@@ -205,6 +217,20 @@ Models::~Models() = default;
 
 const ly_ctx* Models::context() const { return impl_->context.get(); }
 
+bool Models::has_annotation(std::string_view name) const {
+  const auto colon = name.find(':');
+  if (colon == std::string_view::npos) return false;
+  const std::string module_name(name.substr(0, colon));
+  const auto* module = ly_ctx_get_module_implemented(context(), module_name.c_str());
+  if (module == nullptr || module->compiled == nullptr) return false;
+  const auto* instance = module->compiled->exts;
+  for (LY_ARRAY_COUNT_TYPE at = 0; at < LY_ARRAY_COUNT(instance); ++at) {
+    const bool is_annotation = std::string_view(instance[at].def->name) == "annotation";
+    if (is_annotation && name.substr(colon + 1) == instance[at].argument) return true;
+  }
+  return false;
+}
+
 std::string_view Models::module_of(std::string_view module_namespace) const {
   const auto found = impl_->names.find(module_namespace);
   if (found != impl_->names.end()) return found->second;
@@ -221,11 +247,15 @@ const lysc_node* Models::child(const lysc_node* parent, std::string_view tag,
                                std::string_view module_namespace) const {
   const Index& index = impl_->index(parent);
   if (parent == nullptr && module_namespace.empty()) {
-    const auto has_tag = [tag](const lysc_node* node) { return tag == node->name; };
-    const auto end = index.children.end();
-    const auto found = std::find_if(index.children.begin(), end, has_tag);
-    const bool unique = found != end && std::none_of(found + 1, end, has_tag);
-    return unique ? *found : nullptr;
+    std::vector<const lysc_node*> found;
+    std::copy_if(index.children.begin(), index.children.end(), std::back_inserter(found),
+                 [tag](const lysc_node* node) { return tag == node->name; });
+    const auto chosen = std::find_if(found.begin(), found.end(), [&found](const lysc_node* node) {
+      return std::all_of(found.begin(), found.end(), [node](const lysc_node* other) {
+        return other == node || imports(node->module, other->module);
+      });
+    });
+    return chosen == found.end() ? nullptr : *chosen;
   }
   if (module_namespace.empty()) module_namespace = parent->module->ns;
   const auto found = index.by_name.find({tag, module_namespace});
@@ -268,6 +298,7 @@ bool Models::is_leaf(const lysc_node* node) {
   return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
 }
 
+bool Models::is_any(const lysc_node* node) { return (node->nodetype & LYD_NODE_ANY) != 0; }
 bool Models::is_key(const lysc_node* node) { return is_flagged(node, LYS_KEY); }
 bool Models::is_state(const lysc_node* node) { return is_flagged(node, LYS_CONFIG_R); }
 

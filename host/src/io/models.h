@@ -17,7 +17,8 @@ namespace ocifip {
 
 class Models {
  public:
-  // Loads every *.yang module of a folder. Throws LoadError naming the module and libyang's reason.
+  // Loads every *.yang module of a folder, with all of its features. Throws LoadError naming the
+  // module and libyang's reason.
   explicit Models(const std::string& folder);
   ~Models();
   Models(const Models&) = delete;
@@ -25,14 +26,17 @@ class Models {
 
   [[nodiscard]] const ly_ctx* context() const;
 
+  // Whether a module defines an annotation: "ietf-netconf:operation".
+  [[nodiscard]] bool has_annotation(std::string_view name) const;
+
   // Name of the module with a namespace, and the reverse; "" when unknown. The name of a native
   // module is known by its namespace, also when the module is not there.
   [[nodiscard]] std::string_view module_of(std::string_view module_namespace) const;
   [[nodiscard]] std::string_view namespace_of(std::string_view module) const;
 
   // The top-level node of a module, or the data child of a node (choices and cases are seen
-  // through), in constant time. An empty namespace means the parent's, or any module at the top
-  // when only one has the name. Null when unknown.
+  // through), in constant time. An empty namespace means the parent's; at the top, that of the one
+  // module with the name, or of the one of them that imports the others. Null when unknown.
   [[nodiscard]] const lysc_node* child(const lysc_node* parent, std::string_view tag,
                                        std::string_view module_namespace) const;
 
@@ -53,6 +57,7 @@ class Models {
   [[nodiscard]] static std::string_view module(const lysc_node* node);
   [[nodiscard]] static std::string_view module_namespace(const lysc_node* node);
   [[nodiscard]] static bool is_leaf(const lysc_node* node);  // or leaf-list
+  [[nodiscard]] static bool is_any(const lysc_node* node);   // anydata or anyxml
   [[nodiscard]] static bool is_key(const lysc_node* node);
   [[nodiscard]] static bool is_state(const lysc_node* node);       // config false
   [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty
