@@ -110,10 +110,19 @@ void add_common_options(CLI::App* command, CommandLine& line) {
               {"calls", Format::kCalls}},
              "tree|json|xml|calls", "; calls: what the plug-in asked of the framework");
   command->add_flag("--trace", line.host.trace, "Trace lines on standard error");
+  command->add_flag("--unchecked", line.host.unchecked,
+                    "Pass nodes and values to the plug-in as they came, without checking them\n"
+                    "against the models");
   add_libraries(command, line.host);
   add_choice(command, "--input", line.input,
              Words<Encoding>{{"json", Encoding::kJson}, {"xml", Encoding::kXml}}, "json|xml",
              "Encoding of REQUEST or DATA (default: XML when it begins with <)");
+}
+
+// The option of the commands that map OpenConfig requests.
+void add_only_ip(CLI::App* command, HostOptions& host) {
+  command->add_flag("--only-ip", host.only_ip,
+                    "Leave out of REQUEST what is not interface IP, with a note");
 }
 
 // Options of the commands that show something about the plug-in.
@@ -141,6 +150,7 @@ void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit) {
       ->type_name("PATH")
       ->allow_extra_args(false);
   command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
+  add_only_ip(command, line.host);
   add_common_options(command, line);
 }
 
@@ -164,6 +174,7 @@ void add_query_options(CLI::App* command, CommandLine& line, QueryCommand& query
                        std::vector<std::string>& arguments) {
   add_content(command, query.content);
   command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
+  add_only_ip(command, line.host);
   add_common_options(command, line);
 }
 

@@ -155,7 +155,8 @@ TEST(ConfiguredDevices, AnswerFromTheirNewConfiguration) {
 TEST(Hosts, KeepWhatWasApplied) {
   const Folder folder;
   const std::string file = folder.write("dev.json", R"({"interfaces":[{"name":"Eth1"}]})");
-  Host host({OCIFIP_PLUGIN, OCIFIP_MODELS_DIR, file, false});
+  Host host(
+      {.plugin = OCIFIP_PLUGIN, .models = OCIFIP_MODELS_DIR, .device = file, .unchecked = true});
   const std::string path =
       "/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4";
   const auto request = [](const std::string& addresses) {

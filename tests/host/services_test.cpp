@@ -436,7 +436,7 @@ class MapperTest : public testing::Test {
 
   DeviceDirectory device{device_of_file()};
   PluginEntries plugin{ymap_ox_ocif_openconfiginterfaces_lvla_interfaces, kStandIn, {}};
-  Mapper mapper{models(), device, plugin, {}};
+  Mapper mapper{models(), device, plugin, HostOptions{.unchecked = true}};
   Outcome outcome;
 };
 

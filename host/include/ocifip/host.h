@@ -33,11 +33,16 @@ enum class Content { kConfig, kAll };
 enum class DefaultOperation { kMerge, kCreate, kReplace, kNone };
 
 struct HostOptions {
-  std::string plugin;                 // path of the mapping plug-in
-  std::string models;                 // folder of the YANG modules
-  std::optional<std::string> device;  // device file; the built-in example device when absent
-  bool trace = false;                 // trace lines go to standard error
-  Progress* progress = nullptr;       // told what the host is at; outlives the host
+  std::string plugin{};                 // path of the mapping plug-in
+  std::string models{};                 // folder of the YANG modules
+  std::optional<std::string> device{};  // device file; the built-in example device when absent
+  bool trace = false;                   // trace lines go to standard error
+  // Nodes and values of requests and native data reach the mapping as they came, whatever the
+  // models say of them.
+  bool unchecked = false;
+  // What a request has outside of interface IP is passed over, with a note.
+  bool only_ip = false;
+  Progress* progress = nullptr;  // told what the host is at; outlives the host
 };
 
 // A document as it was given: a file's or standard input's text.

@@ -49,6 +49,11 @@ bool has_same_keys(const DocumentNode& left, const DocumentNode& right) {
 
 }  // namespace
 
+std::string qualified_name(const DocumentNode& node) {
+  std::string name = node.module.empty() ? node.module_namespace : node.module;
+  return name.append(name.empty() ? "" : ":").append(node.tag);
+}
+
 DocumentNode bare(const DocumentNode& node) {
   DocumentNode result;
   result.tag = node.tag;

@@ -24,6 +24,9 @@ inline DocumentNode node_of(const lysc_node* schema) {
   return node;
 }
 
+// "MODULE:TAG" for messages; of a node of an unknown module, with what its source calls that.
+std::string qualified_name(const DocumentNode& node);
+
 inline bool is_key(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_key(node.schema);
 }

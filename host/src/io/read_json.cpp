@@ -11,6 +11,7 @@
 #include "io/netconf.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
+#include "ocifip/nearest_name.h"
 
 namespace ocifip {
 namespace {
@@ -48,7 +49,7 @@ class JsonReader {
  public:
   JsonReader(const Models& models, const std::string& name, JsonSource& source,
              OtherAnnotations annotations)
-      : builder_(models, name), source_(source), annotations_(annotations) {}
+      : models_(models), builder_(models, name), source_(source), annotations_(annotations) {}
 
   bool null() { return scalar(std::nullopt); }
   bool boolean(bool value) { return scalar(value ? "true" : "false"); }
@@ -95,6 +96,7 @@ class JsonReader {
   void settle_lone_null();
   void apply(const std::vector<Metadata>& all);
 
+  const Models& models_;
   TreeBuilder builder_;
   JsonSource& source_;
   OtherAnnotations annotations_;
@@ -173,6 +175,9 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
          std::string(kOperationAnnotation) + "\"");
   } else if (annotations_ == OtherAnnotations::kRefused) {
     fail("an annotation, " + in_quotes(member_));
+  } else if (!models_.has_annotation(member_)) {
+    fail("unknown annotation " + in_quotes(member_) +
+         did_you_mean(member_, {std::string(kOperationAnnotation)}));
   }
 }
 

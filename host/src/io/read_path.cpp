@@ -2,9 +2,11 @@
 #include <utility>
 
 #include "io/document_nodes.h"
+#include "io/meant_node.h"
 #include "io/read_document.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
+#include "ocifip/nearest_name.h"
 
 namespace ocifip {
 namespace {
@@ -158,9 +160,11 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
   const lysc_node* found = nullptr;
   if (!step.module.empty()) {
     const auto module_namespace = models_.namespace_of(step.module);
-    if (module_namespace.empty()) fail("no such module: " + in_quotes(step.module));
+    if (module_namespace.empty()) {
+      fail("no such module: " + in_quotes(step.module) + meant_node(models_, parent, step.tag));
+    }
     found = models_.child(parent, step.tag, module_namespace);
-  } else if (parent != nullptr) {
+  } else {
     found = models_.child(parent, step.tag, {});
   }
   if (found != nullptr) return found;
@@ -178,7 +182,7 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
   if (found == nullptr) {
     const auto name = step.module.empty() ? std::string(step.tag)
                                           : std::string(step.module) + ':' + std::string(step.tag);
-    fail("no such node: " + in_quotes(name) + where);
+    fail("no such node: " + in_quotes(name) + where + meant_node(models_, parent, step.tag));
   }
   return found;
 }
@@ -213,7 +217,8 @@ void PathReader::add_keys(const lysc_node* schema, const Step& step) {
   for (const auto& predicate : step.predicates) {
     const auto is_same = [&predicate](const auto& other) { return other.name == predicate.name; };
     if (std::find(keys.begin(), keys.end(), predicate.name) == keys.end()) {
-      fail(in_quotes(predicate.name) + " is not a key of " + walked_);
+      fail(in_quotes(predicate.name) + " is not a key of " + walked_ +
+           did_you_mean(predicate.name, keys));
     }
     if (std::count_if(step.predicates.begin(), step.predicates.end(), is_same) > 1) {
       fail("key " + in_quotes(predicate.name) + " of " + walked_ + " is given twice");

@@ -13,6 +13,7 @@
 #include "io/netconf.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
+#include "ocifip/nearest_name.h"
 
 namespace ocifip {
 namespace {
@@ -174,12 +175,18 @@ void XmlReader::add_text(std::string_view text) {
   }
 }
 
-// Takes over the operation among an element's attributes; the others mean nothing here.
+// Takes over the operation among an element's attributes; those of other namespaces mean nothing
+// here.
 void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* node) {
   for (const auto& attribute : attributes) {
     const auto name = text_of(attribute.name);
+    const bool is_netconf = text_of(attribute.module_namespace) == kNetconfNamespace;
+    if (name != "operation" && is_netconf && node != nullptr) {
+      fail("unknown attribute " + in_quotes(name) + " of NETCONF" +
+           did_you_mean(name, {"operation"}));
+    }
     if (name != "operation") continue;
-    if (text_of(attribute.module_namespace) != kNetconfNamespace) {
+    if (!is_netconf) {
       // Passed over, it would turn a delete into a write.
       fail("attribute " + in_quotes(name) + " is not in the namespace " +
            std::string(kNetconfNamespace));

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "io/document_nodes.h"
 #include "io/text.h"
-#include "ocifip/host.h"
 #include "yfw/context.h"
 
 namespace ocifip {
@@ -34,9 +34,7 @@ constexpr KeptKey kNativeName = {"interface-name", "interface name", kLongestNam
 }
 
 [[noreturn]] void fail_at_top(const Document& document, const DocumentNode& root) {
-  std::string name = root.module.empty() ? root.module_namespace : root.module;
-  name.append(name.empty() ? "" : ":").append(root.tag);
-  fail(document, root, "no mapping for " + in_quotes(name) + " at the top");
+  fail(document, root, "no mapping for " + in_quotes(qualified_name(root)) + " at the top");
 }
 
 bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
@@ -100,11 +98,7 @@ void check_no_operations(const Document& document, const std::vector<DocumentNod
   }
 }
 
-}  // namespace
-
-void check_query(const Document& document) { check_no_operations(document, document.roots); }
-
-void check_input(const Document& document) {
+void check_top(const Document& document) {
   for (const DocumentNode& root : document.roots) {
     if (!is(root, kInterfacesModule, "interfaces")) {
       fail_at_top(document, root);
@@ -113,7 +107,56 @@ void check_input(const Document& document) {
   }
 }
 
-void check_native_data(const Document& document, const ReadBackEntries& entries) {
+// "1 node is WHAT: PATH", or "3 nodes are WHAT; the first is PATH".
+std::string count_note(std::size_t count, const std::string& what, const std::string& first) {
+  return std::to_string(count) + (count == 1 ? " node is " : " nodes are ") + what +
+         (count == 1 ? ": " : "; the first is ") + first;
+}
+
+}  // namespace
+
+void InputChecks::check_edit(Document& document) {
+  if (rules_.only_ip) {
+    keep_only_ip(document, false, passed_over_);
+  }
+  if (!rules_.unchecked) {
+    const StateNodes state = check_against_models(models_, document, InputUse::kEdit);
+    if (state_.count == 0) {
+      state_.first = state.first;
+    }
+    state_.count += state.count;
+  }
+  check_top(document);
+}
+
+void InputChecks::check_query(Document& document) {
+  check_no_operations(document, document.roots);
+  if (rules_.only_ip) {
+    keep_only_ip(document, true, passed_over_);
+  }
+  if (!rules_.unchecked) {
+    check_against_models(models_, document, InputUse::kQuery);
+  }
+  check_top(document);
+}
+
+std::vector<std::string> InputChecks::notes() const {
+  std::vector<std::string> notes;
+  if (passed_over_.count > 0) {
+    notes.push_back(
+        count_note(passed_over_.count, "outside interface IP and left out", passed_over_.first));
+  }
+  if (state_.count > 0) {
+    notes.push_back(count_note(state_.count, "state, which an edit does not change", state_.first));
+  }
+  return notes;
+}
+
+void check_native_data(const Models& models, Document& document, const ReadBackEntries& entries,
+                       InputRules rules) {
+  if (!rules.unchecked) {
+    check_against_models(models, document, InputUse::kData);
+  }
   for (const DocumentNode& root : document.roots) {
     if (!entries.take(root.module_namespace, root.tag)) {
       fail_at_top(document, root);

@@ -138,6 +138,7 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       device_(device),
       plugin_(plugin),
       trace_(options.trace),
+      rules_(options),
       paths_(models),
       framework_{models, paths_, plugin.augments, options.progress},
       probes_(models),
@@ -150,8 +151,15 @@ void Mapper::begin(const char* stage) const {
 }
 
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
-  return cycle.map(read_edit(request), request.operation,
-                   {.record_calls = format == Format::kCalls, .trace = trace_});
+  InputChecks checks(models_, rules_);
+  Document edit = read_edit(request, checks);
+  MappedEdit mapped = cycle.map(std::move(edit), request.operation,
+                                {.record_calls = format == Format::kCalls, .trace = trace_});
+  if (!mapped.outcome.refusal) {
+    const auto notes = checks.notes();
+    mapped.outcome.notes.insert(mapped.outcome.notes.begin(), notes.begin(), notes.end());
+  }
+  return mapped;
 }
 
 Outcome Mapper::edit(const EditRequest& request, Format format) {
@@ -323,8 +331,8 @@ std::vector<SubinterfaceName> Mapper::concerned(const Query& query) const {
 
 Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
-  const Document document = read_document(models_, request.data);
-  check_native_data(document, plugin_.read_back);
+  Document document = read_document(models_, request.data);
+  check_native_data(models_, document, plugin_.read_back, rules_);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(request.content),
@@ -336,16 +344,16 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
                 "the data holds nothing that is mapped to OpenConfig");
 }
 
-Document Mapper::read_edit(const EditRequest& request) const {
+Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) const {
   Document edit;
   for (const std::string& path : request.deletes) {
     Document deletion = read_path(models_, path, Operation::kDelete);
-    check_input(deletion);
+    checks.check_edit(deletion);
     merge_document(edit, std::move(deletion));
   }
   if (request.document) {
     Document document = read_document(models_, *request.document);
-    check_input(document);
+    checks.check_edit(document);
     edit.name = document.name;
     merge_document(edit, std::move(document));
   }
@@ -358,7 +366,6 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
   std::vector<Document> parts;
   if (request.document) {
     parts.push_back(read_document(models_, *request.document));
-    check_query(parts.back());
     forget_empty_values(parts.back().roots);
   }
   for (const std::string& path : request.paths) {
@@ -368,8 +375,12 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
                            [this](SchemaPath path) { return is_refused(path); });
   Query query;
   query.content = request.content;
+  InputChecks checks(models_, rules_);
   for (Document& part : parts) {
-    check_input(part);
+    checks.check_query(part);
+  }
+  query.notes = checks.notes();
+  for (Document& part : parts) {
     query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
     Document families = {part.name, families_in_part(part.roots)};
     expansion.expand(part, query.notes);

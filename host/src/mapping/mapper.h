@@ -12,6 +12,7 @@
 #include "device/subinterface_name.h"
 #include "io/models.h"
 #include "mapping/edit_cycle.h"
+#include "mapping/input_checks.h"
 #include "mapping/plugin.h"
 #include "mapping/probe.h"
 #include "mapping/query_expansion.h"
@@ -56,7 +57,7 @@ class Mapper {
   MappedEdit map_edit(const EditRequest& request, Format format, EditCycle& cycle);
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
-  [[nodiscard]] Document read_edit(const EditRequest& request) const;
+  [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
   void answer(const Query& query, Document queries, Format format, Outcome& outcome);
@@ -71,6 +72,7 @@ class Mapper {
   const DeviceDirectory& device_;
   const PluginEntries& plugin_;
   bool trace_;
+  InputRules rules_;
   PathCache paths_;
   Framework framework_;
   Probes probes_;
