@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cases.h"
+#include "io/check_input.h"
 #include "io/models.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
@@ -46,7 +47,8 @@ TEST(Reading, EndsAtADepth) {
   EXPECT_EQ(tree_of(repeat("{\"a\":", 257) + "1" + repeat("}", 257)), nodes);
   EXPECT_EQ(tree_of("<a xmlns='urn:x'>" + repeat("<b>", 256) + repeat("</b>", 256) + "</a>"),
             nodes);
-  EXPECT_EQ(tree_of(oc("\"@\":{\"b:c\":" + repeat("[", 1000000))), "in:1: nested too deeply");
+  EXPECT_EQ(tree_of(oc("\"@\":{\"yang:value\":" + repeat("[", 1000000))),
+            "in:1: nested too deeply");
 }
 
 const std::string kNc = R"(xmlns:nc="urn:ietf:params:xml:ns:netconf:base:1.0")";
@@ -238,6 +240,29 @@ TEST(ModelsFolder, TellsWhatIsNamedByIpv6Addresses) {
       is_named({"interfaces", "interface", "subinterfaces", "subinterface", "ipv6", "addresses",
                 "address", "vrrp", "vrrp-group", "config", "virtual-address"}));
   EXPECT_FALSE(Models::names_by_ipv6(nullptr));
+}
+
+// As modules are published: with their revisions in the names of their files, identities and
+// features that others use, submodules, and patterns with the anchors of POSIX.
+TEST(ModelsFolder, MayHoldPublishedModules) {
+  const Models published(OCIFIP_CASES "../published");
+  EXPECT_EQ(Models::module(published.child(nullptr, "boxes", {})), "boxes");
+  const auto check = [&](const std::string& leaf) {
+    return result_of([&] {
+      auto document =
+          read_document(published, {"in", R"({"boxes:boxes":{)" + leaf + "}}", Encoding::kJson});
+      check_against_models(published, document, InputUse::kEdit);
+      return "taken";
+    });
+  };
+  for (const char* taken : {R"("kind":"box-kinds:LARGE")", R"("key":"x")", R"("code":"ab")",
+                            R"("lid":"round")", R"("price":"$5")", R"("end":"^5$")"}) {
+    EXPECT_EQ(check(taken), "taken") << taken;
+  }
+  for (const char* refused :
+       {R"("code":"^ab$")", R"("code":"abc")", R"("lid":"oval")", R"("end":"5")"}) {
+    EXPECT_NE(check(refused), "taken") << refused;
+  }
 }
 
 TEST(ModelsFolder, IsNamedWhenItCannotBeLoaded) {
