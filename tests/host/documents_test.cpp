@@ -255,8 +255,8 @@ TEST(ModelsFolder, MayHoldPublishedModules) {
       return "taken";
     });
   };
-  for (const char* taken : {R"("kind":"box-kinds:LARGE")", R"("key":"x")", R"("code":"ab")",
-                            R"("lid":"round")", R"("price":"$5")", R"("end":"^5$")"}) {
+  for (const char* taken :
+       {R"("kind":"kinds:LARGE")", R"("key":"x")", R"("code":"ab")", R"("lid":"round")"}) {
     EXPECT_EQ(check(taken), "taken") << taken;
   }
   for (const char* refused :
