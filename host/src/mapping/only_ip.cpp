@@ -43,15 +43,20 @@ class Filter {
     if (is_own(parent, "interface")) return belongs_to_interface(node);
     if (is_own(parent, "subinterfaces")) return is_own(node, "subinterface");
     if (is_own(parent, "subinterface")) {
-      return is_own(node, "index") || is_own(node, "config") || is_ip_module(node.module);
+      return is_own(node, "index") || repeats_key(node) || is_ip_module(node.module);
     }
     if (is_own(parent, "config")) return is_own(node, key_of(*path_[path_.size() - 2]));
     if (is(parent, kTunnelModule, "tunnel")) return node.tag == "ipv4" || node.tag == "ipv6";
     return is_ip_module(node.module) || (is_in_tunnel() && node.module == kTunnelModule);
   }
 
-  static bool belongs_to_interface(const DocumentNode& node) {
-    return is_own(node, "name") || is_own(node, "config") || is_own(node, "subinterfaces") ||
+  // A setting of an entry that an edit may give. A query of it asks for the entry itself.
+  [[nodiscard]] bool repeats_key(const DocumentNode& node) const {
+    return is_own(node, "config") && !is_query_;
+  }
+
+  [[nodiscard]] bool belongs_to_interface(const DocumentNode& node) const {
+    return is_own(node, "name") || repeats_key(node) || is_own(node, "subinterfaces") ||
            is(node, kVlanModule, "routed-vlan") || is(node, kTunnelModule, "tunnel");
   }
 
