@@ -17,9 +17,9 @@ struct PassedOver {
 
 // Takes out of a request what is outside of interface IP: other nodes at the top, settings and
 // state of interfaces and subinterfaces, and what other models add. Keys stay, and in an edit what
-// repeats them; the IP of routed VLANs and tunnels stays, for the mapping to refuse. A node of which
-// nothing is left goes, too: an entry of a list in a query alone, where it would ask for all of the
-// entry.
+// repeats them; the IP of routed VLANs and tunnels stays, for the mapping to refuse. A node of
+// which nothing is left goes, too: an entry of a list in a query alone, where it would ask for all
+// of the entry.
 void keep_only_ip(Document& document, bool is_query, PassedOver& passed_over);
 
 }  // namespace ocifip
