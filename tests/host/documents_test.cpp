@@ -11,6 +11,7 @@
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "io/text.h"
 #include "io_testing.h"
 
 namespace ocifip {
@@ -38,6 +39,30 @@ TEST(Reading, GivesTreeOrReason) {
       EXPECT_EQ(tree_of(each["given"]), each["expected"]) << each.where;
     }
   }
+}
+
+TEST(Messages, RepeatWhatTheyAreAboutInPart) {
+  const std::string most = repeat("\u00e9", 200);
+  EXPECT_EQ(in_quotes(most), '"' + most + '"');
+  EXPECT_EQ(in_quotes(most + "x\n"), '"' + most + "\"...");
+  EXPECT_EQ(in_quotes("a\n\"b\xff"), R"("a\n\"b)"
+                                     "\ufffd\"");
+  EXPECT_EQ(in_short("a\n\"b\""), R"(a\n"b")");
+  EXPECT_EQ(in_short(most + 'x'), most + "...");
+  // A sentence may be longer, but not what it quotes, nor a word.
+  EXPECT_EQ(
+      in_one_line("so\n, " + most + "x \"a " + most + "\", " + most + " \"" + most + " \n"),
+      "so\\n, " + most + "... \"a " + repeat("\u00e9", 198) + "...\", " + most + " \"" + most);
+  EXPECT_EQ(result_of([&] {
+              read_path(models(), '/' + most);
+              return "";
+            }),
+            '/' + repeat("\u00e9", 199) + "...: " + in_quotes(most) + " after \"/\" is not a name");
+  EXPECT_EQ(result_of([&] {
+              read_document(models(), {most + "\n", "", Encoding::kJson});
+              return "";
+            }),
+            most + "...:1: the text is empty");
 }
 
 TEST(Reading, EndsAtADepth) {

@@ -77,8 +77,10 @@ struct Refusal {
   std::string tag;      // the refused node's tag, or ""
   std::string path;     // instance path of the node, or of the nodes being walked
   std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
+  std::string hint{};   // the host's sentence beside it, without a full stop; "" for none
 
-  // `0xaaf2ee00 (unsupported) tag "enabled" at /interfaces/... : MESSAGE`
+  // `"enabled" at /interfaces/... : MESSAGE (0xaaf2ee00 unsupported)` in one line, with the hint
+  // behind the message. Without a tag the path comes first, without a path the message.
   [[nodiscard]] std::string text() const;
 };
 

@@ -30,7 +30,7 @@ class PathReader {
         path_(path),
         operation_(operation),
         left_(path),
-        builder_(models, path.empty() ? in_quotes(path) : path) {}
+        builder_(models, path.empty() ? in_quotes(path) : in_short(path)) {}
 
   Document read();
 
