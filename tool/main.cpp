@@ -31,7 +31,12 @@ Status show(const Outcome& outcome) {
 }
 
 EditRequest read_edit(const CommandLine& line, const EditCommand& command) {
-  return {read_document(command.document, line.input), command.deletes, command.operation};
+  EditRequest request = {read_document(command.document, line.input), command.deletes,
+                         command.operation};
+  for (const auto& [path, body] : command.bodies) {
+    request.bodies.push_back({path, read_body(path, body, line.input)});
+  }
+  return request;
 }
 
 // Calls a function with a host, and shows what that is at for as long as it takes.

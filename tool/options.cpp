@@ -123,7 +123,8 @@ void add_listing_options(CLI::App* command, CommandLine& line) {
   add_libraries(command, line.host);
 }
 
-void add_content(CLI::App* command, Content& content) {
+template <typename Target>
+void add_content(CLI::App* command, Target& content) {
   add_choice(command, "--content", content,
              Words<Content>{{"all", Content::kAll}, {"config", Content::kConfig}}, "all|config",
              "Configuration and state, or configuration alone (default: all)");
@@ -139,6 +140,9 @@ void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit) {
              "Operation of nodes that carry none themselves (default: merge)");
   command->add_option("--delete", edit.deletes, "Delete a node; may be given several times")
       ->type_name("PATH")
+      ->allow_extra_args(false);
+  command->add_option("--path", edit.bodies, "Set what a node holds; may be given several times")
+      ->type_name("PATH BODY")
       ->allow_extra_args(false);
   command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
   add_common_options(command, line);
@@ -236,8 +240,8 @@ DeviceCommand device_command(const DeviceArguments& device, const HostOptions& h
 }
 
 void check_edit(const EditCommand& edit) {
-  if (!edit.document && edit.deletes.empty()) {
-    throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
+  if (!edit.document && edit.deletes.empty() && edit.bodies.empty()) {
+    throw UsageError("nothing to edit: give a REQUEST, --path PATH BODY or --delete PATH");
   }
 }
 

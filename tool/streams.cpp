@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -56,6 +57,17 @@ Encoding encoding_of(std::string_view text) {
   return first != std::string_view::npos && text[first] == '<' ? Encoding::kXml : Encoding::kJson;
 }
 
+// Whether an argument is JSON or XML rather than the name of a file.
+bool is_inline(std::string_view argument) {
+  argument.remove_prefix(std::min(argument.find_first_not_of(kBlanks), argument.size()));
+  if (argument.empty()) return false;
+  if (std::string_view("{[<\"").find(argument[0]) != std::string_view::npos) return true;
+  const bool is_word = argument == "true" || argument == "false" || argument == "null";
+  const bool has_digit = argument.find_first_of("0123456789") != std::string_view::npos;
+  return is_word ||
+         (has_digit && argument.find_first_not_of("+-.0123456789eE") == std::string_view::npos);
+}
+
 }  // namespace
 
 void guard_standard_streams() {
@@ -78,6 +90,12 @@ Source read_source(const std::string& file, std::optional<Encoding> encoding) {
   source.text = read_all(input, source.name);
   source.encoding = encoding.value_or(encoding_of(source.text));
   return source;
+}
+
+Source read_body(const std::string& path, const std::string& argument,
+                 std::optional<Encoding> encoding) {
+  if (!is_inline(argument)) return read_source(argument, encoding);
+  return {"body of " + path, argument, encoding_of(argument)};
 }
 
 void write_output(std::string_view text) {

@@ -25,6 +25,11 @@ void guard_standard_streams();
 // character that is not blank tells it: '<' begins XML. Throws InputError.
 Source read_source(const std::string& file, std::optional<Encoding> encoding);
 
+// Reads the body of an instance path: the argument itself when it is JSON or XML, else as above. It
+// is itself when it begins with { [ < or ", or is a number, true, false or null. Throws InputError.
+Source read_body(const std::string& path, const std::string& argument,
+                 std::optional<Encoding> encoding);
+
 // Writes a text to standard output, all of it or with an error. Throws OutputError.
 void write_output(std::string_view text);
 

@@ -47,10 +47,19 @@ struct Source {
   Encoding encoding = Encoding::kJson;
 };
 
+// The content of a node, as JSON or XML.
+struct PathBody {
+  std::string path;  // instance path of the node
+  Source body;
+};
+
 struct EditRequest {
   std::optional<Source> document;
   std::vector<std::string> deletes;  // instance paths
-  DefaultOperation operation = DefaultOperation::kMerge;
+  // Of the nodes that carry none. When absent it is that of the document's NETCONF edit-config, or
+  // merge.
+  std::optional<DefaultOperation> operation{};
+  std::vector<PathBody> bodies{};  // a replace by default is one of their nodes alone
 };
 
 // An edit that is carried out on the device.
@@ -62,7 +71,8 @@ struct ApplyRequest {
 struct QueryRequest {
   std::optional<Source> document;
   std::vector<std::string> paths;  // instance paths
-  Content content = Content::kAll;
+  // When absent it is configuration alone for a document that is a NETCONF get-config, else all.
+  std::optional<Content> content{};
 };
 
 // Native data to be shown in OpenConfig terms.

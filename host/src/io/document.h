@@ -37,9 +37,23 @@ struct DocumentNode {
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
 };
 
+// What NETCONF puts around a document: an edit; a read with a filter or of everything, of state or
+// of configuration alone; or a reply.
+enum class Envelope : std::uint8_t {
+  kNone,
+  kEdit,
+  kRead,
+  kReadAll,
+  kReadConfig,
+  kReadAllConfig,
+  kReply
+};
+
 struct Document {
   std::string name;                 // of the source, for messages
   std::vector<DocumentNode> roots;  // top-level nodes
+  Envelope envelope = Envelope::kNone;
+  std::optional<Operation> operation{};  // of an edit's envelope: its default operation
 };
 
 }  // namespace ocifip

@@ -83,6 +83,7 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
       node.module_namespace = parent->module_namespace;
     }
     if (is_known_place) schema = models_.child(parent_schema, node.tag, node.module_namespace);
+    if (is_known_place && schema == nullptr) schema = only_child(parent_schema, node.tag, line);
   }
   if (schema != nullptr) {
     set_schema(node, schema);
@@ -100,10 +101,10 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   DocumentNode node;
   node.tag = tag;
   node.line = line;
-  // Without a namespace an element is nobody's, whatever its name.
   const lysc_node* schema = nullptr;
-  if (is_known_place && !module_namespace.empty()) {
-    schema = models_.child(parent_schema, tag, module_namespace);
+  if (is_known_place) {
+    schema = module_namespace.empty() ? only_child(parent_schema, tag, line)
+                                      : models_.child(parent_schema, tag, module_namespace);
   }
   if (schema != nullptr) {
     set_schema(node, schema);
@@ -113,6 +114,21 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   node.module = models_.module_of(module_namespace);
   node.module_namespace = module_namespace;
   return node;
+}
+
+const lysc_node* TreeBuilder::only_child(const lysc_node* parent, std::string_view tag, int line,
+                                         const std::string& where) const {
+  const lysc_node* found = nullptr;
+  for (const auto* child : models_.children(parent)) {
+    if (Models::tag(child) != tag) continue;
+    if (found != nullptr) {
+      fail(line, in_quotes(tag) + where + " needs a module: it is in " +
+                     std::string(Models::module(found)) + " and in " +
+                     std::string(Models::module(child)));
+    }
+    found = child;
+  }
+  return found;
 }
 
 void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int line) const {

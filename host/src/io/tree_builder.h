@@ -24,10 +24,16 @@ class TreeBuilder {
   [[noreturn]] void fail(int line, const std::string& reason) const;
 
   // A node below the innermost open one, named as in JSON ("tag" or "module:tag") or as in XML.
-  // Throws InputError when the name cannot be a node's.
+  // Without a module it is the parent's, else one of the only other module that has such a child.
+  // Throws InputError when there are several, and when the name cannot be a node's.
   [[nodiscard]] DocumentNode json_node(std::string_view member, int line) const;
   [[nodiscard]] DocumentNode xml_node(std::string_view module_namespace, std::string_view tag,
                                       int line) const;
+
+  // The child of a node, or the top-level node for null, that has a name in some module; null when
+  // there is none. Throws InputError when there are several; `where` says where, as " in /a/b".
+  [[nodiscard]] const lysc_node* only_child(const lysc_node* parent, std::string_view tag, int line,
+                                            const std::string& where = {}) const;
 
   // Gives a node the operation with a name of RFC 6241. Throws InputError.
   void annotate(DocumentNode& node, std::string_view operation, int line) const;

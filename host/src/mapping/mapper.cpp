@@ -11,6 +11,7 @@
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "mapping/envelope_checks.h"
 #include "mapping/input_checks.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
@@ -150,7 +151,8 @@ void Mapper::begin(const char* stage) const {
 }
 
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
-  return cycle.map(read_edit(request), request.operation,
+  const Document document = read_edit(request);
+  return cycle.map(document, default_operation(request, document),
                    {.record_calls = format == Format::kCalls, .trace = trace_});
 }
 
@@ -324,6 +326,7 @@ std::vector<SubinterfaceName> Mapper::concerned(const Query& query) const {
 Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
   const Document document = read_document(models_, request.data);
+  check_is_data(document);
   check_native_data(document, plugin_.read_back);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
@@ -343,31 +346,57 @@ Document Mapper::read_edit(const EditRequest& request) const {
     check_input(deletion);
     merge_document(edit, std::move(deletion));
   }
+  read_bodies(request, edit);
   if (request.document) {
     Document document = read_document(models_, *request.document);
+    check_input(document);
+    check_is_edit(document);
+    edit.name = document.name;
+    edit.operation = document.operation;
+    merge_document(edit, std::move(document));
+  }
+  return edit;
+}
+
+// A replace by default is one of the nodes that the bodies are of, and not of those around them,
+// but where a document says so.
+void Mapper::read_bodies(const EditRequest& request, Document& edit) const {
+  const bool replaces = request.operation == DefaultOperation::kReplace;
+  const auto operation = replaces ? std::optional(Operation::kReplace) : std::nullopt;
+  for (const PathBody& body : request.bodies) {
+    Document document = read_body(models_, body, operation);
     check_input(document);
     edit.name = document.name;
     merge_document(edit, std::move(document));
   }
-  return edit;
+  if (!replaces || request.document || request.bodies.empty()) {
+    return;
+  }
+  for (DocumentNode& root : edit.roots) {
+    root.operation = root.operation.value_or(Operation::kWrite);
+  }
 }
 
 // Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
 // the container around it.
 Mapper::Query Mapper::read_query(const QueryRequest& request) {
   std::vector<Document> parts;
+  Query query;
+  query.content = request.content.value_or(Content::kAll);
   if (request.document) {
     parts.push_back(read_document(models_, *request.document));
     check_query(parts.back());
+    query.content = content_of(request, parts.back());
+    if (reads_all(parts.back())) {
+      parts.back().roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
+    }
     forget_empty_values(parts.back().roots);
   }
   for (const std::string& path : request.paths) {
     parts.push_back(read_path(models_, path));
   }
-  QueryExpansion expansion(models_, request.content, device_.interface_names(),
+  QueryExpansion expansion(models_, query.content, device_.interface_names(),
                            [this](SchemaPath path) { return is_refused(path); });
-  Query query;
-  query.content = request.content;
   for (Document& part : parts) {
     check_input(part);
     query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
