@@ -252,7 +252,9 @@ void check_apply(const ApplyCommand& apply, const HostOptions& host) {
 
 bool is_path(const std::string& argument) {
   std::error_code error;
-  return argument.starts_with('/') && !std::filesystem::is_regular_file(argument, error);
+  const bool is_file =
+      std::filesystem::exists(argument, error) && !std::filesystem::is_directory(argument, error);
+  return argument.starts_with('/') && !is_file;
 }
 
 void check_get(const HostOptions& host) {

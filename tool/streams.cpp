@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "ocifip/messages.h"
+
 namespace ocifip::tool {
 namespace {
 
@@ -18,7 +20,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // The system's reason for the last failure, behind the name of what failed.
 std::string failure(std::string_view name) {
   const auto reason = std::generic_category().message(errno);
-  return std::string(name) + ": " + reason;
+  return in_short(name) + ": " + reason;
 }
 
 // A file descriptor that is read from, closed at the end unless it is standard input.

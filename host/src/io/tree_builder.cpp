@@ -168,6 +168,7 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
 
 void TreeBuilder::open(DocumentNode node) {
   check_depth(node.line);
+  node.place = ++count_;
   open_.push_back({std::move(node), pending_.size()});
 }
 
@@ -184,6 +185,7 @@ void TreeBuilder::close() {
 
 void TreeBuilder::add(DocumentNode node) {
   check_depth(node.line);
+  node.place = ++count_;
   pending_.push_back(std::move(node));
 }
 
@@ -194,6 +196,22 @@ std::span<DocumentNode> TreeBuilder::children() {
 Document TreeBuilder::finish() {
   check_siblings(pending_);
   return {std::move(name_), std::move(pending_)};
+}
+
+void arrange_as_read(std::vector<DocumentNode>& nodes) {
+  // A node that was made goes behind the one before it in schema order.
+  std::vector<std::pair<int, DocumentNode>> placed;
+  placed.reserve(nodes.size());
+  int place = 0;
+  for (auto& node : nodes) {
+    arrange_as_read(node.children);
+    if (node.place != 0) place = node.place;
+    placed.emplace_back(place, std::move(node));
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::transform(placed.begin(), placed.end(), nodes.begin(),
+                 [](auto& each) { return std::move(each.second); });
 }
 
 void arrange(std::vector<DocumentNode>& children) {

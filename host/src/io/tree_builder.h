@@ -70,7 +70,12 @@ class TreeBuilder {
   // Closed nodes whose parents are open: a parent takes its own off the end when it is closed, so
   // that no list of children is larger than it has to be.
   std::vector<DocumentNode> pending_;
+  int count_ = 0;  // of the nodes so far
 };
+
+// Puts nodes that stand in schema order, and all below them, into the order of the source that they
+// were read from.
+void arrange_as_read(std::vector<DocumentNode>& nodes);
 
 // Puts the children of a node into schema order: keys first, unknown nodes last.
 void arrange(std::vector<DocumentNode>& children);

@@ -6,6 +6,7 @@
 
 #include "device/native_edit.h"
 #include "device/summaries.h"
+#include "io/deleted_values.h"
 #include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
@@ -434,7 +435,11 @@ Outcome Mapper::finish(Request& request, cerrno result, Format format, const cha
   }
   if (format != Format::kCalls) {
     begin("printing");
-    outcome.text = print_document(to_document(request.output(), "output"), format, outcome.notes);
+    Document output = to_document(request.output(), "output");
+    if (request.is_edit() && format != Format::kTree) {
+      give_deleted_values(output.roots, device_.device().native.roots);
+    }
+    outcome.text = print_document(output, format, outcome.notes);
   }
   return outcome;
 }
