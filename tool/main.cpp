@@ -24,9 +24,9 @@ std::optional<Source> read_document(const std::optional<std::string>& file,
 // Shows an outcome: the text asked for, then remarks and the refusal.
 Status show(const Outcome& outcome) {
   write_output(outcome.text);
-  for (const auto& note : outcome.notes) complain("note: " + note);
+  for (const auto& note : outcome.notes) complain(colored("note:", Color::kYellow) + " " + note);
   if (!outcome.refusal) return kDone;
-  write_error("refused: " + outcome.refusal->text());
+  write_error(colored("refused:", Color::kRed) + " " + outcome.refusal->text());
   return kRefused;
 }
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <system_error>
 
 #include "ocifip/messages.h"
@@ -108,6 +109,13 @@ void write_output(std::string_view text) {
 void write_error(std::string_view line) {
   // Nobody can be told when standard error itself fails.
   std::fputs((std::string(line) + "\n").c_str(), stderr);
+}
+
+std::string colored(std::string_view word, Color color) {
+  const char* refused = std::getenv("NO_COLOR");
+  const bool is_wanted = refused == nullptr || *refused == '\0';
+  if (!is_wanted || isatty(STDERR_FILENO) == 0) return std::string(word);
+  return (color == Color::kRed ? "\x1b[31m" : "\x1b[33m") + std::string(word) + "\x1b[0m";
 }
 
 void complain(std::string_view message) { write_error("ocifip: " + std::string(message)); }

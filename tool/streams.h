@@ -36,6 +36,10 @@ void write_output(std::string_view text);
 // Writes a line to standard error.
 void write_error(std::string_view line);
 
+// A word as it is written to standard error: red or yellow on a terminal, unless NO_COLOR is set.
+enum class Color { kRed, kYellow };
+std::string colored(std::string_view word, Color color);
+
 // The same for a message of the program itself, headed by its name.
 void complain(std::string_view message);
 
