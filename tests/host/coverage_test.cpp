@@ -50,11 +50,11 @@ TEST(Coverage, IsATableThatFitsATerminal) {
   const std::string native = "/m:top" + repeat("/node", 40);
   Coverage coverage;
   coverage.leaves.push_back({"/x:y", {LeafUse::Result::kMapped, {native}, {}}, {}, {}, {}});
-  EXPECT_EQ(coverage.text(Format::kTree), "LEAF  EDIT     READ     READ-BACK\n"
-                                          "/x:y  mapped   ignored  nothing\n"
-                                          "    m:top" +
-                                              repeat("/node", 22) + "/\n        node" +
-                                              repeat("/node", 17) + " (edit)\n");
+  EXPECT_EQ(coverage.text(Format::kTree),
+            "LEAF  EDIT     READ     READ-BACK\n"
+            "/x:y  mapped   ignored  nothing\n"
+            "    m:top" +
+                repeat("/node", 22) + "/\n        node" + repeat("/node", 17) + " (edit)\n");
 }
 
 TEST(Coverage, ShowsAReadOfConfigurationThatIsAnother) {
