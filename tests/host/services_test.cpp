@@ -354,7 +354,8 @@ TEST_F(SiblingTest, WhatExtendsIpv6GoesToItsOwnEntry) {
             "/subinterfaces/subinterface[index='20']/ipv6/enabled : no (0xaaf2ee00 unsupported)");
   EXPECT_EQ(ipv6(refused),
             "\"enabled\" at /interfaces/interface[name='Eth1']"
-            "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no (0xaaf2ee00 unsupported)");
+            "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no (0xaaf2ee00 "
+            "unsupported)");
 }
 
 // Neither an entry with keys in the same list, nor one without in a list below or beside it.
