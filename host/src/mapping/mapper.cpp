@@ -152,8 +152,9 @@ void Mapper::begin(const char* stage) const {
 }
 
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
-  const Document document = read_edit(request);
-  return cycle.map(document, default_operation(request, document),
+  Document document = read_edit(request);
+  const DefaultOperation operation = default_operation(request, document);
+  return cycle.map(std::move(document), operation,
                    {.record_calls = format == Format::kCalls, .trace = trace_});
 }
 
