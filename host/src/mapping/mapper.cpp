@@ -171,6 +171,9 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   }
   if (format != Format::kCalls) {
     begin("printing");
+    if (format != Format::kTree) {
+      give_deleted_values(edit.native.roots, device_.device().native.roots);
+    }
     outcome.text = print_document(edit.native, format, outcome.notes);
   }
   return outcome;
@@ -436,11 +439,7 @@ Outcome Mapper::finish(Request& request, cerrno result, Format format, const cha
   }
   if (format != Format::kCalls) {
     begin("printing");
-    Document output = to_document(request.output(), "output");
-    if (request.is_edit() && format != Format::kTree) {
-      give_deleted_values(output.roots, device_.device().native.roots);
-    }
-    outcome.text = print_document(output, format, outcome.notes);
+    outcome.text = print_document(to_document(request.output(), "output"), format, outcome.notes);
   }
   return outcome;
 }
