@@ -24,14 +24,19 @@ std::optional<Source> read_document(const std::optional<std::string>& file,
 // Shows an outcome: the text asked for, then remarks and the refusal.
 Status show(const Outcome& outcome) {
   write_output(outcome.text);
-  for (const auto& note : outcome.notes) complain("note: " + note);
+  for (const auto& note : outcome.notes) complain(colored("note:", Color::kYellow) + " " + note);
   if (!outcome.refusal) return kDone;
-  write_error("refused: " + outcome.refusal->text());
+  write_error(colored("refused:", Color::kRed) + " " + outcome.refusal->text());
   return kRefused;
 }
 
 EditRequest read_edit(const CommandLine& line, const EditCommand& command) {
-  return {read_document(command.document, line.input), command.deletes, command.operation};
+  EditRequest request = {read_document(command.document, line.input), command.deletes,
+                         command.operation};
+  for (const auto& [path, body] : command.bodies) {
+    request.bodies.push_back({path, read_body(path, body, line.input)});
+  }
+  return request;
 }
 
 // Calls a function with a host, and shows what that is at for as long as it takes.

@@ -1,38 +1,55 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <map>
+#include <string_view>
 #include <system_error>
 
+#include "completion.h"
 #include "layout.h"
+#include "ocifip/contract_version.h"
+#include "ocifip/messages.h"
+#include "ocifip/nearest_name.h"
 
 namespace ocifip::tool {
 namespace {
 
 constexpr const char* kDescription =
-    "Maps OpenConfig interface IP configuration to the native models, through the mapping\n"
-    "plug-in and a reference host.";
+    "Map OpenConfig interface IP configuration to native models, through the mapping plug-in and "
+    "a\n"
+    "reference host.";
 
 constexpr const char* kEnding =
     "REQUEST and DATA are files, or - for standard input: JSON with operations as metadata\n"
     "(\"@ip\": {\"ietf-netconf:operation\": \"delete\"}) or NETCONF XML "
     "(nc:operation=\"delete\").\n"
-    "PATH is an instance path: /interfaces/interface[name='Eth1']/subinterfaces\n\n"
+    "PATH is an instance path: /interfaces/interface[name=Eth1]/subinterfaces\n\n"
     "Exit status: 0 done; 1 the mapping or the device refused the request; 2 usage, input that\n"
     "cannot be read or a device file that cannot be written; 3 the plug-in or a model cannot be\n"
     "loaded.";
 
+constexpr const char* kBody =
+    "BODY is what the node holds: a file, - for standard input, or JSON or XML itself, which "
+    "begins\n"
+    "with { [ < or \" or is a number, true, false or null. An object or XML elements are the "
+    "children\n"
+    "of a container or entry, a JSON value is that of a leaf, an array has the entries of a list.\n"
+    "With --op replace the node is replaced, and nothing around it.\n\n";
+
 constexpr const char* kEditExample =
-    "Example:\n"
-    "  ocifip edit --format calls \\\n"
-    "    --delete "
-    "\"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+    "Examples:\n"
+    "  subinterface='/interfaces/interface[name=Eth1]/subinterfaces/subinterface[index=0]'\n"
+    "  ocifip edit --path \"$subinterface/ipv4/config/mtu\" 1400\n"
+    "  ocifip edit --format calls --delete \"$subinterface/ipv4\"";
 
 constexpr const char* kApplyExample =
-    "All of the edit is applied, or nothing. The output is what changed: as json and xml the edit\n"
-    "that makes the new configuration of the former one, as tree a line a change. Without --save\n"
-    "the device file stays as it is.\n\n"
+    "The edit is applied atomically. The output is what changed: as json and xml the edit from "
+    "the\n"
+    "former to the new configuration, as tree a line a change. Without --save the device file "
+    "stays\n"
+    "as it is.\n\n"
     "Example:\n"
     "  ocifip apply --device device.json --save --format tree request.json";
 
@@ -40,12 +57,12 @@ constexpr const char* kQueryExample =
     "An argument that begins with / and names no file is a PATH.\n\n"
     "Example:\n"
     "  ocifip query --content config \\\n"
-    "    \"/interfaces/interface[name='Eth1']/subinterfaces/subinterface[index='0']/ipv4\"";
+    "    \"/interfaces/interface[name=Eth1]/subinterfaces/subinterface[index=0]/ipv4\"";
 
 constexpr const char* kGetExample =
     "An argument that begins with / and names no file is a PATH.\n\n"
     "Example:\n"
-    "  ocifip get --device device.json \"/interfaces/interface[name='Eth1']\"";
+    "  ocifip get --device device.json \"/interfaces/interface[name=Eth1]\"";
 
 constexpr const char* kReportExample =
     "DATA is native configuration or state, as a file or - for standard input.\n\n"
@@ -53,13 +70,16 @@ constexpr const char* kReportExample =
     "  ocifip report --content config native.json";
 
 constexpr const char* kCoverageExample =
-    "A line for each leaf of IP on a subinterface: what becomes of an edit and of a read of it, "
-    "and\n"
-    "which native data is read back as it. Found by making requests of the plug-in, on devices "
-    "made\n"
-    "up for it.\n\n"
+    "Each leaf of IP on a subinterface, with the result of an edit and of a read, and with the "
+    "native\n"
+    "data that is read back as the leaf. The results come from requests to the plug-in.\n\n"
     "Example:\n"
     "  ocifip coverage --format tree";
+
+constexpr const char* kCompletionExample =
+    "An installation has the script for bash already.\n\n"
+    "Example:\n"
+    "  source <(ocifip completion bash)";
 
 constexpr const char* kDeviceExample =
     "Without FILE and options: the device file of the built-in example device.\n\n"
@@ -82,26 +102,38 @@ void add_choice(CLI::App* command, const std::string& option, Target& target,
       ->type_name(names)
       ->check(CLI::Validator(
           [words, names](const std::string& word) {
-            return words.contains(word) ? std::string() : "'" + word + "' is none of " + names;
+            if (words.contains(word)) return std::string();
+            std::vector<std::string> known;
+            for (const auto& [name, value] : words) known.push_back(name);
+            return in_quotes(word) + " is none of " + names + did_you_mean(word, known);
           },
           std::string()));
 }
 
 void add_format(CLI::App* command, Format& format, const Words<Format>& words,
                 const std::string& names, const std::string& more) {
-  add_choice(command, "--format", format, words, names, "Output format (default: json)" + more);
+  add_choice(command, "-f,--format", format, words, names, "Output format (default: json)" + more);
 }
 
 void add_libraries(CLI::App* command, HostOptions& host) {
-  command->add_option("--plugin", host.plugin, "Mapping plug-in to load instead of the own")
+  command->add_option("--plugin", host.plugin, "Mapping plug-in (default: the installed one)")
       ->type_name("PATH");
-  command->add_option("--models", host.models, "Folder of YANG modules instead of the own")
+  command
+      ->add_option("-m,--models", host.models,
+                   "Folder of YANG modules (default: the installed one)")
       ->type_name("DIR");
 }
 
+// Whether a command works on a device that the user has to name.
+enum class Device { kExample, kNeeded };
+
 // Options of the commands that map something.
-void add_common_options(CLI::App* command, CommandLine& line) {
-  command->add_option("--device", line.host.device, "Device file (default: an example device)")
+void add_common_options(CLI::App* command, CommandLine& line, Device device) {
+  const bool is_needed = device == Device::kNeeded;
+  command
+      ->add_option(
+          "-d,--device", line.host.device,
+          is_needed ? "Device file (required)" : "Device file (default: a built-in example device)")
       ->type_name("FILE");
   add_format(command, line.format,
              {{"tree", Format::kTree},
@@ -109,14 +141,14 @@ void add_common_options(CLI::App* command, CommandLine& line) {
               {"xml", Format::kXml},
               {"calls", Format::kCalls}},
              "tree|json|xml|calls", "; calls: what the plug-in asked of the framework");
-  command->add_flag("--trace", line.host.trace, "Trace lines on standard error");
+  command->add_flag("-t,--trace", line.host.trace, "Write trace lines to standard error");
   command->add_flag("--unchecked", line.host.unchecked,
                     "Pass nodes and values to the plug-in as they came, without checking them\n"
                     "against the models");
   add_libraries(command, line.host);
-  add_choice(command, "--input", line.input,
+  add_choice(command, "-i,--input", line.input,
              Words<Encoding>{{"json", Encoding::kJson}, {"xml", Encoding::kXml}}, "json|xml",
-             "Encoding of REQUEST or DATA (default: XML when it begins with <)");
+             "Encoding of documents (default: XML when they begin with <)");
 }
 
 // The option of the commands that map OpenConfig requests.
@@ -132,88 +164,90 @@ void add_listing_options(CLI::App* command, CommandLine& line) {
   add_libraries(command, line.host);
 }
 
-void add_content(CLI::App* command, Content& content) {
-  add_choice(command, "--content", content,
+template <typename Target>
+void add_content(CLI::App* command, Target& content) {
+  add_choice(command, "-c,--content", content,
              Words<Content>{{"all", Content::kAll}, {"config", Content::kConfig}}, "all|config",
              "Configuration and state, or configuration alone (default: all)");
 }
 
-void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit) {
-  add_choice(command, "--op", edit.operation,
+void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit, Device device) {
+  add_choice(command, "-o,--op", edit.operation,
              Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
                                      {"create", DefaultOperation::kCreate},
                                      {"replace", DefaultOperation::kReplace},
                                      {"none", DefaultOperation::kNone}},
              "merge|create|replace|none",
              "Operation of nodes that carry none themselves (default: merge)");
-  command->add_option("--delete", edit.deletes, "Delete a node; may be given several times")
+  command->add_option("-x,--delete", edit.deletes, "Delete a node; may be repeated")
       ->type_name("PATH")
+      ->allow_extra_args(false);
+  command->add_option("-p,--path", edit.bodies, "Set what a node holds; may be repeated")
+      ->type_name("PATH BODY")
       ->allow_extra_args(false);
   command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
   add_only_ip(command, line.host);
-  add_common_options(command, line);
+  add_common_options(command, line, device);
 }
 
 CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
-  CLI::App* command = program.add_subcommand("edit", "An OpenConfig edit becomes a native edit");
-  add_edit_options(command, line, edit);
-  command->footer(kEditExample);
+  CLI::App* command = program.add_subcommand("edit", "Map an OpenConfig edit to a native edit");
+  add_edit_options(command, line, edit, Device::kExample);
+  command->footer(std::string(kBody) + kEditExample);
   return command;
 }
 
 CLI::App* add_apply(CLI::App& program, CommandLine& line, ApplyCommand& apply) {
-  CLI::App* command = program.add_subcommand(
-      "apply", "An OpenConfig edit is mapped and applied to the device's native configuration");
-  add_edit_options(command, line, apply.edit);
-  command->add_flag("--save", apply.save, "Write the changed configuration to the device file");
-  command->footer(kApplyExample);
+  CLI::App* command =
+      program.add_subcommand("apply", "Apply an OpenConfig edit to a device atomically");
+  add_edit_options(command, line, apply.edit, Device::kNeeded);
+  command->add_flag("-s,--save", apply.save, "Write the changed configuration to the device file");
+  command->footer(std::string(kBody) + kApplyExample);
   return command;
 }
 
 void add_query_options(CLI::App* command, CommandLine& line, QueryCommand& query,
-                       std::vector<std::string>& arguments) {
+                       std::vector<std::string>& arguments, Device device) {
   add_content(command, query.content);
   command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
   add_only_ip(command, line.host);
-  add_common_options(command, line);
+  add_common_options(command, line, device);
 }
 
 CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
                     std::vector<std::string>& arguments) {
-  CLI::App* command = program.add_subcommand("query", "An OpenConfig read becomes native queries");
-  add_query_options(command, line, query, arguments);
+  CLI::App* command = program.add_subcommand("query", "Map an OpenConfig read to native queries");
+  add_query_options(command, line, query, arguments, Device::kExample);
   command->footer(kQueryExample);
   return command;
 }
 
 CLI::App* add_get(CLI::App& program, CommandLine& line, QueryCommand& query,
                   std::vector<std::string>& arguments) {
-  CLI::App* command = program.add_subcommand(
-      "get", "An OpenConfig read is mapped and answered from the device's native data");
-  add_query_options(command, line, query, arguments);
+  CLI::App* command = program.add_subcommand("get", "Read a device's data in OpenConfig terms");
+  add_query_options(command, line, query, arguments, Device::kNeeded);
   command->footer(kGetExample);
   return command;
 }
 
 CLI::App* add_report(CLI::App& program, CommandLine& line, ReportCommand& report) {
-  CLI::App* command = program.add_subcommand("report", "Native data becomes OpenConfig");
+  CLI::App* command = program.add_subcommand("report", "Map native data to OpenConfig");
   add_content(command, report.content);
   command->add_option("DATA", report.data, "Native data to map")->type_name("")->required();
-  add_common_options(command, line);
+  add_common_options(command, line, Device::kExample);
   command->footer(kReportExample);
   return command;
 }
 
 CLI::App* add_registrations(CLI::App& program, CommandLine& line) {
-  CLI::App* command =
-      program.add_subcommand("registrations", "The registration records of the plug-in");
+  CLI::App* command = program.add_subcommand("registrations", "List the plug-in's registrations");
   add_listing_options(command, line);
   return command;
 }
 
 CLI::App* add_coverage(CLI::App& program, CommandLine& line) {
   CLI::App* command = program.add_subcommand(
-      "coverage", "Which leaves are mapped, ignored or refused, in both directions");
+      "coverage", "List which leaves are mapped, ignored or refused, in both directions");
   add_listing_options(command, line);
   command->footer(kCoverageExample);
   return command;
@@ -246,24 +280,72 @@ DeviceCommand device_command(const DeviceArguments& device, const HostOptions& h
   return {host.device ? Action::kCheck : Action::kShowExample};
 }
 
+bool is_path(const std::string& argument) {
+  std::error_code error;
+  const bool is_file =
+      std::filesystem::exists(argument, error) && !std::filesystem::is_directory(argument, error);
+  return argument.starts_with('/') && !is_file;
+}
+
+std::vector<std::string> command_names(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const auto* command : program.get_subcommands({})) names.push_back(command->get_name());
+  return names;
+}
+
+void check_command(const CLI::App& program, const std::string& name) {
+  const auto known = command_names(program);
+  if (std::find(known.begin(), known.end(), name) != known.end()) return;
+  throw UsageError("unknown command " + in_quotes(name) + did_you_mean(name, known) +
+                   "\nTry 'ocifip --help'.");
+}
+
+// What `ocifip help` and `ocifip completion` are asked for.
+struct InformationArguments {
+  std::string command;
+  std::string shell;
+};
+
+CLI::App* add_help(CLI::App& program, InformationArguments& asked) {
+  CLI::App* command = program.add_subcommand("help", "Show the help of the program or a command");
+  command->add_option("COMMAND", asked.command, "Command to explain")->type_name("");
+  return command;
+}
+
+Information help(const CLI::App& program, const InformationArguments& asked) {
+  if (asked.command.empty()) return {program.help("", CLI::AppFormatMode::Sub)};
+  check_command(program, asked.command);
+  return {program.get_subcommand(asked.command)->help(program.get_name())};
+}
+
+CLI::App* add_completion(CLI::App& program, InformationArguments& asked) {
+  CLI::App* command =
+      program.add_subcommand("completion", "Print a script that completes command lines");
+  command->add_option("SHELL", asked.shell, "Shell that the script is for")
+      ->type_name("bash")
+      ->required()
+      ->check(CLI::IsMember({"bash"}).description(""));
+  command->footer(kCompletionExample);
+  return command;
+}
+
 void check_edit(const EditCommand& edit) {
-  if (!edit.document && edit.deletes.empty()) {
-    throw UsageError("nothing to edit: give a REQUEST or --delete PATH");
+  if (edit.document && is_path(*edit.document)) {
+    throw UsageError("no such file: " + in_short(*edit.document) +
+                     "; an instance path stands behind --path or --delete");
+  }
+  if (!edit.document && edit.deletes.empty() && edit.bodies.empty()) {
+    throw UsageError("nothing to edit: give a REQUEST, --path PATH BODY or --delete PATH");
   }
 }
 
 void check_apply(const ApplyCommand& apply, const HostOptions& host) {
-  if (!host.device) throw UsageError("nothing to apply to: give --device FILE");
+  if (!host.device) throw UsageError("apply needs a device: give --device FILE");
   check_edit(apply.edit);
 }
 
-bool is_path(const std::string& argument) {
-  std::error_code error;
-  return argument.starts_with('/') && !std::filesystem::is_regular_file(argument, error);
-}
-
 void check_get(const HostOptions& host) {
-  if (!host.device) throw UsageError("nothing to get from: give --device FILE");
+  if (!host.device) throw UsageError("get needs a device: give --device FILE");
 }
 
 void sort_query_arguments(QueryCommand& query, std::vector<std::string> arguments) {
@@ -285,16 +367,63 @@ void sort_query_arguments(QueryCommand& query, std::vector<std::string> argument
   }
 }
 
+// The arguments that the parser made nothing of: those before the command, or behind it.
+std::string explain_extras(const CLI::App& program, const CLI::App& asked) {
+  const auto misplaced = program.remaining();
+  if (!misplaced.empty()) return "the command comes before " + in_quotes(misplaced.front());
+  const auto extras = asked.remaining();
+  const auto option = std::find_if(extras.begin(), extras.end(),
+                                   [](const auto& extra) { return extra.starts_with('-'); });
+  if (option == extras.end()) return "one argument too many: " + in_quotes(extras.front());
+  const auto name = option->substr(0, option->find('='));
+  std::vector<std::string> known;
+  for (const auto* each : asked.get_options()) {
+    for (const auto& long_name : each->get_lnames()) known.push_back("--" + long_name);
+  }
+  return "unknown option " + in_quotes(name) + did_you_mean(name, known);
+}
+
+// An option without its value; empty when it is something else.
+std::string explain_mismatch(const CLI::App& asked, const std::string& reason) {
+  for (const auto* option : asked.get_options()) {
+    if (!reason.starts_with(option->get_name() + ": ")) continue;
+    const bool is_missing = reason.ends_with(" missing");
+    return option->get_name() +
+           (is_missing ? " needs " + option->get_type_name() : " may be given once");
+  }
+  return {};
+}
+
+std::string explain_error(const CLI::App& program, const CLI::App& asked,
+                          const CLI::ParseError& error) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    return explain_extras(program, asked);
+  }
+  if (&asked == &program && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    return "a command is missing";
+  }
+  const auto mismatch = dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr
+                            ? std::string()
+                            : explain_mismatch(asked, error.what());
+  return mismatch.empty() ? error.what() : mismatch;
+}
+
 // What the parser stopped at: help and version are no errors.
 Information explain(const CLI::App& program, const CLI::ParseError& stop) {
   const auto commands = program.get_subcommands();
   const CLI::App& asked = commands.empty() ? program : *commands.front();
   if (stop.get_exit_code() != 0) {
     const std::string name = commands.empty() ? "ocifip" : "ocifip " + asked.get_name();
-    throw UsageError(std::string(stop.what()) + "\nTry '" + name + " --help'.");
+    throw UsageError(explain_error(program, asked, stop) + "\nTry '" + name + " --help'.");
   }
   const bool is_help = dynamic_cast<const CLI::CallForHelp*>(&stop) != nullptr;
   return {is_help ? program.help() : std::string(stop.what()) + "\n"};
+}
+
+// A first argument that is no option is a command.
+void check_first_argument(const CLI::App& program, int count, const char* const* arguments) {
+  if (count < 2 || std::string_view(arguments[1]).starts_with('-')) return;
+  check_command(program, arguments[1]);
 }
 
 }  // namespace
@@ -307,7 +436,8 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   ReportCommand report;
   std::vector<std::string> query_arguments;
   CLI::App program(kDescription, "ocifip");
-  program.set_version_flag("--version", "ocifip " OCIFIP_VERSION);
+  program.set_version_flag("-V,--version",
+                           "ocifip " OCIFIP_VERSION " (contract " + contract_version() + ")");
   program.footer(kEnding);
   program.require_subcommand(1);
   const CLI::App* edit_command = add_edit(program, line, edit);
@@ -319,6 +449,10 @@ CommandLine read_command_line(int count, const char* const* arguments) {
   const CLI::App* coverage_command = add_coverage(program, line);
   DeviceArguments device;
   const CLI::App* device_subcommand = add_device(program, line, device);
+  InformationArguments asked;
+  const CLI::App* help_command = add_help(program, asked);
+  const CLI::App* completion_command = add_completion(program, asked);
+  check_first_argument(program, count, arguments);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
@@ -339,6 +473,10 @@ CommandLine read_command_line(int count, const char* const* arguments) {
     line.command = RegistrationsCommand();
   } else if (coverage_command->parsed()) {
     line.command = CoverageCommand();
+  } else if (help_command->parsed()) {
+    line.command = help(program, asked);
+  } else if (completion_command->parsed()) {
+    line.command = Information{bash_completion(program)};
   } else if (device_subcommand->parsed()) {
     line.command = device_command(device, line.host);
   } else {

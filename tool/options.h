@@ -5,6 +5,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -27,7 +28,9 @@ struct Information {
 struct EditCommand {
   std::optional<std::string> document;  // file, or "-"
   std::vector<std::string> deletes;     // instance paths
-  DefaultOperation operation = DefaultOperation::kMerge;
+  // Instance paths, each with a body: a file, "-", or the body itself.
+  std::vector<std::pair<std::string, std::string>> bodies;
+  std::optional<DefaultOperation> operation;
 };
 
 // `ocifip apply`
@@ -41,7 +44,7 @@ struct QueryCommand {
   bool is_answered = false;  // `get`
   std::optional<std::string> document;
   std::vector<std::string> paths;
-  Content content = Content::kAll;
+  std::optional<Content> content;
 };
 
 // `ocifip report`

@@ -3,10 +3,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <system_error>
+
+#include "ocifip/messages.h"
 
 namespace ocifip::tool {
 namespace {
@@ -17,7 +21,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // The system's reason for the last failure, behind the name of what failed.
 std::string failure(std::string_view name) {
   const auto reason = std::generic_category().message(errno);
-  return std::string(name) + ": " + reason;
+  return in_short(name) + ": " + reason;
 }
 
 // A file descriptor that is read from, closed at the end unless it is standard input.
@@ -56,6 +60,17 @@ Encoding encoding_of(std::string_view text) {
   return first != std::string_view::npos && text[first] == '<' ? Encoding::kXml : Encoding::kJson;
 }
 
+// Whether an argument is JSON or XML rather than the name of a file.
+bool is_inline(std::string_view argument) {
+  argument.remove_prefix(std::min(argument.find_first_not_of(kBlanks), argument.size()));
+  if (argument.empty()) return false;
+  if (std::string_view("{[<\"").find(argument[0]) != std::string_view::npos) return true;
+  const bool is_word = argument == "true" || argument == "false" || argument == "null";
+  const bool has_digit = argument.find_first_of("0123456789") != std::string_view::npos;
+  return is_word ||
+         (has_digit && argument.find_first_not_of("+-.0123456789eE") == std::string_view::npos);
+}
+
 }  // namespace
 
 void guard_standard_streams() {
@@ -80,6 +95,12 @@ Source read_source(const std::string& file, std::optional<Encoding> encoding) {
   return source;
 }
 
+Source read_body(const std::string& path, const std::string& argument,
+                 std::optional<Encoding> encoding) {
+  if (!is_inline(argument)) return read_source(argument, encoding);
+  return {"body of " + path, argument, encoding_of(argument)};
+}
+
 void write_output(std::string_view text) {
   const bool is_written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (!is_written || std::fflush(stdout) != 0) throw OutputError(failure("standard output"));
@@ -88,6 +109,13 @@ void write_output(std::string_view text) {
 void write_error(std::string_view line) {
   // Nobody can be told when standard error itself fails.
   std::fputs((std::string(line) + "\n").c_str(), stderr);
+}
+
+std::string colored(std::string_view word, Color color) {
+  const char* refused = std::getenv("NO_COLOR");
+  const bool is_wanted = refused == nullptr || *refused == '\0';
+  if (!is_wanted || isatty(STDERR_FILENO) == 0) return std::string(word);
+  return (color == Color::kRed ? "\x1b[31m" : "\x1b[33m") + std::string(word) + "\x1b[0m";
 }
 
 void complain(std::string_view message) { write_error("ocifip: " + std::string(message)); }

@@ -25,11 +25,20 @@ void guard_standard_streams();
 // character that is not blank tells it: '<' begins XML. Throws InputError.
 Source read_source(const std::string& file, std::optional<Encoding> encoding);
 
+// Reads the body of an instance path: the argument itself when it is JSON or XML, else as above. It
+// is itself when it begins with { [ < or ", or is a number, true, false or null. Throws InputError.
+Source read_body(const std::string& path, const std::string& argument,
+                 std::optional<Encoding> encoding);
+
 // Writes a text to standard output, all of it or with an error. Throws OutputError.
 void write_output(std::string_view text);
 
 // Writes a line to standard error.
 void write_error(std::string_view line);
+
+// A word as it is written to standard error: red or yellow on a terminal, unless NO_COLOR is set.
+enum class Color { kRed, kYellow };
+std::string colored(std::string_view word, Color color);
 
 // The same for a message of the program itself, headed by its name.
 void complain(std::string_view message);

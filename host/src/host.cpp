@@ -11,6 +11,7 @@
 #include "io/models.h"
 #include "io/print_document.h"
 #include "io/save_file.h"
+#include "io/tree_builder.h"
 #include "mapping/coverage.h"
 #include "mapping/mapper.h"
 #include "mapping/plugin.h"
@@ -80,8 +81,10 @@ Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
 
 void Host::Impl::save(const Document& native) {
   std::vector<std::string> notes;  // none: what is saved has been checked
+  Document saved = native;
+  arrange_as_read(saved.roots);
   std::string text =
-      with_native(*device_file_, device_text_, print_document(native, Format::kJson, notes));
+      with_native(*device_file_, device_text_, print_document(saved, Format::kJson, notes));
   if (read_file(*device_file_) != device_text_) {
     throw InputError(*device_file_ + ": cannot be saved: it was changed since it was read");
   }

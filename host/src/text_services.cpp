@@ -7,12 +7,15 @@
 #include <string_view>
 
 #include "text/bounded_text.h"
+#include "text_services.h"
 #include "yfw/text.h"
 
 namespace {
 
 // Longest destination that the bounded services accept.
 constexpr std::size_t kPermissibleSize = 65536;
+
+thread_local std::size_t last_limit = 0;
 
 // A text of which at most a number of characters are looked at.
 std::string_view bounded(const char* text, std::size_t maximum) {
@@ -27,12 +30,20 @@ cerrno fail(yfw_text_error error, char* destination, std::size_t size) {
   return error;
 }
 
-// Copies what fits and terminates it; source and destination may overlap.
-cerrno copy_bounded(char* destination, std::size_t room, std::string_view source) {
+// Copies what fits behind what the destination has already, and terminates it; source and
+// destination may overlap.
+cerrno copy_bounded(char* destination, std::size_t size, std::size_t used,
+                    std::string_view source) {
+  destination += used;
+  const std::size_t room = size - used;
   const std::size_t length = std::min(source.size(), room - 1);
   std::memmove(destination, source.data(), length);
   destination[length] = '\0';
-  return length == source.size() ? cerrno{0} : cerrno{YFW_TEXT_NO_SPACE};
+  if (length == source.size()) {
+    return 0;
+  }
+  last_limit = used + room - 1;
+  return YFW_TEXT_NO_SPACE;
 }
 
 // What is wrong with the arguments of a bounded copy, or 0.
@@ -54,6 +65,8 @@ char upper(char character) {
 
 }  // namespace
 
+std::size_t ocifip::last_text_limit() { return last_limit; }
+
 extern "C" {
 
 char* yfw_strdup(const char* text, const char* /*allocation_name*/) {
@@ -67,7 +80,7 @@ cerrno yfw_strncpy_s(const char* /*caller*/, char* destination, size_t size, con
   if (const cerrno error = check_arguments(destination, size, source, count)) {
     return fail(static_cast<yfw_text_error>(error), destination, size);
   }
-  return copy_bounded(destination, size, bounded(source, count));
+  return copy_bounded(destination, size, 0, bounded(source, count));
 }
 
 cerrno yfw_strncat_s(const char* /*caller*/, char* destination, size_t size, const char* source,
@@ -76,7 +89,7 @@ cerrno yfw_strncat_s(const char* /*caller*/, char* destination, size_t size, con
     return error;
   }
   const std::size_t used = std::min(strnlen(destination, size), size - 1);
-  return copy_bounded(destination + used, size - used, bounded(source, count));
+  return copy_bounded(destination, size, used, bounded(source, count));
 }
 
 cerrno yfw_safe_strcmp(const char* first, size_t maximum, const char* second, int* comparison) {
@@ -102,7 +115,7 @@ int strncpy_s(char* destination, size_t size, const char* source, size_t count) 
     return YFW_TEXT_ZERO;
   }
   const std::string_view text = bounded(source, count);
-  return static_cast<int>(text.size() < size ? copy_bounded(destination, size, text)
+  return static_cast<int>(text.size() < size ? copy_bounded(destination, size, 0, text)
                                              : fail(YFW_TEXT_NO_SPACE, destination, size));
 }
 

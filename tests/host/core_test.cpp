@@ -408,9 +408,9 @@ TEST_F(CoreTest, TheStateFollowsTheNodesBeingWalked) {
   state.unsupported_tag = yfw_strdup("address", "test");
   EXPECT_EQ(
       request->refusal(0xaaf2f400).text(),
-      "0xaaf2f400 (value-range) tag \"address\" at /interfaces/interface[name='Eth1']"
+      "\"address\" at /interfaces/interface[name='Eth1']"
       "/subinterfaces/subinterface[index='5']/ipv4/addresses/address[ip='10.0.0.1'] : the value"
-      " is out of range");
+      " is out of range (0xaaf2f400 value-range)");
 }
 
 TEST_F(CoreTest, StacksAndTheOutputListAreBalanced) {

@@ -46,14 +46,26 @@ TEST(Coverage, HasEachLeafOfTheSchemaOnceAndInItsOrder) {
   EXPECT_EQ(actual, expected);
 }
 
+TEST(Coverage, IsATableThatFitsATerminal) {
+  const std::string native = "/m:top" + repeat("/node", 40);
+  Coverage coverage;
+  coverage.leaves.push_back({"/x:y", {LeafUse::Result::kMapped, {native}, {}}, {}, {}, {}});
+  EXPECT_EQ(coverage.text(Format::kTree),
+            "LEAF  EDIT     READ     READ-BACK\n"
+            "/x:y  mapped   ignored  nothing\n"
+            "    m:top" +
+                repeat("/node", 22) + "/\n        node" + repeat("/node", 17) + " (edit)\n");
+}
+
 TEST(Coverage, ShowsAReadOfConfigurationThatIsAnother) {
   const LeafUse mapped = {LeafUse::Result::kMapped, {"/m:a/b:c"}, {}};
   const LeafUse refused = {LeafUse::Result::kRefused, {}, "unsupported"};
   const Coverage coverage = {{{"/x:y", {}, mapped, refused, mapped}}};
-  EXPECT_EQ(
-      coverage.text(Format::kTree),
-      "LEAF  EDIT     READ                                   READ-BACK  NATIVE\n"
-      "/x:y  ignored  mapped (config: refused: unsupported)  mapped     b:c (read, read-back)\n");
+  EXPECT_EQ(coverage.text(Format::kTree),
+            "LEAF  EDIT     READ     READ-BACK\n"
+            "/x:y  ignored  mapped   mapped\n"
+            "    read-config refused: unsupported\n"
+            "    b:c (read, read-back)\n");
   EXPECT_EQ(coverage.text(Format::kJson),
             R"([
   {"path":"/x:y","edit":{"result":"ignored"},"read":{"result":"mapped","native":["/m:a/b:c"]},)"

@@ -12,6 +12,7 @@
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "io/text.h"
 #include "io_testing.h"
 
 namespace ocifip {
@@ -39,6 +40,64 @@ TEST(Reading, GivesTreeOrReason) {
       EXPECT_EQ(tree_of(each["given"]), each["expected"]) << each.where;
     }
   }
+}
+
+TEST(Messages, RepeatWhatTheyAreAboutInPart) {
+  const std::string most = repeat("\u00e9", 200);
+  EXPECT_EQ(in_quotes(most), '"' + most + '"');
+  EXPECT_EQ(in_quotes(most + "x\n"), '"' + most + "\"...");
+  EXPECT_EQ(in_quotes("a\n\"b\xff"), R"("a\n\"b)"
+                                     "\ufffd\"");
+  EXPECT_EQ(in_short("a\n\"b\""), R"(a\n"b")");
+  EXPECT_EQ(in_short(most + 'x'), most + "...");
+  // A sentence may be longer, but not what it quotes, nor a word.
+  EXPECT_EQ(
+      in_one_line("so\n, " + most + "x \"a " + most + "\", " + most + " \"" + most + " \n"),
+      "so\\n, " + most + "... \"a " + repeat("\u00e9", 198) + "...\", " + most + " \"" + most);
+  EXPECT_EQ(result_of([&] {
+              read_path(models(), '/' + most);
+              return "";
+            }),
+            '/' + repeat("\u00e9", 199) + "...: " + in_quotes(most) + " after \"/\" is not a name");
+  EXPECT_EQ(result_of([&] {
+              read_document(models(), {most + "\n", "", Encoding::kJson});
+              return "";
+            }),
+            most + "...:1: the text is empty");
+}
+
+// A name without a module is one of its parent's, else one of the only other module that has it.
+TEST(Reading, FindsTheModuleThatFits) {
+  const Folder folder;
+  folder.write(
+      "a.yang",
+      "module a { namespace urn:a; prefix a; container top { leaf own { type string; } } }");
+  for (const std::string name : {"b", "c"}) {
+    folder.write(name + ".yang", "module " + name + " { namespace urn:" + name + "; prefix " +
+                                     name + "; import a { prefix a; } container only-" + name +
+                                     "; container both; augment /a:top { leaf both { type string; }"
+                                     " leaf own { type string; } leaf of-" +
+                                     name + " { type string; } } }");
+  }
+  const Models fitting(folder.path());
+  const auto tree = [&](const std::string& text) {
+    const auto encoding = text.starts_with('<') ? Encoding::kXml : Encoding::kJson;
+    return result_of([&] {
+      return print(read_document(fitting, {"in", text, encoding}), Format::kTree);
+    });
+  };
+  const std::string all = "a:top\n  own = \"1\"\n  b:of-b = \"2\"\n  c:of-c = \"3\"\n";
+  EXPECT_EQ(tree(R"({"top": {"own": "1", "of-b": "2", "of-c": "3"}})"), all);
+  EXPECT_EQ(tree("<top><own xmlns='urn:a'>1</own><of-b>2</of-b><of-c>3</of-c></top>"), all);
+  EXPECT_EQ(tree(R"({"only-c": {}})"), "c:only-c\n");
+  EXPECT_EQ(tree("<only-c/>"), "c:only-c\n");
+  const std::string either = "in:1: \"both\" needs a module: it is in b and in c";
+  for (const char* text :
+       {R"({"both": {}})", R"({"top": {"both": "1"}})", "<both/>", "<top><both/></top>"}) {
+    EXPECT_EQ(tree(text), either) << text;
+  }
+  EXPECT_EQ(tree("<top><own/></top>"), "in:1: \"own\" needs a module: it is in a and in b");
+  EXPECT_EQ(tree("<top xmlns='urn:a'><of-b/></top>"), "a:top\n  of-b = \"\"\n");
 }
 
 TEST(Reading, EndsAtADepth) {

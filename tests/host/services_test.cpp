@@ -350,11 +350,12 @@ TEST_F(SiblingTest, WhatExtendsIpv6GoesToItsOwnEntry) {
             "4:Eth1.20 op=3 subinterface\n6:Eth1.20 op=3 subinterface\nx:Eth1.20 op=3 ipv6\n");
   const std::string refused = R"("openconfig-if-ip-ext:autoconf": {"x:enabled": true})";
   EXPECT_EQ(ipv6(refused + R"(, "x:enabled": true)"),
-            "0xaaf2ee00 (unsupported) tag \"enabled\" at /interfaces/interface[name='Eth1']"
-            "/subinterfaces/subinterface[index='20']/ipv6/enabled : no");
+            "\"enabled\" at /interfaces/interface[name='Eth1']"
+            "/subinterfaces/subinterface[index='20']/ipv6/enabled : no (0xaaf2ee00 unsupported)");
   EXPECT_EQ(ipv6(refused),
-            "0xaaf2ee00 (unsupported) tag \"enabled\" at /interfaces/interface[name='Eth1']"
-            "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no");
+            "\"enabled\" at /interfaces/interface[name='Eth1']"
+            "/subinterfaces/subinterface[index='20']/ipv6/autoconf/enabled : no (0xaaf2ee00 "
+            "unsupported)");
 }
 
 // Neither an entry with keys in the same list, nor one without in a list below or beside it.
@@ -501,7 +502,7 @@ TEST_F(MapperTest, QueriesAreExpandedIntoTheLeavesThatAreRead) {
   EXPECT_EQ(query({ipv4 + "/unnumbered/config"}), "4:Eth9.1 op=0 ipv4 unnumbered config\n");
   EXPECT_EQ(outcome.notes[0], "the mapping reads nothing of " + ipv4 + "/unnumbered/config");
   EXPECT_EQ(query({ipv4 + "/config/enabled"}),
-            "0xaaf2ee00 (unsupported) tag \"enabled\" at " + ipv4 + "/config/enabled : no");
+            "\"enabled\" at " + ipv4 + "/config/enabled : no (0xaaf2ee00 unsupported)");
   for (const auto& [content, kind] : {std::pair(Content::kConfig, YFW_MAP_REQUEST_READ_CONFIG),
                                       std::pair(Content::kAll, YFW_MAP_REQUEST_READ_STATE)}) {
     query({ipv4 + "/config/mtu"}, content);
@@ -538,8 +539,8 @@ TEST_F(MapperTest, InputThatCannotBeMappedIsNamed) {
     return "{\"interfaces\":\n{\"interface\": [{\"name\": \"" + std::string(length, 'n') + "\"}]}}";
   };
   EXPECT_EQ(reason(named(200)), "none");
-  EXPECT_EQ(reason(named(201)), "in.json:2: interface name \"" + std::string(80, 'n') +
-                                    "\"... is longer than 200 characters");
+  EXPECT_EQ(reason(named(201)), "in.json:2: interface name \"" + std::string(200, 'n') +
+                                    "\"... has 201 characters, the limit is 200");
   const auto indexed = [](std::size_t length) {
     return R"({"interfaces": {"interface": [{"name": "E", "subinterfaces": {"subinterface":
         [{"index": ")" +
@@ -547,7 +548,7 @@ TEST_F(MapperTest, InputThatCannotBeMappedIsNamed) {
   };
   EXPECT_EQ(reason(indexed(63)), "none");
   EXPECT_EQ(reason(indexed(64)), "in.json:2: subinterface index \"" + std::string(64, '1') +
-                                     "\" is longer than 63 characters");
+                                     "\" has 64 characters, the limit is 63");
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ C_HEADERS = {
 
 HOST = "host/src"
 HOST_INTERFACE = "host/include"
-HOST_GROUND = ("guarded.h", "result_codes.h")  # below every folder of the host
+HOST_GROUND = ("guarded.h", "result_codes.h", "text_services.h")  # below every folder of the host
 
 
 @dataclass(frozen=True)

@@ -52,10 +52,19 @@ struct Source {
   Encoding encoding = Encoding::kJson;
 };
 
+// The content of a node, as JSON or XML.
+struct PathBody {
+  std::string path;  // instance path of the node
+  Source body;
+};
+
 struct EditRequest {
   std::optional<Source> document;
   std::vector<std::string> deletes;  // instance paths
-  DefaultOperation operation = DefaultOperation::kMerge;
+  // Of the nodes that carry none. When absent it is that of the document's NETCONF edit-config, or
+  // merge.
+  std::optional<DefaultOperation> operation{};
+  std::vector<PathBody> bodies{};  // a replace by default is one of their nodes alone
 };
 
 // An edit that is carried out on the device.
@@ -67,7 +76,8 @@ struct ApplyRequest {
 struct QueryRequest {
   std::optional<Source> document;
   std::vector<std::string> paths;  // instance paths
-  Content content = Content::kAll;
+  // When absent it is configuration alone for a document that is a NETCONF get-config, else all.
+  std::optional<Content> content{};
 };
 
 // Native data to be shown in OpenConfig terms.
@@ -82,8 +92,10 @@ struct Refusal {
   std::string tag;      // the refused node's tag, or ""
   std::string path;     // instance path of the node, or of the nodes being walked
   std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
+  std::string hint{};   // the host's sentence beside it, without a full stop; "" for none
 
-  // `0xaaf2ee00 (unsupported) tag "enabled" at /interfaces/... : MESSAGE`
+  // `"enabled" at /interfaces/... : MESSAGE (0xaaf2ee00 unsupported)` in one line, with the hint
+  // behind the message. Without a tag the path comes first, without a path the message.
   [[nodiscard]] std::string text() const;
 };
 

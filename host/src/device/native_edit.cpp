@@ -11,6 +11,7 @@
 #include "io/check_data.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
+#include "io/text.h"
 #include "io/tree_builder.h"
 #include "result_codes.h"
 
@@ -75,6 +76,13 @@ struct Level {
     return nodes.back();
   }
 };
+
+std::string missing_key_hint(const DocumentNode& entry) {
+  for (const auto& key : Models::keys(entry.schema)) {
+    if (find_key(entry, key) == nullptr) return "the key " + in_quotes(key) + " is missing";
+  }
+  return {};
+}
 
 class NativeEditor {
  public:
@@ -156,7 +164,11 @@ bool NativeEditor::apply(Nodes& target, const Nodes& edit, Nodes* replaced) {
 bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
   const bool is_deletion = is_deleting(operation_of(edit));
   if (is_deletion && names_all(edit)) return remove_all(level, edit);
-  if (lacks_key(edit)) return refuse(kListKey);
+  if (lacks_key(edit)) {
+    refuse(kListKey);
+    refusal_->hint = missing_key_hint(edit);
+    return false;
+  }
   if (is_deletion) return remove(level, edit);
   return is_leaf(edit) ? write_leaf(level, edit) : write_inner(level, edit);
 }

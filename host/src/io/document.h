@@ -33,13 +33,28 @@ struct DocumentNode {
   const void* cause = nullptr;         // of a deletion: those with the same one are one request's
   bool may_be_missing = false;         // of a deletion: that there is nothing to delete is no error
   int line = 0;                        // where it stands in its source, 0 when unknown
+  int place = 0;  // among the nodes of its source, from 1; 0 for one that was made
   const lysc_node* schema = nullptr;   // null when no model knows the node
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
+};
+
+// What NETCONF puts around a document: an edit; a read with a filter or of everything, of state or
+// of configuration alone; or a reply.
+enum class Envelope : std::uint8_t {
+  kNone,
+  kEdit,
+  kRead,
+  kReadAll,
+  kReadConfig,
+  kReadAllConfig,
+  kReply
 };
 
 struct Document {
   std::string name;                 // of the source, for messages
   std::vector<DocumentNode> roots;  // top-level nodes
+  Envelope envelope = Envelope::kNone;
+  std::optional<Operation> operation{};  // of an edit's envelope: its default operation
 };
 
 }  // namespace ocifip

@@ -67,10 +67,17 @@ LoadError load_error(const std::string& folder, const std::string& reason) {
 std::set<std::string> modules_in(const std::string& folder) {
   std::error_code error;
   std::set<std::string> names;
+  if (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error)) {
+    throw load_error(folder, "that is a file, not a folder");
+  }
   std::filesystem::directory_iterator file(folder, error);
   for (; !error && file != std::filesystem::directory_iterator(); file.increment(error)) {
     const auto& path = file->path();
-    if (path.extension() != ".yang" || is_submodule(text_of(path))) continue;
+    if (path.extension() != ".yang") continue;
+    if (file->is_directory(error)) {
+      throw load_error(folder, path.filename().string() + " is a folder, not a module");
+    }
+    if (is_submodule(text_of(path))) continue;
     const auto stem = path.stem().string();
     names.insert(stem.substr(0, stem.find('@')));
   }

@@ -70,7 +70,9 @@ constexpr std::string_view kCommonStems[] = {
     "openconfig-if-ip:",
 };
 
-using Row = std::array<std::string, 5>;
+constexpr std::size_t kWidth = 120;
+
+using Row = std::array<std::string, 4>;
 
 // From the last node on that names its module.
 std::string_view short_native(std::string_view path) {
@@ -85,12 +87,25 @@ std::string_view short_leaf(std::string_view path) {
   return path;
 }
 
-std::string cell_of(const LeafUse& use, std::string_view name) {
-  return std::string(word_of(use, name)) + (use.code.empty() ? "" : ": " + use.code);
+// Appends a detail of a leaf, in lines that are not longer than the table is wide.
+void append_detail(std::string& out, const std::string& detail) {
+  std::string line = "    ";
+  std::string_view left = detail;
+  while (line.size() + left.size() > kWidth) {
+    const std::size_t room = kWidth - line.size();
+    const auto end = left.find_last_of("/ ", room - 1);
+    const std::size_t size = end == std::string_view::npos ? room : end + 1;
+    line += left.substr(0, size);
+    line.erase(line.find_last_not_of(' ') + 1);
+    out.append(line).append("\n");
+    line = "        ";
+    left.remove_prefix(size);
+  }
+  out.append(line).append(left).append("\n");
 }
 
 // The native paths of all uses, each with the uses that it has where these are not all.
-std::string natives_of(const Uses& uses) {
+void append_natives(std::string& out, const Uses& uses) {
   std::vector<std::string_view> paths;
   for (const auto& [name, use] : uses) {
     for (const std::string& path : use->native) {
@@ -99,7 +114,6 @@ std::string natives_of(const Uses& uses) {
       }
     }
   }
-  std::string text;
   for (const std::string_view path : paths) {
     std::string names;
     std::size_t count = 0;
@@ -109,43 +123,52 @@ std::string natives_of(const Uses& uses) {
         ++count;
       }
     }
-    text.append(text.empty() ? "" : ", ").append(short_native(path));
-    if (count < uses.size()) {
-      text.append(" (").append(names).append(")");
+    append_detail(out, std::string(short_native(path)) +
+                           (count < uses.size() ? " (" + names + ")" : std::string()));
+  }
+}
+
+// The codes of refusals, and what is special about a read of configuration.
+void append_remarks(std::string& out, const LeafCoverage& leaf) {
+  if (leaf.read_config && leaf.read_config->code.empty()) {
+    append_detail(out, "read-config " + std::string(word_of(*leaf.read_config, "read-config")));
+  }
+  for (const auto& [name, use] : uses_of(leaf)) {
+    if (!use->code.empty()) {
+      append_detail(out, std::string(name) + " refused: " + use->code);
     }
   }
-  return text;
 }
 
 Row row_of(const LeafCoverage& leaf) {
-  std::string read = cell_of(leaf.read, "read");
-  if (leaf.read_config) {
-    read += " (config: " + cell_of(*leaf.read_config, "read-config") + ')';
+  return {std::string(short_leaf(leaf.path)), std::string(word_of(leaf.edit, "edit")),
+          std::string(word_of(leaf.read, "read")),
+          std::string(word_of(leaf.read_back, "read-back"))};
+}
+
+void append_row(std::string& out, const Row& row, std::size_t leaf_width) {
+  constexpr std::size_t kCell = 9;
+  std::string line = row[0];
+  line.resize(std::max(leaf_width, line.size()), ' ');
+  for (std::size_t i = 1; i < row.size(); ++i) {
+    line.append(row.at(i)).append(kCell - row.at(i).size(), ' ');
   }
-  return {std::string(short_leaf(leaf.path)), cell_of(leaf.edit, "edit"), std::move(read),
-          cell_of(leaf.read_back, "read-back"), natives_of(uses_of(leaf))};
+  line.erase(line.find_last_not_of(' ') + 1);
+  out.append(line).append("\n");
 }
 
 std::string print_table(const Coverage& coverage) {
-  std::vector<Row> rows = {{"LEAF", "EDIT", "READ", "READ-BACK", "NATIVE"}};
+  const Row header = {"LEAF", "EDIT", "READ", "READ-BACK"};
+  std::size_t width = header[0].size() + 2;
   for (const LeafCoverage& leaf : coverage.leaves) {
-    rows.push_back(row_of(leaf));
-  }
-  std::array<std::size_t, std::tuple_size_v<Row>> widths{};
-  for (const Row& row : rows) {
-    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-      widths.at(i) = std::max(widths.at(i), row.at(i).size() + 2);
-    }
+    width = std::max(width, short_leaf(leaf.path).size() + 2);
   }
   std::string out;
-  for (Row& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      row.at(i).resize(std::max(widths.at(i), row.at(i).size()), ' ');
-      line += row.at(i);
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    out.append(line).append("\n");
+  append_row(out, header, width);
+  for (const LeafCoverage& leaf : coverage.leaves) {
+    append_row(out, row_of(leaf), width);
+    append_remarks(out, leaf);
+    append_natives(out, uses_of(leaf));
   }
   return out;
 }

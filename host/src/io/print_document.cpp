@@ -17,7 +17,7 @@ void append_predicate(std::string& out, std::string_view name, std::string_view 
   out += name;
   out += '=';
   out += quote;
-  out += in_one_line(value);
+  out += in_short(value);
   out += quote;
   out += ']';
 }
@@ -50,7 +50,7 @@ std::string instance_path(const std::vector<const DocumentNode*>& nodes) {
   std::string path;
   for (const auto* node : nodes) {
     path += '/';
-    path += node->tag;
+    path += in_short(node->tag);
     if (node->kind == NodeKind::kLeafList && node->value) {
       append_predicate(path, ".", *node->value);
     }

@@ -1,18 +1,28 @@
+#include "io/text.h"
 #include "ocifip/host.h"
 #include "result_codes.h"
 
 namespace ocifip {
+namespace {
+
+// A hint goes on with a sentence that has no end, and follows one that has.
+std::string joined(const std::string& message, std::string hint) {
+  if (hint.empty()) return message;
+  if (message.empty()) return hint;
+  if (!message.ends_with('.')) return message + "; " + hint;
+  if ('a' <= hint[0] && hint[0] <= 'z') hint[0] = static_cast<char>(hint[0] - 'a' + 'A');
+  return message + ' ' + hint + '.';
+}
+
+}  // namespace
 
 std::string Refusal::text() const {
-  std::string text = hexadecimal(code);
-  text.append(" (").append(result_name(code)).append(")");
-  if (!tag.empty()) {
-    text.append(" tag \"").append(tag).append("\"");
-  }
-  if (!path.empty()) {
-    text.append(" at ").append(path);
-  }
-  return text.append(" : ").append(message);
+  std::string text;
+  if (!tag.empty()) text = in_quotes(tag) + (path.empty() ? "" : " at ");
+  text += path;
+  if (!text.empty()) text += " : ";
+  text += joined(in_one_line(message), hint);
+  return text + " (" + hexadecimal(code) + ' ' + std::string(result_name(code)) + ')';
 }
 
 }  // namespace ocifip

@@ -7,9 +7,10 @@
 namespace ocifip {
 
 Document read_document(const Models& models, const Source& source) {
-  check_text(source.name, source.text);
-  return source.encoding == Encoding::kXml ? read_xml(models, source.name, source.text)
-                                           : read_json(models, source.name, source.text);
+  const std::string name = in_short(source.name);
+  check_text(name, source.text);
+  return source.encoding == Encoding::kXml ? read_xml(models, name, source.text)
+                                           : read_json(models, name, source.text);
 }
 
 }  // namespace ocifip

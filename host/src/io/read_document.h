@@ -24,10 +24,18 @@ Document read_document(const Models& models, const Source& source);
 
 // Turns an instance path, "/interfaces/interface[name='Eth1']/subinterfaces", into a document that
 // holds the named nodes and their keys, and nothing else. Steps may carry a module prefix
-// ("openconfig-if-ip:ipv4"); without one a step is looked up by name. A list step without keys
-// stands for all entries. `operation`, when given, is that of the node that the path names; then
-// only the last step may stand for all entries. Throws InputError naming the path and the place.
+// ("openconfig-if-ip:ipv4"); without one a step is looked up by name. The value of a key needs
+// quotes only for blanks, brackets and quotes in it. A list step without keys stands for all
+// entries. `operation`, when given, is that of the node that the path names; then only the last
+// step may stand for all entries. Throws InputError naming the path and the place.
 Document read_path(const Models& models, const std::string& path,
+                   std::optional<Operation> operation = std::nullopt);
+
+// Reads the body of an instance path, its content: the children of a container or entry, as a JSON
+// object or XML elements; the value of a leaf, or an array of entries or values, as JSON. The
+// document is that of the path. `operation`, when given, is that of the node that the path names,
+// unless the body gives it one. Throws InputError, also for a body that names other keys.
+Document read_body(const Models& models, const PathBody& body,
                    std::optional<Operation> operation = std::nullopt);
 
 // Adds a document's nodes to another's: entries with the same keys, and containers of the same

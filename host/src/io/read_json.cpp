@@ -48,8 +48,14 @@ struct Scope {
 class JsonReader {
  public:
   JsonReader(const Models& models, const std::string& name, JsonSource& source,
-             OtherAnnotations annotations)
-      : models_(models), builder_(models, name), source_(source), annotations_(annotations) {}
+             OtherAnnotations annotations, const BodyPlace* place)
+      : models_(models),
+        builder_(models, name),
+        source_(source),
+        annotations_(annotations),
+        place_(place) {
+    if (place_ != nullptr) place_->open_way(builder_);
+  }
 
   bool null() { return scalar(std::nullopt); }
   bool boolean(bool value) { return scalar(value ? "true" : "false"); }
@@ -71,7 +77,10 @@ class JsonReader {
     fail(json_reason(exception.what()));
   }
 
-  Document finish() { return builder_.finish(); }
+  Document finish() {
+    while (!builder_.at_top()) builder_.close();
+    return builder_.finish();
+  }
 
  private:
   [[noreturn]] void fail(const std::string& reason) { builder_.fail(source_.line(), reason); }
@@ -82,6 +91,8 @@ class JsonReader {
     return scopes_[scopes_.size() - (in_array ? 3 : 2)].metadata.back();
   }
 
+  void begin_body_object();
+  void begin_body_array();
   void begin(ScopeKind kind) {
     if (scopes_.size() == kDeepestScope) fail("nested too deeply");
     scopes_.push_back({.kind = kind});
@@ -91,6 +102,7 @@ class JsonReader {
   std::string& check_string(std::string& text);
   bool scalar(std::optional<std::string> value);
   void member_scalar(std::optional<std::string> value);
+  void leaf(DocumentNode node, std::optional<std::string> value);
   void element_scalar(std::optional<std::string> value);
   void annotation(const std::optional<std::string>& value);
   void settle_lone_null();
@@ -100,6 +112,7 @@ class JsonReader {
   TreeBuilder builder_;
   JsonSource& source_;
   OtherAnnotations annotations_;
+  const BodyPlace* place_;  // of a body; null for a document
   std::vector<Scope> scopes_;
   std::string member_;  // whose value comes next
   int member_line_ = 0;
@@ -117,7 +130,13 @@ bool JsonReader::key(std::string& member) {
 }
 
 bool JsonReader::scalar(std::optional<std::string> value) {
-  if (scopes_.empty()) fail("the document is not an object");
+  if (scopes_.empty()) {
+    if (place_ == nullptr) fail("the document is not an object");
+    auto node = place_->target;
+    node.line = source_.line();
+    leaf(std::move(node), std::move(value));
+    return true;
+  }
   switch (scopes_.back().kind) {
     case ScopeKind::kNode:
       member_scalar(std::move(value));
@@ -144,7 +163,10 @@ void JsonReader::member_scalar(std::optional<std::string> value) {
     if (value) fail(in_quotes(member_) + " is not an object");
     return;
   }
-  auto node = builder_.json_node(member_, member_line_);
+  leaf(builder_.json_node(member_, member_line_), std::move(value));
+}
+
+void JsonReader::leaf(DocumentNode node, std::optional<std::string> value) {
   node.kind = NodeKind::kLeaf;
   if (!value && node.schema != nullptr && Models::is_empty_leaf(node.schema)) value.emplace();
   node.value = std::move(value);
@@ -183,6 +205,7 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
 
 bool JsonReader::start_object(std::size_t /*unknown*/) {
   if (scopes_.empty()) {
+    if (place_ != nullptr) begin_body_object();
     begin(ScopeKind::kNode);
     return true;
   }
@@ -215,6 +238,22 @@ bool JsonReader::start_object(std::size_t /*unknown*/) {
   return true;
 }
 
+// An object describes the entry whose keys the path names.
+void JsonReader::begin_body_object() {
+  auto node = place_->target;
+  const bool is_entry = node.kind == NodeKind::kList && !place_->keys.empty();
+  node.kind = is_entry ? NodeKind::kList : NodeKind::kContainer;
+  node.line = source_.line();
+  builder_.open(std::move(node));
+}
+
+void JsonReader::begin_body_array() {
+  if (place_ == nullptr) fail("the document is not an object");
+  if (!place_->keys.empty()) fail("the body of an entry is not an object");
+  begin(ScopeKind::kArray);
+  scopes_.back().element = place_->target;
+}
+
 void JsonReader::begin_member_object() {
   if (member_ == "@") {
     if (builder_.at_top()) fail("metadata outside of a node");
@@ -238,7 +277,10 @@ bool JsonReader::end_object() {
 }
 
 bool JsonReader::start_array(std::size_t /*unknown*/) {
-  if (scopes_.empty()) fail("the document is not an object");
+  if (scopes_.empty()) {
+    begin_body_array();
+    return true;
+  }
   switch (scopes_.back().kind) {
     case ScopeKind::kNode:
       begin_member_array();
@@ -316,9 +358,9 @@ void JsonReader::apply(const std::vector<Metadata>& all) {
 }  // namespace
 
 Document read_json(const Models& models, const std::string& name, std::string_view text,
-                   OtherAnnotations annotations) {
+                   OtherAnnotations annotations, const BodyPlace* place) {
   JsonSource source(text);
-  JsonReader reader(models, name, source, annotations);
+  JsonReader reader(models, name, source, annotations, place);
   nlohmann::json::sax_parse(source.begin(), source.end(), &reader);
   return reader.finish();
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "io/body_place.h"
 #include "io/document.h"
 #include "io/models.h"
 
@@ -13,9 +14,11 @@ namespace ocifip {
 // What becomes of annotations that are no operations.
 enum class OtherAnnotations { kPassedOver, kRefused };
 
-// Reads a text that has been checked (check_text). Throws InputError.
+// Reads a text that has been checked (check_text): a document or, with a place, what belongs there.
+// Throws InputError.
 Document read_json(const Models& models, const std::string& name, std::string_view text,
-                   OtherAnnotations annotations = OtherAnnotations::kPassedOver);
+                   OtherAnnotations annotations = OtherAnnotations::kPassedOver,
+                   const BodyPlace* place = nullptr);
 
 }  // namespace ocifip
 

@@ -32,7 +32,7 @@ class PathReader {
         path_(path),
         operation_(operation),
         left_(path),
-        builder_(models, path.empty() ? in_quotes(path) : path) {}
+        builder_(models, path.empty() ? in_quotes(path) : in_short(path)) {}
 
   Document read();
 
@@ -41,6 +41,8 @@ class PathReader {
 
   Step take_step();
   Predicate take_predicate();
+  std::string_view take_quoted(std::string_view name);
+  std::string_view take_unquoted(std::string_view name);
   std::string_view take_name();
   void take(char expected);
   void skip_blanks();
@@ -117,19 +119,30 @@ Predicate PathReader::take_predicate() {
     }
   }
   take('=');
-  if (!left_.starts_with('\'') && !left_.starts_with('"')) {
-    fail("the value of " + in_quotes(predicate.name) + " is not in quotes");
-  }
-  const auto end = left_.find(left_[0], 1);
-  if (end == std::string_view::npos) {
-    fail("the quotes around the value of " + in_quotes(predicate.name) + " are not closed");
-  }
-  predicate.value = left_.substr(1, end - 1);
-  left_.remove_prefix(end + 1);
+  const bool is_quoted = left_.starts_with('\'') || left_.starts_with('"');
+  predicate.value = is_quoted ? take_quoted(predicate.name) : take_unquoted(predicate.name);
   skip_blanks();
   if (!left_.starts_with(']')) fail("no \"]\" after the value of " + in_quotes(predicate.name));
   left_.remove_prefix(1);
   return predicate;
+}
+
+std::string_view PathReader::take_quoted(std::string_view name) {
+  const auto end = left_.find(left_[0], 1);
+  if (end == std::string_view::npos) {
+    fail("the quotes around the value of " + in_quotes(name) + " are not closed");
+  }
+  const auto value = left_.substr(1, end - 1);
+  left_.remove_prefix(end + 1);
+  return value;
+}
+
+// A value that needs no quotes has no blanks and brackets in it.
+std::string_view PathReader::take_unquoted(std::string_view name) {
+  const auto value = left_.substr(0, left_.find_first_of("]['\" \t\r\n"));
+  if (value.empty()) fail("no value of " + in_quotes(name));
+  left_.remove_prefix(value.size());
+  return value;
 }
 
 std::string_view PathReader::take_name() {
@@ -169,16 +182,7 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
   }
   if (found != nullptr) return found;
 
-  if (step.module.empty()) {
-    for (const auto* child : models_.children(parent)) {
-      if (Models::tag(child) != step.tag) continue;
-      if (found != nullptr) {
-        fail(in_quotes(step.tag) + where + " needs a module: it is in " +
-             std::string(Models::module(found)) + " and in " + std::string(Models::module(child)));
-      }
-      found = child;
-    }
-  }
+  if (step.module.empty()) found = builder_.only_child(parent, step.tag, 0, where);
   if (found == nullptr) {
     const auto name = step.module.empty() ? std::string(step.tag)
                                           : std::string(step.module) + ':' + std::string(step.tag);

@@ -3,14 +3,18 @@
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "io/netconf.h"
+#include "io/netconf_envelope.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
 #include "ocifip/nearest_name.h"
@@ -21,12 +25,22 @@ namespace {
 // The parser is fed in parts, so that it needs no more than one at a time.
 constexpr std::size_t kPartSize = 65536;
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
 bool is_blank(std::string_view text) {
-  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+  return text.find_first_not_of(kBlanks) == std::string_view::npos;
 }
 
 std::string_view text_of(const xmlChar* text) {
   return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
+
+std::string trimmed(std::string_view text) {
+  const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
+  const auto last = text.find_last_not_of(kBlanks);
+  return std::string(text.substr(first, last + 1 - first));
 }
 
 // An attribute as the parser gives it: five pointers.
@@ -36,6 +50,10 @@ struct Attribute {
   const xmlChar* module_namespace;
   const xmlChar* value;
   const xmlChar* value_end;
+
+  [[nodiscard]] std::string_view text() const {
+    return {reinterpret_cast<const char*>(value), static_cast<std::size_t>(value_end - value)};
+  }
 };
 
 // Takes libxml2's events. None of its functions may leave with an exception: what fails is kept,
@@ -43,13 +61,14 @@ struct Attribute {
 class XmlReader {
  public:
   XmlReader(const Models& models, const std::string& name)
-      : name_(name), builder_(models, name), handler_(make_handler()) {}
+      : models_(models), name_(name), builder_(models, name), handler_(make_handler()) {}
 
   Document read(std::string_view text);
+  Document read_body(std::string_view text, const BodyPlace& place);
 
  private:
   struct Element {
-    bool is_wrapper = false;  // "config" or "data" around the nodes
+    const EnvelopePart* part = nullptr;  // null for a node
     bool has_children = false;
     std::string text{};
   };
@@ -60,7 +79,13 @@ class XmlReader {
 
   void open(std::string_view tag, std::string_view module_namespace,
             std::span<const Attribute> attributes);
+  [[nodiscard]] const EnvelopePart* part_of(std::string_view tag,
+                                            std::string_view module_namespace) const;
+  void open_part(const EnvelopePart& part, std::span<const Attribute> attributes);
+  void close_part(const Element& element);
   void close();
+  void make_parser();
+  void feed(std::string_view text, bool is_last);
   void add_text(std::string_view text);
   void annotate(std::span<const Attribute> attributes, DocumentNode* node);
   static void settle(DocumentNode& node, Element& element);
@@ -69,11 +94,14 @@ class XmlReader {
     throw input_error(name_, line(), reason);
   }
 
+  const Models& models_;
   const std::string& name_;
   TreeBuilder builder_;
   xmlSAXHandler handler_;
   std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser_{nullptr, &xmlFreeParserCtxt};
   std::vector<Element> open_;
+  Envelope envelope_ = Envelope::kNone;
+  std::optional<Operation> operation_;
   std::exception_ptr failure_;
 };
 
@@ -124,17 +152,98 @@ xmlSAXHandler XmlReader::make_handler() {
   return handler;
 }
 
-Document XmlReader::read(std::string_view text) {
+void XmlReader::make_parser() {
   parser_.reset(xmlCreatePushParserCtxt(&handler_, this, nullptr, 0, nullptr));
   if (parser_ == nullptr) throw std::bad_alloc();
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
+}
+
+Document XmlReader::read(std::string_view text) {
+  make_parser();
+  feed(text, true);
+  Document document = builder_.finish();
+  document.envelope = envelope_;
+  document.operation = operation_;
+  return document;
+}
+
+// A document has one element at the top, which a body has not.
+Document XmlReader::read_body(std::string_view text, const BodyPlace& place) {
+  if (place.target.kind == NodeKind::kLeaf || place.target.kind == NodeKind::kLeafList) {
+    throw input_error(name_, 1, "the body of " + in_quotes(place.target.tag) + " is a JSON value");
+  }
+  if (place.target.kind == NodeKind::kList && place.keys.empty()) {
+    throw input_error(name_, 1, "XML elements are the body of one entry: its keys are missing");
+  }
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  if (text.starts_with("<?xml")) text.remove_prefix(std::min(text.find("?>") + 2, text.size()));
+  place.open_way(builder_);
+  builder_.open(place.target);
+  make_parser();
+  feed("<nc:data xmlns:nc=\"" + std::string(kNetconfNamespace) + "\">", false);
+  feed(text, false);
+  feed("</nc:data>", true);
+  while (!builder_.at_top()) builder_.close();
+  return builder_.finish();
+}
+
+void XmlReader::feed(std::string_view text, bool is_last) {
   while (!text.empty() && !failure_) {
     const auto part = text.substr(0, kPartSize);
     text.remove_prefix(part.size());
-    xmlParseChunk(parser_.get(), part.data(), static_cast<int>(part.size()), text.empty() ? 1 : 0);
+    const bool ends = is_last && text.empty();
+    xmlParseChunk(parser_.get(), part.data(), static_cast<int>(part.size()), ends ? 1 : 0);
   }
   if (failure_) std::rethrow_exception(failure_);
-  return builder_.finish();
+}
+
+// The part of an envelope that an element is, or null for a node. Only a model's node is not taken
+// for a part when it has no namespace.
+const EnvelopePart* XmlReader::part_of(std::string_view tag,
+                                       std::string_view module_namespace) const {
+  if (open_.empty()) {
+    const bool is_netconf = module_namespace == kNetconfNamespace;
+    const bool is_unnamed = module_namespace.empty() && models_.child(nullptr, tag, {}) == nullptr;
+    return is_netconf || is_unnamed ? find_part(tag, "") : nullptr;
+  }
+  const EnvelopePart* around = open_.back().part;
+  if (around == nullptr || around->role == EnvelopePart::Role::kHolder) return nullptr;
+  if (around->role == EnvelopePart::Role::kParameter) return around;
+  const auto* part = find_part(tag, around->tag);
+  if (part == nullptr) {
+    fail(in_quotes(tag) + " is not supported in a NETCONF " + in_quotes(around->tag));
+  }
+  return part;
+}
+
+void XmlReader::open_part(const EnvelopePart& part, std::span<const Attribute> attributes) {
+  annotate(attributes, nullptr);
+  for (const auto& attribute : attributes) {
+    if (part.tag != "filter" || text_of(attribute.name) != "type") continue;
+    if (attribute.text() != "subtree") {
+      fail("only subtree filters are supported, not " + in_quotes(attribute.text()));
+    }
+  }
+  if (part.parent == "rpc" && envelope_ != Envelope::kNone) fail("a second request in one \"rpc\"");
+  if (part.envelope != Envelope::kNone) envelope_ = part.envelope;
+}
+
+// Takes over a parameter of an edit.
+void XmlReader::close_part(const Element& element) {
+  const std::string text = trimmed(element.text);
+  if (element.part->tag == "default-operation") {
+    const std::array<std::pair<std::string_view, Operation>, 3> operations{
+        {{"merge", Operation::kWrite},
+         {"replace", Operation::kReplace},
+         {"none", Operation::kNone}}};
+    for (const auto& [name, operation] : operations) {
+      if (text == name) operation_ = operation;
+    }
+    if (!operation_) fail("unknown default operation " + in_quotes(text));
+  }
+  if (element.part->tag == "test-option" && text == "test-only") {
+    fail("the test option \"test-only\" is not supported");
+  }
 }
 
 void XmlReader::open(std::string_view tag, std::string_view module_namespace,
@@ -145,21 +254,22 @@ void XmlReader::open(std::string_view tag, std::string_view module_namespace,
     }
     open_.back().has_children = true;
   }
-  const bool is_wrapper =
-      open_.empty() && module_namespace == kNetconfNamespace && (tag == "config" || tag == "data");
-  if (is_wrapper) {
-    annotate(attributes, nullptr);
+  const EnvelopePart* part = part_of(tag, module_namespace);
+  if (part != nullptr) {
+    open_part(*part, attributes);
   } else {
     auto node = builder_.xml_node(module_namespace, tag, line());
     annotate(attributes, &node);
     builder_.open(std::move(node));
   }
-  open_.push_back({.is_wrapper = is_wrapper});
+  open_.push_back({.part = part});
 }
 
 void XmlReader::close() {
   Element& element = open_.back();
-  if (!element.is_wrapper) {
+  if (element.part != nullptr) {
+    close_part(element);
+  } else {
     settle(builder_.current(), element);
     builder_.close();
   }
@@ -168,10 +278,12 @@ void XmlReader::close() {
 
 void XmlReader::add_text(std::string_view text) {
   Element& element = open_.back();
-  if (!element.is_wrapper && !element.has_children) {
+  const bool has_text =
+      element.part == nullptr || element.part->role == EnvelopePart::Role::kParameter;
+  if (has_text && !element.has_children) {
     element.text += text;
   } else if (!is_blank(text)) {
-    fail(element.is_wrapper ? "text outside of a node" : "text and elements side by side");
+    fail(element.part != nullptr ? "text outside of a node" : "text and elements side by side");
   }
 }
 
@@ -192,10 +304,7 @@ void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* no
            std::string(kNetconfNamespace));
     }
     if (node == nullptr) fail("an operation outside of a node");
-    const std::string_view operation(
-        reinterpret_cast<const char*>(attribute.value),
-        static_cast<std::size_t>(attribute.value_end - attribute.value));
-    builder_.annotate(*node, operation, line());
+    builder_.annotate(*node, attribute.text(), line());
   }
 }
 
@@ -223,8 +332,10 @@ void XmlReader::settle(DocumentNode& node, Element& element) {
 
 }  // namespace
 
-Document read_xml(const Models& models, const std::string& name, std::string_view text) {
-  return XmlReader(models, name).read(text);
+Document read_xml(const Models& models, const std::string& name, std::string_view text,
+                  const BodyPlace* place) {
+  XmlReader reader(models, name);
+  return place == nullptr ? reader.read(text) : reader.read_body(text, *place);
 }
 
 }  // namespace ocifip

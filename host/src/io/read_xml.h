@@ -5,14 +5,17 @@
 #include <string>
 #include <string_view>
 
+#include "io/body_place.h"
 #include "io/document.h"
 #include "io/models.h"
 
 namespace ocifip {
 
-// Reads a text that has been checked (check_text): data nodes, on their own or in a NETCONF
-// "config" or "data" element. Throws InputError.
-Document read_xml(const Models& models, const std::string& name, std::string_view text);
+// Reads a text that has been checked (check_text): data nodes, on their own or in what NETCONF puts
+// around them ("config", "filter", "data", or a whole request or reply). With a place, the text is
+// the elements that belong there. Throws InputError.
+Document read_xml(const Models& models, const std::string& name, std::string_view text,
+                  const BodyPlace* place = nullptr);
 
 }  // namespace ocifip
 

@@ -13,13 +13,13 @@
 #include <system_error>
 #include <utility>
 
-#include "ocifip/host.h"
+#include "io/text.h"
 
 namespace ocifip {
 namespace {
 
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
-  throw InputError(name + ": " + reason);
+  throw input_error(in_short(name), 0, reason);
 }
 
 [[noreturn]] void fail_for(const std::string& name, const std::string& what, int error) {

@@ -7,7 +7,8 @@ namespace ocifip {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
-constexpr std::size_t kLongestQuote = 80;
+constexpr std::string_view kCut = "...";
+constexpr std::size_t kMostCharacters = 200;  // of input that is repeated
 
 // Lead bytes of UTF-8, with how many bytes follow and the range of the first of these, which keeps
 // out overlong forms, surrogates and what is above U+10FFFF.
@@ -62,12 +63,48 @@ void append_escape(std::string& out, char c) {
   }
 }
 
+// The first characters of a UTF-8 text: as many as messages repeat.
+std::string_view beginning(std::string_view text) {
+  std::size_t size = 0;
+  for (std::size_t count = 0; count < kMostCharacters && size < text.size(); ++count) {
+    size += character_size(text.substr(size));
+  }
+  return text.substr(0, size);
+}
+
+// Appends a text with its control characters escaped.
+void append_escaped(std::string& out, std::string_view text) {
+  for (const char c : text) {
+    if (is_within(c, 0x00, 0x1F) || c == '\x7F') {
+      append_escape(out, c);
+    } else {
+      out += c;
+    }
+  }
+}
+
+// Appends a UTF-8 text as messages repeat it.
+void append_short(std::string& out, std::string_view text) {
+  const auto start = beginning(text);
+  append_escaped(out, start);
+  if (start.size() < text.size()) out += kCut;
+}
+
+// Size of what a sentence begins with: a word, all that it quotes with its quotes, or a separator.
+std::size_t piece_size(std::string_view sentence) {
+  const auto end = sentence.find_first_of(" \"");
+  if (end != 0) return std::min(end, sentence.size());
+  const auto closing = sentence[0] == '"' ? sentence.find('"', 1) : std::string_view::npos;
+  return closing == std::string_view::npos ? 1 : closing + 1;
+}
+
 constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 }  // namespace
 
 InputError input_error(const std::string& name, int line, const std::string& reason) {
-  std::string message = name;
+  std::string message;
+  append_escaped(message, valid_utf8(name));
   if (line > 0) message.append(":").append(std::to_string(line));
   return InputError(message.append(": ").append(reason));
 }
@@ -125,24 +162,32 @@ void append_quoted(std::string& out, std::string_view text) {
 
 std::string in_quotes(std::string_view text) {
   const auto valid = valid_utf8(text);
+  const auto start = beginning(valid);
   std::string out;
-  if (valid.size() <= kLongestQuote) {
-    append_quoted(out, valid);
-    return out;
-  }
-  const auto start = std::string_view(valid).substr(0, kLongestQuote);
-  append_quoted(out, start.substr(0, utf8_length(start)));
-  return out + "...";
+  append_quoted(out, start);
+  return start.size() == valid.size() ? out : out.append(kCut);
+}
+
+std::string in_short(std::string_view text) {
+  const auto valid = valid_utf8(text);
+  std::string out;
+  append_short(out, valid);
+  return out;
 }
 
 std::string in_one_line(std::string_view text) {
   text = text.substr(0, text.find_last_not_of(" \n") + 1);
+  const auto valid = valid_utf8(text);
   std::string out;
-  for (const char c : valid_utf8(text)) {
-    if (is_within(c, 0x00, 0x1F) || c == '\x7F') {
-      append_escape(out, c);
+  for (std::string_view left = valid; !left.empty();) {
+    const auto piece = left.substr(0, piece_size(left));
+    left.remove_prefix(piece.size());
+    if (piece.size() > 1 && piece[0] == '"') {
+      out += '"';
+      append_short(out, piece.substr(1, piece.size() - 2));
+      out += '"';
     } else {
-      out += c;
+      append_short(out, piece);
     }
   }
   return out;

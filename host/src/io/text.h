@@ -7,10 +7,11 @@
 #include <string_view>
 
 #include "ocifip/host.h"
+#include "ocifip/messages.h"
 
 namespace ocifip {
 
-// "NAME:LINE: reason", or "NAME: reason" for line 0.
+// "NAME:LINE: reason", or "NAME: reason" for line 0. Control characters of the name are escaped.
 InputError input_error(const std::string& name, int line, const std::string& reason);
 
 // Number of the line that a place in a text is on, counted from 1.
@@ -28,11 +29,8 @@ std::string valid_utf8(std::string_view text);
 // Appends a text in double quotes, escaped as a JSON string.
 void append_quoted(std::string& out, std::string_view text);
 
-// The text in double quotes for a message: escaped, and cut short when it is long.
-std::string in_quotes(std::string_view text);
-
-// The text as one line of a message: valid UTF-8, with control characters escaped, and without line
-// feeds at its end.
+// Somebody else's sentence as one line of a message: valid UTF-8, with control characters escaped,
+// and without line feeds at its end. What it repeats, in quotes or as a word, is cut as well.
 std::string in_one_line(std::string_view text);
 
 // Whether a text can be the name of a YANG node.

@@ -83,6 +83,7 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
       node.module_namespace = parent->module_namespace;
     }
     if (is_known_place) schema = models_.child(parent_schema, node.tag, node.module_namespace);
+    if (is_known_place && schema == nullptr) schema = only_child(parent_schema, node.tag, line);
   }
   if (schema != nullptr) {
     set_schema(node, schema);
@@ -100,10 +101,12 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   DocumentNode node;
   node.tag = tag;
   node.line = line;
-  // Without a namespace an element is nobody's, whatever its name.
   const lysc_node* schema = nullptr;
-  if (is_known_place && !module_namespace.empty()) {
+  if (is_known_place) {
     schema = models_.child(parent_schema, tag, module_namespace);
+    if (schema == nullptr && module_namespace.empty()) {
+      schema = only_child(parent_schema, tag, line);
+    }
   }
   if (schema != nullptr) {
     set_schema(node, schema);
@@ -113,6 +116,21 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   node.module = models_.module_of(module_namespace);
   node.module_namespace = module_namespace;
   return node;
+}
+
+const lysc_node* TreeBuilder::only_child(const lysc_node* parent, std::string_view tag, int line,
+                                         const std::string& where) const {
+  const lysc_node* found = nullptr;
+  for (const auto* child : models_.children(parent)) {
+    if (Models::tag(child) != tag) continue;
+    if (found != nullptr) {
+      fail(line, in_quotes(tag) + where + " needs a module: it is in " +
+                     std::string(Models::module(found)) + " and in " +
+                     std::string(Models::module(child)));
+    }
+    found = child;
+  }
+  return found;
 }
 
 void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int line) const {
@@ -152,6 +170,7 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
 
 void TreeBuilder::open(DocumentNode node) {
   check_depth(node.line);
+  node.place = ++count_;
   open_.push_back({std::move(node), pending_.size()});
 }
 
@@ -168,6 +187,7 @@ void TreeBuilder::close() {
 
 void TreeBuilder::add(DocumentNode node) {
   check_depth(node.line);
+  node.place = ++count_;
   pending_.push_back(std::move(node));
 }
 
@@ -178,6 +198,22 @@ std::span<DocumentNode> TreeBuilder::children() {
 Document TreeBuilder::finish() {
   check_siblings(pending_);
   return {std::move(name_), std::move(pending_)};
+}
+
+void arrange_as_read(std::vector<DocumentNode>& nodes) {
+  // A node that was made goes behind the one before it in schema order.
+  std::vector<std::pair<int, DocumentNode>> placed;
+  placed.reserve(nodes.size());
+  int place = 0;
+  for (auto& node : nodes) {
+    arrange_as_read(node.children);
+    if (node.place != 0) place = node.place;
+    placed.emplace_back(place, std::move(node));
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::transform(placed.begin(), placed.end(), nodes.begin(),
+                 [](auto& each) { return std::move(each.second); });
 }
 
 void arrange(std::vector<DocumentNode>& children) {

@@ -24,10 +24,16 @@ class TreeBuilder {
   [[noreturn]] void fail(int line, const std::string& reason) const;
 
   // A node below the innermost open one, named as in JSON ("tag" or "module:tag") or as in XML.
-  // Throws InputError when the name cannot be a node's.
+  // Without a module it is the parent's, else one of the only other module that has such a child.
+  // Throws InputError when there are several, and when the name cannot be a node's.
   [[nodiscard]] DocumentNode json_node(std::string_view member, int line) const;
   [[nodiscard]] DocumentNode xml_node(std::string_view module_namespace, std::string_view tag,
                                       int line) const;
+
+  // The child of a node, or the top-level node for null, that has a name in some module; null when
+  // there is none. Throws InputError when there are several; `where` says where, as " in /a/b".
+  [[nodiscard]] const lysc_node* only_child(const lysc_node* parent, std::string_view tag, int line,
+                                            const std::string& where = {}) const;
 
   // Gives a node the operation with a name of RFC 6241. Throws InputError.
   void annotate(DocumentNode& node, std::string_view operation, int line) const;
@@ -64,7 +70,12 @@ class TreeBuilder {
   // Closed nodes whose parents are open: a parent takes its own off the end when it is closed, so
   // that no list of children is larger than it has to be.
   std::vector<DocumentNode> pending_;
+  int count_ = 0;  // of the nodes so far
 };
+
+// Puts nodes that stand in schema order, and all below them, into the order of the source that they
+// were read from.
+void arrange_as_read(std::vector<DocumentNode>& nodes);
 
 // Puts the children of a node into schema order: keys first, unknown nodes last.
 void arrange(std::vector<DocumentNode>& children);

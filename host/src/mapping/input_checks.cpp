@@ -51,8 +51,9 @@ bool check_key(const Document& document, const DocumentNode& entry, const KeptKe
     has_key = has_key || !leaf.value->empty();
     if (leaf.value->size() > key.longest) {
       fail(document, leaf,
-           std::string(key.what) + ' ' + in_quotes(*leaf.value) + " is longer than " +
-               std::to_string(key.longest) + " characters");
+           std::string(key.what) + ' ' + in_quotes(*leaf.value) + " has " +
+               std::to_string(leaf.value->size()) + " characters, the limit is " +
+               std::to_string(key.longest));
     }
   }
   return has_key;

@@ -6,11 +6,13 @@
 
 #include "device/native_edit.h"
 #include "device/summaries.h"
+#include "io/deleted_values.h"
 #include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "mapping/envelope_checks.h"
 #include "mapping/input_checks.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
@@ -153,7 +155,8 @@ void Mapper::begin(const char* stage) const {
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
   InputChecks checks(models_, rules_);
   Document edit = read_edit(request, checks);
-  MappedEdit mapped = cycle.map(std::move(edit), request.operation,
+  const DefaultOperation operation = default_operation(request, edit);
+  MappedEdit mapped = cycle.map(std::move(edit), operation,
                                 {.record_calls = format == Format::kCalls, .trace = trace_});
   if (!mapped.outcome.refusal) {
     const auto notes = checks.notes();
@@ -175,6 +178,9 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   }
   if (format != Format::kCalls) {
     begin("printing");
+    if (format != Format::kTree) {
+      give_deleted_values(edit.native.roots, device_.device().native.roots);
+    }
     outcome.text = print_document(edit.native, format, outcome.notes);
   }
   return outcome;
@@ -332,6 +338,7 @@ std::vector<SubinterfaceName> Mapper::concerned(const Query& query) const {
 Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
   Document document = read_document(models_, request.data);
+  check_is_data(document);
   check_native_data(models_, document, plugin_.read_back, rules_);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
@@ -351,30 +358,56 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
     checks.check_edit(deletion);
     merge_document(edit, std::move(deletion));
   }
+  read_bodies(request, checks, edit);
   if (request.document) {
     Document document = read_document(models_, *request.document);
+    check_is_edit(document);
+    checks.check_edit(document);
+    edit.name = document.name;
+    edit.operation = document.operation;
+    merge_document(edit, std::move(document));
+  }
+  return edit;
+}
+
+// A replace by default is one of the nodes that the bodies are of, and not of those around them,
+// but where a document says so.
+void Mapper::read_bodies(const EditRequest& request, InputChecks& checks, Document& edit) const {
+  const bool replaces = request.operation == DefaultOperation::kReplace;
+  const auto operation = replaces ? std::optional(Operation::kReplace) : std::nullopt;
+  for (const PathBody& body : request.bodies) {
+    Document document = read_body(models_, body, operation);
     checks.check_edit(document);
     edit.name = document.name;
     merge_document(edit, std::move(document));
   }
-  return edit;
+  if (!replaces || request.document || request.bodies.empty()) {
+    return;
+  }
+  for (DocumentNode& root : edit.roots) {
+    root.operation = root.operation.value_or(Operation::kWrite);
+  }
 }
 
 // Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
 // the container around it.
 Mapper::Query Mapper::read_query(const QueryRequest& request) {
   std::vector<Document> parts;
+  Query query;
+  query.content = request.content.value_or(Content::kAll);
   if (request.document) {
     parts.push_back(read_document(models_, *request.document));
+    query.content = content_of(request, parts.back());
+    if (reads_all(parts.back())) {
+      parts.back().roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
+    }
     forget_empty_values(parts.back().roots);
   }
   for (const std::string& path : request.paths) {
     parts.push_back(read_path(models_, path));
   }
-  QueryExpansion expansion(models_, request.content, device_.interface_names(),
+  QueryExpansion expansion(models_, query.content, device_.interface_names(),
                            [this](SchemaPath path) { return is_refused(path); });
-  Query query;
-  query.content = request.content;
   InputChecks checks(models_, rules_);
   for (Document& part : parts) {
     checks.check_query(part);

@@ -57,6 +57,7 @@ class Mapper {
   MappedEdit map_edit(const EditRequest& request, Format format, EditCycle& cycle);
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
+  void read_bodies(const EditRequest& request, InputChecks& checks, Document& edit) const;
   [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "ocifip/contract_version.h"
 #include "ocifip/host.h"
 #include "records/registry.h"
 #include "yfw/text.h"
@@ -85,13 +86,19 @@ std::string version_text(std::uint32_t version) {
   return std::to_string(version / 1000) + '.' + std::to_string(version % 1000);
 }
 
+}  // namespace
+
+std::string contract_version() { return version_text(YFW_CONTRACT_VERSION); }
+
+namespace {
+
 // What a plug-in tells of itself. Nothing else of it is called before it is known to fit.
 std::string check_version(void* library, const std::string& file) {
   const auto contract = reinterpret_cast<decltype(&yfw_map_contract_version)>(
       dlsym(library, "yfw_map_contract_version"));
   const auto own =
       reinterpret_cast<decltype(&yfw_map_plugin_version)>(dlsym(library, "yfw_map_plugin_version"));
-  const std::string offered = "this host offers " + version_text(YFW_CONTRACT_VERSION);
+  const std::string offered = "this host offers " + contract_version();
   if (contract == nullptr || own == nullptr) {
     fail(file, "it does not say which version of the contract it was built for; " + offered);
   }

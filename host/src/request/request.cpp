@@ -5,6 +5,7 @@
 
 #include "device/subinterface_name.h"
 #include "io/print_document.h"
+#include "request/refusal_hint.h"
 #include "result_codes.h"
 #include "yfw/mapping.h"
 #include "yfw/text.h"
@@ -164,16 +165,20 @@ Refusal Request::refusal(cerrno code) const {
   Refusal refusal;
   refusal.code = code;
   refusal.tag = state_.unsupported_tag == nullptr ? "" : state_.unsupported_tag;
-  refusal.path = refused_path(refusal.tag);
+  const auto nodes = failing_nodes();
+  refusal.path = refused_path(nodes, refusal.tag);
   refusal.message = refusal_message(code);
+  refusal.hint = refusal_hint(framework_.models, code, nodes, refusal.tag);
   return refusal;
 }
 
 // A mapping that does not mark the failing path fails in the nodes that it entered last.
-std::string Request::refused_path(std::string_view tag) const {
+std::vector<const InputNode*> Request::failing_nodes() const {
   const auto pushed = hierarchy_.last_pushed();
-  std::vector<const InputNode*> nodes =
-      failing_nodes_.value_or(std::vector<const InputNode*>(pushed.begin(), pushed.end()));
+  return failing_nodes_.value_or(std::vector<const InputNode*>(pushed.begin(), pushed.end()));
+}
+
+std::string Request::refused_path(std::vector<const InputNode*> nodes, std::string_view tag) const {
   if (!nodes.empty() && !tag.empty()) {
     if (const InputNode* refused = find_child(*nodes.back(), tag)) {
       nodes.push_back(refused);

@@ -143,7 +143,9 @@ class Request {
     Request* owner;
   };
 
-  [[nodiscard]] std::string refused_path(std::string_view tag) const;
+  [[nodiscard]] std::vector<const InputNode*> failing_nodes() const;
+  [[nodiscard]] std::string refused_path(std::vector<const InputNode*> nodes,
+                                         std::string_view tag) const;
   [[nodiscard]] std::string refusal_message(cerrno code) const;
 
   Framework framework_;

@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "io/body_place.h"
+#include "io/document_nodes.h"
+#include "io/read_document.h"
+#include "io/read_json.h"
+#include "io/read_xml.h"
+#include "io/text.h"
+
+namespace ocifip {
+namespace {
+
+bool leads_on(const DocumentNode& node) {
+  return !node.children.empty() && !is_key(node.children.back());
+}
+
+// The siblings that a body became, behind the keys of the entry that they are in.
+std::span<DocumentNode> bodies(Document& document, const BodyPlace& place) {
+  std::span<DocumentNode> nodes = document.roots;
+  for (std::size_t depth = 0; depth < place.way.size(); ++depth) nodes = nodes.back().children;
+  const auto first = std::find_if_not(nodes.begin(), nodes.end(), is_key);
+  return nodes.subspan(static_cast<std::size_t>(first - nodes.begin()));
+}
+
+// Gives the entry that a body describes the keys that its path names.
+void add_keys(const Document& document, const BodyPlace& place, DocumentNode& entry) {
+  for (const auto& key : place.keys) {
+    const auto given = std::find_if(entry.children.begin(), entry.children.end(),
+                                    [&](const auto& child) { return child.schema == key.schema; });
+    if (given == entry.children.end()) {
+      entry.children.push_back(key);
+    } else if (!has_same_value(*given, key)) {
+      throw input_error(document.name, given->line,
+                        "the key " + in_quotes(key.tag) + " is " + in_quotes(*key.value) +
+                            " in the path, but " + in_quotes(given->value.value_or("")) + " here");
+    }
+  }
+  arrange(entry.children);
+}
+
+}  // namespace
+
+void BodyPlace::open_way(TreeBuilder& builder) const {
+  for (auto node : way) {
+    auto children = std::exchange(node.children, {});
+    builder.open(std::move(node));
+    for (auto& child : children) builder.add(std::move(child));
+  }
+}
+
+BodyPlace body_place(const Models& models, const std::string& path) {
+  // Like a body, a deletion is of one node, which it marks.
+  Document document = read_path(models, path, Operation::kDelete);
+  BodyPlace place;
+  DocumentNode node = std::move(document.roots.front());
+  while (leads_on(node)) {
+    DocumentNode below = std::move(node.children.back());
+    node.children.pop_back();
+    place.way.push_back(std::exchange(node, std::move(below)));
+  }
+  if (!node.operation) {
+    throw input_error(in_short(path), 0, "a key has no body, give that of its entry");
+  }
+  if (node.value) throw input_error(in_short(path), 0, "a value of a leaf-list has no body");
+  node.operation.reset();
+  place.keys = std::exchange(node.children, {});
+  place.target = std::move(node);
+  return place;
+}
+
+Document read_body(const Models& models, const PathBody& body, std::optional<Operation> operation) {
+  const BodyPlace place = body_place(models, body.path);
+  const std::string name = in_short(body.body.name);
+  const std::string& text = body.body.text;
+  check_text(name, text);
+  Document document = body.body.encoding == Encoding::kXml
+                          ? read_xml(models, name, text, &place)
+                          : read_json(models, name, text, OtherAnnotations::kPassedOver, &place);
+  for (DocumentNode& node : bodies(document, place)) {
+    add_keys(document, place, node);
+    if (!node.operation) node.operation = operation;
+  }
+  return document;
+}
+
+}  // namespace ocifip
