@@ -224,6 +224,7 @@ ConfigurationReads Mapper::configuration_reads() {
     const Document data = device_data(queries(expanded), Content::kConfig);
     const InputTree input(data, Operation::kWrite);
     Request run(framework_, input, {.request_op = request_op(Content::kConfig)});
+    enter_subinterfaces(run, concerned(expanded));
     const Outcome outcome = outcome_of(run, read_back(run, plugin_.read_back));
     if (outcome.refusal) {
       throw ReadRefused{*outcome.refusal};
@@ -290,7 +291,7 @@ void Mapper::answer(const Query& query, Document queries, Format format, Outcome
               {.request_op = request_op(query.content),
                .record_calls = format == Format::kCalls,
                .trace = trace_});
-  enter_subinterfaces(run, concerned(query));
+  enter_subinterfaces(run, concerned(query.expanded));
   Outcome reply = outcome_of(run, read_back(run, plugin_.read_back));
   outcome.refusal = std::move(reply.refusal);
   outcome.text += reply.text;
@@ -326,9 +327,9 @@ Document Mapper::device_data(const Document& queries, Content content) const {
   return data;
 }
 
-// The subinterfaces that a query names and the device has.
-std::vector<SubinterfaceName> Mapper::concerned(const Query& query) const {
-  auto names = subinterfaces_in(query.expanded.roots);
+// The subinterfaces that a read names and the device has.
+std::vector<SubinterfaceName> Mapper::concerned(const Document& read) const {
+  auto names = subinterfaces_in(read.roots);
   std::erase_if(names, [&](const SubinterfaceName& name) {
     return !device_.knows(native_name(name.interface, name.index));
   });

@@ -64,7 +64,7 @@ class Mapper {
   void answer(const Query& query, Document queries, Format format, Outcome& outcome);
   Document native_queries(const Document& expanded, Content content);
   [[nodiscard]] Document device_data(const Document& queries, Content content) const;
-  [[nodiscard]] std::vector<SubinterfaceName> concerned(const Query& query) const;
+  [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;
   bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
