@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <utility>
 
 #include "device/native_removal.h"
@@ -102,6 +103,20 @@ Document read_of(DocumentNode node) {
   return document;
 }
 
+// Reads of subtrees that can be made together: what is around one of them, and stays, is no part of
+// another.
+struct HeldReads {
+  Document held;
+  Document way;
+  std::size_t count = 0;
+};
+
+// Of the node at the end of a path of single nodes.
+std::size_t depth_of(const DocumentNode& path) {
+  const bool is_end = path.children.empty() || is_key(path.children.back());
+  return is_end ? 1 : 1 + depth_of(path.children.back());
+}
+
 }  // namespace
 
 MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
@@ -172,26 +187,23 @@ std::optional<Refusal> EditCycle::find_undeletable() const {
 
 // Adds the removal of what subtrees hold.
 void EditCycle::complete(MappedEdit& mapped) {
-  Document held;
-  Document way;
-  std::size_t count = 0;
-  const auto remove_held = [&] {
-    const bool removes = remove(held, way, mapped.native);
+  std::map<std::size_t, HeldReads> reads;  // by the depth of the entries around the subtrees
+  const auto remove_held = [&](HeldReads& part) {
+    const bool removes = remove(part.held, part.way, mapped.native);
     mapped.has_effect = mapped.has_effect || removes;
-    held.roots.clear();
-    way.roots.clear();
-    count = 0;
+    part = {};
   };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known || !subtree.held) continue;
+    HeldReads& part = reads[subtree.way ? depth_of(*subtree.way) : 0];
     Document read = read_of(*subtree.held);
     reads_.expand(read);
-    merge_document(held, std::move(read));
-    if (subtree.way) merge_document(way, read_of(*subtree.way));
-    if (++count == kMostAtOnce) remove_held();
+    merge_document(part.held, std::move(read));
+    if (subtree.way) merge_document(part.way, read_of(*subtree.way));
+    if (++part.count == kMostAtOnce) remove_held(part);
   }
-  remove_held();
+  for (auto& [depth, part] : reads) remove_held(part);
 }
 
 // Adds to a native edit the removal of what reads select on the device, and it does not write.
