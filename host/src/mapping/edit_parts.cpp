@@ -18,14 +18,20 @@ enum class Side { kReplaced, kOther };
 
 // What is said of replacing, on the way from the top to a node.
 struct Replacing {
-  bool is_annotated = false;  // on a node above, or on the node itself
+  bool is_annotated = false;  // the node or one above is replaced as a whole
   bool is_inherited = false;  // it is the operation of a node that says none
 };
 
 Replacing at(const DocumentNode& node, Replacing above) {
-  if (!node.operation) return above;
-  const bool replaces = *node.operation == Operation::kReplace;
-  return {above.is_annotated || replaces, replaces};
+  Replacing here = above;
+  if (node.operation) {
+    const bool replaces = *node.operation == Operation::kReplace;
+    here = {above.is_annotated || replaces, replaces};
+  }
+  // Of a request that replaces, each subinterface is replaced, whatever is said below it.
+  const bool is_unit = node.module == kInterfacesModule && node.tag == "subinterface";
+  here.is_annotated = here.is_annotated || (is_unit && here.is_inherited);
+  return here;
 }
 
 bool is_family(const DocumentNode& node) {

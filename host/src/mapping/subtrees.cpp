@@ -113,6 +113,7 @@ class SubtreeSearch {
   void name_causes(DocumentNode& node) {
     for (DocumentNode& child : node.children) {
       if (child.schema == nullptr || is_key(child)) continue;
+      delete_entry_of_settings(child);
       path_.push_back(&child);
       if (is_deleted(child)) {
         Subtree& subtree = add(child);
