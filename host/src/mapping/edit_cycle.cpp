@@ -12,6 +12,7 @@
 #include "io/select_data.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
+#include "mapping/unaffected.h"
 #include "result_codes.h"
 #include "tree/output_document.h"
 
@@ -123,6 +124,7 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
                           const RequestSettings& settings) {
   const Operation inherited = operation_of(operation);
   subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
+  drop_unaffected(edit, inherited);
   MappedEdit mapped;
   for (const EditPart& part : parts_of(std::move(edit), operation)) {
     map_part(part, inherited, settings, mapped);

@@ -29,6 +29,11 @@ bool is_walked_entry(const DocumentNode& node) {
   return is(node, kInterfacesModule, "interface") || is(node, kInterfacesModule, "subinterface");
 }
 
+bool is_entry_of_subinterface(const DocumentNode& node) {
+  return node.kind == NodeKind::kList && !is_walked_entry(node) &&
+         std::any_of(node.children.begin(), node.children.end(), is_key);
+}
+
 bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting(*node.operation); }
 
 // The read of a node, from the top of its path down to it.
@@ -63,30 +68,41 @@ class SubtreeSearch {
   SubtreeSearch(const Models& models, const DeviceDirectory& device)
       : models_(models), device_(device) {}
 
-  std::deque<Subtree> run(Document& edit, bool replaces) {
-    for (DocumentNode& root : edit.roots) visit(root, replaces);
+  std::deque<Subtree> run(Document& edit, Operation operation) {
+    for (DocumentNode& root : edit.roots) visit(root, operation);
     return std::move(found_);
   }
 
  private:
-  void visit(DocumentNode& node, bool replaces) {
+  void visit(DocumentNode& node, Operation operation) {
     if (node.schema == nullptr || is_key(node)) return;
     delete_entry_of_settings(node);
-    if (node.operation) replaces = *node.operation == Operation::kReplace;
+    operation = node.operation.value_or(operation);
     path_.push_back(&node);
     if (is_deleted(node)) {
       add(node);
       node.cause = &found_.back();
-    } else if (!is_leaf(node)) {
-      const bool is_annotated = node.operation == Operation::kReplace;
-      if (is_annotated || (replaces && is(node, kInterfacesModule, "subinterface"))) {
-        add(node);
-        name_causes(node);
-      } else {
-        for (DocumentNode& child : node.children) visit(child, replaces);
-      }
+    } else if (is_replaced(node, operation)) {
+      add(node);
+      name_causes(node);
+    } else {
+      if (operation == Operation::kNone && is_entry_of_subinterface(node)) add_passed(node);
+      for (DocumentNode& child : node.children) visit(child, operation);
     }
     path_.pop_back();
+  }
+
+  static bool is_replaced(const DocumentNode& node, Operation operation) {
+    const bool is_unit = is(node, kInterfacesModule, "subinterface");
+    return operation == Operation::kReplace && (node.operation || is_unit) &&
+           node.kind != NodeKind::kLeafList;
+  }
+
+  // An entry that is only passed through has to be there.
+  void add_passed(const DocumentNode& entry) {
+    Subtree& subtree = add(entry);
+    subtree.must_be_there = true;
+    subtree.held.reset();
   }
 
   // Settings without which an entry is none.
@@ -133,9 +149,7 @@ class SubtreeSearch {
     subtree.is_deleted = is_deleted(node);
     subtree.must_be_there = node.operation == Operation::kDelete;
     subtree.undeletable = subtree.is_deleted ? reason_to_stay(path_) : nullptr;
-    subtree.is_single =
-        is_leaf(node) || (node.kind == NodeKind::kList && !is_walked_entry(node) &&
-                          std::any_of(node.children.begin(), node.children.end(), is_key));
+    subtree.is_single = is_leaf(node) || is_entry_of_subinterface(node);
     subtree.interface = interface_name();
     subtree.all = read_of(path_, path_.size());
     subtree.held = held();
@@ -217,7 +231,7 @@ class SubtreeSearch {
 
 std::deque<Subtree> find_subtrees(const Models& models, const DeviceDirectory& device,
                                   Operation operation, Document& edit) {
-  return SubtreeSearch(models, device).run(edit, operation == Operation::kReplace);
+  return SubtreeSearch(models, device).run(edit, operation);
 }
 
 }  // namespace ocifip

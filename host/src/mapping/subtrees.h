@@ -16,7 +16,7 @@ struct Subtree {
   std::string tag;   // of the node at its top
   std::string path;  // instance path of that node
   bool is_deleted = false;
-  bool must_be_there = false;         // deleted, not removed
+  bool must_be_there = false;         // deleted, not removed, or an entry that is passed through
   bool is_single = false;             // a leaf, or an entry below a subinterface
   const char* undeletable = nullptr;  // why no mapping can delete it; null when one may
   bool is_read_back = true;           // not VRRP of another address than the interface's own
@@ -30,6 +30,7 @@ struct Subtree {
 
 // Finds the subtrees of an edit: nodes that an annotation replaces or deletes and, when nodes are
 // replaced that say nothing else, each subinterface. Of what is below them nothing is looked at.
+// Entries below subinterfaces whose operation is "none" are subtrees, too, that have to be there.
 // Each deletion gets its subtree as its cause. The deletion of an entry's settings, which its keys
 // are among, becomes that of the entry, if nothing else of the entry is edited.
 //
