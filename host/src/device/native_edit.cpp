@@ -225,7 +225,7 @@ bool NativeEditor::add_inner(Level& level, const DocumentNode& edit) {
   }
   const bool is_passed_through = operation_of(edit) == Operation::kNone;
   if (is_without_content(made) && (is_passed_through || !stands_alone(made))) return true;
-  if (is_passed_through && former == nullptr) return refuse(kDataMissing);
+  if (is_passed_through && former == nullptr && stands_alone(made)) return refuse(kDataMissing);
   level.add(std::move(made));
   return true;
 }

@@ -19,7 +19,7 @@ struct EditedNative {
 // Applies an edit with the semantics of NETCONF's edit-config. Each node of the edit has the
 // operation that it says, kWrite when it says none; nothing is looked at below a deleted node.
 // Refused are: a deletion (kDelete, not kRemove) of which nothing is there, neither itself nor
-// another with the same cause; a write below what is not
+// another with the same cause; a write below an entry or a container with presence that is not
 // there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 //

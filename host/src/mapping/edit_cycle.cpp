@@ -169,7 +169,8 @@ void EditCycle::map_part(const EditPart& part, Operation operation, RequestSetti
 void EditCycle::find_traces(const std::vector<DocumentNode>& nodes) {
   if (subtrees_.empty()) return;
   for (const DocumentNode& node : nodes) {
-    if (node.cause != nullptr) traces_.insert(node.cause);
+    const bool is_deletion = node.operation && is_deleting(*node.operation);
+    if (node.cause != nullptr && is_deletion) traces_.insert(node.cause);
     find_traces(node.children);
   }
 }
