@@ -245,9 +245,9 @@ bool EditCycle::is_on_device(const Subtree& subtree) {
   if (known == subinterfaces_.end()) return has(subtree.all, deleted_->roots);
   const DocumentNode* read = &subtree.all;
   while (!is_subinterface(*read)) read = &read->children.back();
-  return read->children.empty() || is_key(read->children.back())
-             ? !std::all_of(known->second->children.begin(), known->second->children.end(), is_key)
-             : has(read->children.back(), known->second->children);
+  // A subinterface that the device knows is there, with or without configuration.
+  return read->children.empty() || is_key(read->children.back()) ||
+         has(read->children.back(), known->second->children);
 }
 
 // Whether there would be something to remove.

@@ -84,7 +84,7 @@ class SubtreeSearch {
       node.cause = &found_.back();
     } else if (is_replaced(node, operation)) {
       add(node);
-      name_causes(node);
+      take_deletions(node);
     } else {
       if (operation == Operation::kNone && is_entry_of_subinterface(node)) add_passed(node);
       for (DocumentNode& child : node.children) visit(child, operation);
@@ -125,21 +125,22 @@ class SubtreeSearch {
     entry.children.erase(settings);
   }
 
-  // Deletions within what is replaced are by themselves.
-  void name_causes(DocumentNode& node) {
-    for (DocumentNode& child : node.children) {
-      if (child.schema == nullptr || is_key(child)) continue;
+  // Deletions within what is replaced say nothing but what has to be there: it all goes. The
+  // mapping would count a deleted address as the first of the list.
+  void take_deletions(DocumentNode& node) {
+    std::erase_if(node.children, [this](DocumentNode& child) {
+      if (child.schema == nullptr || is_key(child)) return false;
       delete_entry_of_settings(child);
       path_.push_back(&child);
-      if (is_deleted(child)) {
-        Subtree& subtree = add(child);
-        subtree.held.reset();
-        child.cause = &subtree;
+      const bool is_taken = is_deleted(child);
+      if (is_taken) {
+        add(child).held.reset();
       } else {
-        name_causes(child);
+        take_deletions(child);
       }
       path_.pop_back();
-    }
+      return is_taken;
+    });
   }
 
   Subtree& add(const DocumentNode& node) {

@@ -29,7 +29,8 @@ struct Subtree {
 };
 
 // Finds the subtrees of an edit: nodes that an annotation replaces or deletes and, when nodes are
-// replaced that say nothing else, each subinterface. Of what is below them nothing is looked at.
+// replaced that say nothing else, each subinterface. Deletions below what is replaced are subtrees,
+// too, and are taken out of the edit.
 // Entries below subinterfaces whose operation is "none" are subtrees, too, that have to be there.
 // Each deletion gets its subtree as its cause. The deletion of an entry's settings, which its keys
 // are among, becomes that of the entry, if nothing else of the entry is edited.
