@@ -120,11 +120,11 @@ std::size_t depth_of(const DocumentNode& path) {
 
 }  // namespace
 
-MappedEdit EditCycle::map(Document edit, DefaultOperation operation,
+MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Unaffected unaffected,
                           const RequestSettings& settings) {
   const Operation inherited = operation_of(operation);
   subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
-  drop_unaffected(edit, inherited);
+  if (unaffected == Unaffected::kDropped) drop_unaffected(edit, inherited);
   MappedEdit mapped;
   for (const EditPart& part : parts_of(std::move(edit), operation)) {
     map_part(part, inherited, settings, mapped);

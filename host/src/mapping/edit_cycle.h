@@ -50,9 +50,14 @@ class EditCycle {
             const ConfigurationReads& reads)
       : framework_(framework), plugin_(plugin), device_(device), reads_(reads) {}
 
+  // What becomes of nodes with the operation "none": they change nothing, but are shown to the
+  // mapping when its calls are all that is asked for.
+  enum class Unaffected { kDropped, kMapped };
+
   // Maps an edit. `operation` is that of nodes that say none; of the settings, the request's kind
   // and operation are not looked at.
-  MappedEdit map(Document edit, DefaultOperation operation, const RequestSettings& settings);
+  MappedEdit map(Document edit, DefaultOperation operation, Unaffected unaffected,
+                 const RequestSettings& settings);
 
   // Whether what the edit deletes because of a cause, which a node of the native edit has, is on
   // the device; asked after map().

@@ -152,11 +152,12 @@ void Mapper::begin(const char* stage) const {
   }
 }
 
-MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle& cycle) {
+MappedEdit Mapper::map_edit(const EditRequest& request, Format format,
+                            EditCycle::Unaffected unaffected, EditCycle& cycle) {
   InputChecks checks(models_, rules_);
   Document edit = read_edit(request, checks);
   const DefaultOperation operation = default_operation(request, edit);
-  MappedEdit mapped = cycle.map(std::move(edit), operation,
+  MappedEdit mapped = cycle.map(std::move(edit), operation, unaffected,
                                 {.record_calls = format == Format::kCalls, .trace = trace_});
   if (!mapped.outcome.refusal) {
     const auto notes = checks.notes();
@@ -168,7 +169,10 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
 Outcome Mapper::edit(const EditRequest& request, Format format) {
   const ActiveDevice active(device_);
   EditCycle cycle(framework_, plugin_, device_, reads_);
-  MappedEdit edit = map_edit(request, format, cycle);
+  MappedEdit edit = map_edit(
+      request, format,
+      format == Format::kCalls ? EditCycle::Unaffected::kMapped : EditCycle::Unaffected::kDropped,
+      cycle);
   Outcome outcome = std::move(edit.outcome);
   if (outcome.refusal) {
     return outcome;
@@ -189,7 +193,7 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
 Applied Mapper::apply(const EditRequest& request, const Document& native, Format format) {
   const ActiveDevice active(device_);
   EditCycle cycle(framework_, plugin_, device_, reads_);
-  MappedEdit edit = map_edit(request, format, cycle);
+  MappedEdit edit = map_edit(request, format, EditCycle::Unaffected::kDropped, cycle);
   Applied applied;
   apply_edit(models_, native, edit, cycle, format, applied);
   return applied;
