@@ -111,19 +111,23 @@ class Level {
   Queries others_;
 };
 
+// What is selected of a node when nothing below it is named.
+enum class Below { kAll, kNothing };
+
 // Recursion is as deep as documents may be.
-Nodes select(const Nodes& data, const Level& queries) {
+Nodes select(const Nodes& data, const Level& queries, Below below) {
   Nodes selected;
   for (const auto& node : data) {
     const auto asking = queries.find(node);
     if (asking.empty()) continue;
     const auto asks = [](const DocumentNode* query) { return asks_for_all(*query); };
-    if (!is_inner(node) || std::any_of(asking.begin(), asking.end(), asks)) {
+    if (!is_inner(node) ||
+        (below == Below::kAll && std::any_of(asking.begin(), asking.end(), asks))) {
       selected.push_back(node);
       continue;
     }
     auto part = bare(node);
-    for (auto& child : select(node.children, Level(asking))) {
+    for (auto& child : select(node.children, Level(asking), below)) {
       if (!is_key(child)) part.children.push_back(std::move(child));
     }
     const bool is_kept = node.kind == NodeKind::kList || !part.children.empty();
@@ -135,7 +139,11 @@ Nodes select(const Nodes& data, const Level& queries) {
 }  // namespace
 
 Document select_data(const Document& data, const Document& query) {
-  return {data.name, select(data.roots, Level(query.roots))};
+  return {data.name, select(data.roots, Level(query.roots), Below::kAll)};
+}
+
+Document select_named(const Document& data, const Document& query) {
+  return {data.name, select(data.roots, Level(query.roots), Below::kNothing)};
 }
 
 }  // namespace ocifip

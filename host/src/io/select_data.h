@@ -12,6 +12,10 @@ namespace ocifip {
 // The order is the data's. The time grows with the sizes of both, whatever the numbers of entries.
 Document select_data(const Document& data, const Document& query);
 
+// The same, but what a query names without anything below it is selected by itself: entries with
+// their keys, and nothing of containers.
+Document select_named(const Document& data, const Document& query);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_SELECT_DATA_H_

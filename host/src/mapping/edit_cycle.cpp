@@ -104,6 +104,24 @@ Document read_of(DocumentNode node) {
   return document;
 }
 
+bool is_same_query(const DocumentNode& left, const DocumentNode& right) {
+  const bool is_whole_list = left.kind == NodeKind::kList && left.schema == right.schema &&
+                             lacks_key(left) && lacks_key(right);
+  return is_whole_list || is_same_node(left, right);
+}
+
+// Takes out of queries what others ask for as well.
+void forget_queries(std::vector<DocumentNode>& queries, const std::vector<DocumentNode>& others) {
+  std::erase_if(queries, [&](DocumentNode& query) {
+    const auto other = std::find_if(others.begin(), others.end(), [&](const DocumentNode& each) {
+      return is_same_query(query, each);
+    });
+    if (is_key(query) || other == others.end()) return false;
+    forget_queries(query.children, other->children);
+    return std::all_of(query.children.begin(), query.children.end(), is_key);
+  });
+}
+
 // Reads of subtrees that can be made together: what is around one of them, and stays, is no part of
 // another.
 struct HeldReads {
@@ -214,11 +232,14 @@ bool EditCycle::remove(const Document& held, const Document& way, Document& edit
   if (held.roots.empty()) return false;
   const Document& native = device_.device().native;
   HeldConfiguration configuration;
-  configuration.held = select_data(native, reads_.native_queries(held));
-  std::erase_if(configuration.held.roots, is_state);
+  Document queries = reads_.native_queries(held);
   if (!way.roots.empty()) {
-    configuration.way = select_data(native, reads_.native_queries(way));
+    const Document around = reads_.native_queries(way);
+    forget_queries(queries.roots, around.roots);
+    configuration.way = select_named(native, around);
   }
+  configuration.held = select_data(native, queries);
+  std::erase_if(configuration.held.roots, is_state);
   return remove_omitted(edit, configuration, native);
 }
 
