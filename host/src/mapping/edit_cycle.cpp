@@ -136,14 +136,20 @@ std::size_t depth_of(const DocumentNode& path) {
   return is_end ? 1 : 1 + depth_of(path.children.back());
 }
 
+Refusal missing(const Subtree& subtree) {
+  return {kDataMissing, subtree.tag, subtree.path, cerr_strerror(kDataMissing)};
+}
+
 }  // namespace
 
-MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Unaffected unaffected,
+MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose purpose,
                           const RequestSettings& settings) {
   const Operation inherited = operation_of(operation);
   subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
-  if (unaffected == Unaffected::kDropped) drop_unaffected(edit, inherited);
+  if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
   MappedEdit mapped;
+  if (purpose == Purpose::kDevice) drop_absent(edit.roots, mapped.outcome.refusal);
+  if (mapped.outcome.refusal) return mapped;
   for (const EditPart& part : parts_of(std::move(edit), operation)) {
     map_part(part, inherited, settings, mapped);
     if (mapped.outcome.refusal) return mapped;
@@ -253,22 +259,44 @@ std::optional<Refusal> EditCycle::find_missing() {
   for (const Subtree& subtree : subtrees_) {
     const bool is_judged = subtree.is_single || !traces_.contains(&subtree);
     if (subtree.must_be_there && is_judged && !is_on_device(subtree)) {
-      return Refusal{kDataMissing, subtree.tag, subtree.path, cerr_strerror(kDataMissing)};
+      return missing(subtree);
     }
   }
   return std::nullopt;
 }
 
 bool EditCycle::is_on_device(const Subtree& subtree) {
-  if (!subtree.is_read_back) return holds(subtree);
+  return subtree.is_read_back ? is_shown(subtree, subtree.all) : holds(subtree);
+}
+
+// Whether the answer of the device has what a read in the subinterface of a subtree asks for.
+bool EditCycle::is_shown(const Subtree& subtree, const DocumentNode& asked) {
   if (!deleted_) read_deleted();
   const auto known = subinterfaces_.find(subtree.interface);
-  if (known == subinterfaces_.end()) return has(subtree.all, deleted_->roots);
-  const DocumentNode* read = &subtree.all;
+  if (known == subinterfaces_.end()) return has(asked, deleted_->roots);
+  const DocumentNode* read = &asked;
   while (!is_subinterface(*read)) read = &read->children.back();
   // A subinterface that the device knows is there, with or without configuration.
   return read->children.empty() || is_key(read->children.back()) ||
          has(read->children.back(), known->second->children);
+}
+
+// Takes out of an edit what it removes from entries that are not there: the mapping would make the
+// entries. A delete there is the refusal. Returns whether something was taken out.
+bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal) {
+  const std::size_t count = nodes.size();
+  bool is_changed = false;
+  std::erase_if(nodes, [&](DocumentNode& node) {
+    const auto* subtree = static_cast<const Subtree*>(node.cause);
+    if (subtree != nullptr && subtree->entry && !is_shown(*subtree, *subtree->entry)) {
+      if (subtree->must_be_there && !refusal) refusal = missing(*subtree);
+      return true;
+    }
+    if (!drop_absent(node.children, refusal)) return false;
+    is_changed = true;
+    return !node.operation && std::all_of(node.children.begin(), node.children.end(), is_key);
+  });
+  return is_changed || nodes.size() != count;
 }
 
 // Whether there would be something to remove.
@@ -285,9 +313,12 @@ void EditCycle::read_deleted() {
   Document read;
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
-    if (!subtree.must_be_there || !is_known) continue;
-    Document all = read_of(subtree.all);
-    if (reads_.expand(all)) merge_document(read, std::move(all));
+    if (!is_known) continue;
+    for (const DocumentNode* asked : {subtree.must_be_there ? &subtree.all : nullptr,
+                                      subtree.entry ? &*subtree.entry : nullptr}) {
+      Document all = asked == nullptr ? Document() : read_of(*asked);
+      if (reads_.expand(all)) merge_document(read, std::move(all));
+    }
   }
   deleted_ = reads_.answer(read);
   each_subinterface(deleted_->roots, nullptr,

@@ -50,13 +50,13 @@ class EditCycle {
             const ConfigurationReads& reads)
       : framework_(framework), plugin_(plugin), device_(device), reads_(reads) {}
 
-  // What becomes of nodes with the operation "none": they change nothing, but are shown to the
-  // mapping when its calls are all that is asked for.
-  enum class Unaffected { kDropped, kMapped };
+  // What an edit is mapped for: to show the mapping's calls, which are those for all of the edit,
+  // to show the native edit, or to apply that to the device.
+  enum class Purpose { kCalls, kNativeEdit, kDevice };
 
   // Maps an edit. `operation` is that of nodes that say none; of the settings, the request's kind
   // and operation are not looked at.
-  MappedEdit map(Document edit, DefaultOperation operation, Unaffected unaffected,
+  MappedEdit map(Document edit, DefaultOperation operation, Purpose purpose,
                  const RequestSettings& settings);
 
   // Whether what the edit deletes because of a cause, which a node of the native edit has, is on
@@ -73,7 +73,9 @@ class EditCycle {
   [[nodiscard]] std::optional<Refusal> find_undeletable() const;
   void complete(MappedEdit& mapped);
   bool remove(const Document& held, const Document& way, Document& edit) const;
+  bool drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal);
   [[nodiscard]] bool is_on_device(const Subtree& subtree);
+  [[nodiscard]] bool is_shown(const Subtree& subtree, const DocumentNode& read);
   [[nodiscard]] bool holds(const Subtree& subtree) const;
   void read_deleted();
 

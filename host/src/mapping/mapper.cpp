@@ -116,6 +116,30 @@ std::vector<DocumentNode> families_in_part(const std::vector<DocumentNode>& node
   return found;
 }
 
+// Nodes that lead to subinterfaces.
+bool leads_to_subinterfaces(const DocumentNode& node) {
+  return node.module == "openconfig-interfaces" &&
+         (node.tag == "interfaces" || node.tag == "interface" || node.tag == "subinterfaces");
+}
+
+// Has the nodes of a document replaced that say nothing else, each subinterface as a whole: what
+// only leads to them is not.
+void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
+  for (DocumentNode& node : nodes) {
+    if (is_key(node) || node.operation) continue;
+    if (leads_to_subinterfaces(node)) {
+      replace_subinterfaces(node.children);
+    } else {
+      node.operation = Operation::kReplace;
+    }
+  }
+}
+
+// A replace by default is said by the nodes that it is of.
+DefaultOperation without_replace(DefaultOperation operation) {
+  return operation == DefaultOperation::kReplace ? DefaultOperation::kMerge : operation;
+}
+
 // Whether a read names a leaf, keys that choose an entry aside.
 bool asks_for_a_leaf(const DocumentNode& node) {
   return std::any_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
@@ -152,12 +176,12 @@ void Mapper::begin(const char* stage) const {
   }
 }
 
-MappedEdit Mapper::map_edit(const EditRequest& request, Format format,
-                            EditCycle::Unaffected unaffected, EditCycle& cycle) {
+MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
+                            EditCycle& cycle) {
   InputChecks checks(models_, rules_);
   Document edit = read_edit(request, checks);
-  const DefaultOperation operation = default_operation(request, edit);
-  MappedEdit mapped = cycle.map(std::move(edit), operation, unaffected,
+  const DefaultOperation operation = without_replace(default_operation(request, edit));
+  MappedEdit mapped = cycle.map(std::move(edit), operation, purpose,
                                 {.record_calls = format == Format::kCalls, .trace = trace_});
   if (!mapped.outcome.refusal) {
     const auto notes = checks.notes();
@@ -171,7 +195,7 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   EditCycle cycle(framework_, plugin_, device_, reads_);
   MappedEdit edit = map_edit(
       request, format,
-      format == Format::kCalls ? EditCycle::Unaffected::kMapped : EditCycle::Unaffected::kDropped,
+      format == Format::kCalls ? EditCycle::Purpose::kCalls : EditCycle::Purpose::kNativeEdit,
       cycle);
   Outcome outcome = std::move(edit.outcome);
   if (outcome.refusal) {
@@ -193,7 +217,7 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
 Applied Mapper::apply(const EditRequest& request, const Document& native, Format format) {
   const ActiveDevice active(device_);
   EditCycle cycle(framework_, plugin_, device_, reads_);
-  MappedEdit edit = map_edit(request, format, EditCycle::Unaffected::kDropped, cycle);
+  MappedEdit edit = map_edit(request, format, EditCycle::Purpose::kDevice, cycle);
   Applied applied;
   apply_edit(models_, native, edit, cycle, format, applied);
   return applied;
@@ -368,6 +392,9 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
     Document document = read_document(models_, *request.document);
     check_is_edit(document);
     checks.check_edit(document);
+    if (default_operation(request, document) == DefaultOperation::kReplace) {
+      replace_subinterfaces(document.roots);
+    }
     edit.name = document.name;
     edit.operation = document.operation;
     merge_document(edit, std::move(document));
@@ -375,8 +402,7 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
   return edit;
 }
 
-// A replace by default is one of the nodes that the bodies are of, and not of those around them,
-// but where a document says so.
+// A replace by default is one of the node that a body is of, and not of those around it.
 void Mapper::read_bodies(const EditRequest& request, InputChecks& checks, Document& edit) const {
   const bool replaces = request.operation == DefaultOperation::kReplace;
   const auto operation = replaces ? std::optional(Operation::kReplace) : std::nullopt;
@@ -385,12 +411,6 @@ void Mapper::read_bodies(const EditRequest& request, InputChecks& checks, Docume
     checks.check_edit(document);
     edit.name = document.name;
     merge_document(edit, std::move(document));
-  }
-  if (!replaces || request.document || request.bodies.empty()) {
-    return;
-  }
-  for (DocumentNode& root : edit.roots) {
-    root.operation = root.operation.value_or(Operation::kWrite);
   }
 }
 

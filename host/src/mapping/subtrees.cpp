@@ -161,7 +161,17 @@ class SubtreeSearch {
       return above->kind == NodeKind::kList && !is_walked_entry(*above);
     });
     if (is_in_entry) subtree.way = read_of(path_, path_.size() - 1);
+    if (is_in_entry && subtree.is_deleted) {
+      subtree.entry = read_of(path_, subtree.is_read_back ? depth_of_entry() : address);
+    }
     return subtree;
+  }
+
+  // How many nodes lead to the innermost entry above the node at hand, itself among them.
+  [[nodiscard]] std::size_t depth_of_entry() const {
+    std::size_t depth = path_.size() - 1;
+    while (path_[depth - 1]->kind != NodeKind::kList) --depth;
+    return depth;
   }
 
   [[nodiscard]] const std::string* key_on_path(std::string_view tag, std::string_view key) const {

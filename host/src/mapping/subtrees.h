@@ -23,9 +23,10 @@ struct Subtree {
   // The native name of the subinterface that it is part of; empty when it is part of several.
   std::string interface;
   // Reads: one node without children, with its way and its keys above it.
-  DocumentNode all;                  // of the subtree; a leaf-list's has the value that is meant
-  std::optional<DocumentNode> held;  // of what the device holds of it and the mapping may leave
-  std::optional<DocumentNode> way;   // of the entries around it, when there are any
+  DocumentNode all;                   // of the subtree; a leaf-list's has the value that is meant
+  std::optional<DocumentNode> held;   // of what the device holds of it and the mapping may leave
+  std::optional<DocumentNode> way;    // of the entries around it, when there are any
+  std::optional<DocumentNode> entry;  // of a deletion: the innermost of them that reads show
 };
 
 // Finds the subtrees of an edit: nodes that an annotation replaces or deletes and, when nodes are
