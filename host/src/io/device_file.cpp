@@ -135,18 +135,6 @@ class Field {
   const Json& value_;
 };
 
-// Why a name is no native name of an interface or subinterface, or "". The index of a subinterface
-// stands behind the first dot; the one of index 0 has the interface's own name.
-std::string native_name_fault(const std::string& name) {
-  const std::size_t dot = name.find('.');
-  if (dot == 0) return in_quotes(name) + " begins with a dot";
-  if (dot == std::string::npos || name.find_first_not_of('0', dot + 1) != std::string::npos) {
-    return "";
-  }
-  return in_quotes(name) + " is subinterface 0, whose native name is " +
-         in_quotes(name.substr(0, dot));
-}
-
 // The interfaces that a native configuration names in keys.
 void check_native_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
@@ -249,6 +237,16 @@ bool is_absent(const Field& faults, std::string_view service) {
 }
 
 }  // namespace
+
+std::string native_name_fault(const std::string& name) {
+  const std::size_t dot = name.find('.');
+  if (dot == 0) return in_quotes(name) + " begins with a dot";
+  if (dot == std::string::npos || name.find_first_not_of('0', dot + 1) != std::string::npos) {
+    return "";
+  }
+  return in_quotes(name) + " is subinterface 0, whose native name is " +
+         in_quotes(name.substr(0, dot));
+}
 
 Device read_device(const Models& models, const std::string& name, const std::string& text) {
   check_text(name, text);

@@ -68,6 +68,10 @@ void check_native(const Models& models, const Device& device);
 // The device that the tool uses when none is given, of example_device_file().
 Device example_device(const Models& models);
 
+// Why a name is no native name of an interface or subinterface, or "". The index of a subinterface
+// stands behind the first dot; the one of index 0 has the interface's own name.
+std::string native_name_fault(const std::string& name);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_DEVICE_FILE_H_

@@ -297,6 +297,9 @@ void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* no
       fail("unknown attribute " + in_quotes(name) + " of NETCONF" +
            did_you_mean(name, {"operation"}));
     }
+    if (name != "operation" && text_of(attribute.module_namespace).empty() && node != nullptr) {
+      fail("unknown attribute " + in_quotes(name) + did_you_mean(name, {"operation"}));
+    }
     if (name != "operation") continue;
     if (!is_netconf) {
       // Passed over, it would turn a delete into a write.

@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "device/native_promotion.h"
 #include "device/native_removal.h"
 #include "device/subinterface_name.h"
 #include "io/document_nodes.h"
@@ -154,6 +155,7 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
     map_part(part, inherited, settings, mapped);
     if (mapped.outcome.refusal) return mapped;
   }
+  settle_promotions(mapped.native);
   find_traces(mapped.native.roots);
   try {
     mapped.outcome.refusal = find_undeletable();

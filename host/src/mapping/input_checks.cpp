@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "io/device_file.h"
 #include "io/document_nodes.h"
 #include "io/text.h"
 #include "yfw/context.h"
@@ -108,6 +109,17 @@ void check_top(const Document& document) {
   }
 }
 
+// An interface whose native name would be read as another's.
+void check_names(const Document& document) {
+  for (const DocumentNode& root : document.roots) {
+    for (const DocumentNode& interface : root.children) {
+      const DocumentNode* name = find_key(interface, "name");
+      const std::string fault = name == nullptr ? "" : native_name_fault(*name->value);
+      if (!fault.empty()) fail(document, *name, "interface name " + fault);
+    }
+  }
+}
+
 // "1 node is WHAT: PATH", or "3 nodes are WHAT; the first is PATH".
 std::string count_note(std::size_t count, const std::string& what, const std::string& first) {
   return std::to_string(count) + (count == 1 ? " node is " : " nodes are ") + what +
@@ -126,6 +138,7 @@ void InputChecks::check_edit(Document& document) {
       state_.first = state.first;
     }
     state_.count += state.count;
+    check_names(document);
   }
   check_top(document);
 }
@@ -137,6 +150,7 @@ void InputChecks::check_query(Document& document) {
   }
   if (!rules_.unchecked) {
     check_against_models(models_, document, InputUse::kQuery);
+    check_names(document);
   }
   check_top(document);
 }

@@ -69,7 +69,13 @@ class Filter {
                        [](const DocumentNode* node) { return is(*node, kTunnelModule, "tunnel"); });
   }
 
+  // A family that no model knows is misspelt, and the check against the models says so.
+  static bool is_misspelt(const DocumentNode& node) {
+    return node.schema == nullptr && (node.tag == "ipv4" || node.tag == "ipv6");
+  }
+
   bool stays(DocumentNode& node) {
+    if (is_misspelt(node)) return true;
     const bool belongs_here = belongs(node);
     path_.push_back(&node);
     if (!belongs_here) {
