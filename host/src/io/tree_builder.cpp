@@ -103,10 +103,11 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   node.line = line;
   const lysc_node* schema = nullptr;
   if (is_known_place) {
-    schema = models_.child(parent_schema, tag, module_namespace);
-    if (schema == nullptr && module_namespace.empty()) {
-      schema = only_child(parent_schema, tag, line);
+    const bool is_bare = module_namespace.empty();
+    if (!is_bare || parent_schema == nullptr) {
+      schema = models_.child(parent_schema, tag, module_namespace);
     }
+    if (is_bare && schema == nullptr) schema = only_child(parent_schema, tag, line);
   }
   if (schema != nullptr) {
     set_schema(node, schema);
