@@ -75,7 +75,7 @@ class EditCycle {
   bool remove(const Document& held, const Document& way, Document& edit) const;
   bool drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal);
   [[nodiscard]] bool is_on_device(const Subtree& subtree);
-  [[nodiscard]] bool is_shown(const Subtree& subtree, const DocumentNode& read);
+  [[nodiscard]] bool is_shown(const Subtree& subtree, const DocumentNode& asked);
   [[nodiscard]] bool holds(const Subtree& subtree) const;
   void read_deleted();
 

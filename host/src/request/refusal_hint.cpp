@@ -27,12 +27,12 @@ std::string key_hint(const Models& models, Nodes nodes, std::string_view key) {
   if (entry == nodes.rend()) return {};
   const auto depth = static_cast<std::size_t>(std::distance(entry, nodes.rend()));
   const std::size_t above = instance_path(models, nodes.first(depth - 1)).size();
-  const std::string where =
-      "in the entry " + instance_path(models, nodes.first(depth)).substr(above + 1);
+  const std::string path = instance_path(models, nodes.first(depth));
+  const std::string where = "in the entry " + path.substr(std::min(above + 1, path.size()));
   const std::string name = "the key " + in_quotes(key);
   std::vector<std::string> values;
   for (const auto& child : children_of(**entry)) {
-    if (child.tag == key) values.push_back(text_of(child.value));
+    if (text_of(child.tag) == key) values.push_back(text_of(child.value));
   }
   if (values.empty()) return name + " is missing " + where;
   if (values.size() > 1) {
@@ -47,8 +47,8 @@ std::string key_hint(const Models& models, Nodes nodes, std::string_view key) {
 }
 
 std::string key_value_of(Nodes nodes, std::string_view list, std::string_view key) {
-  const auto entry =
-      std::find_if(nodes.begin(), nodes.end(), [&](const auto* node) { return node->tag == list; });
+  const auto entry = std::find_if(nodes.begin(), nodes.end(),
+                                  [&](const auto* node) { return text_of(node->tag) == list; });
   const InputNode* leaf = entry == nodes.end() ? nullptr : find_child(**entry, key);
   return leaf == nullptr ? "" : text_of(leaf->value);
 }
