@@ -19,7 +19,6 @@ namespace ocifip {
 namespace {
 
 using Nodes = std::vector<DocumentNode>;
-using IsThere = std::function<bool(const void*)>;
 
 Operation operation_of(const DocumentNode& node) {
   return node.operation.value_or(Operation::kWrite);
@@ -87,7 +86,7 @@ std::string missing_key_hint(const DocumentNode& entry) {
 class NativeEditor {
  public:
   // Why the edit is refused; nothing when the target has been edited.
-  std::optional<Refusal> edit(Nodes& target, const Nodes& edit, const IsThere& is_there);
+  std::optional<Refusal> edit(Nodes& target, const Nodes& edit, const JudgeMissing& judge_missing);
 
  private:
   // Deletions with one cause, as far as what they delete is not there: one of them stands for all.
@@ -117,11 +116,12 @@ class NativeEditor {
 };
 
 std::optional<Refusal> NativeEditor::edit(Nodes& target, const Nodes& edit,
-                                          const IsThere& is_there) {
+                                          const JudgeMissing& judge_missing) {
   if (!apply(target, edit)) return refusal_;
   for (const auto& cause : causes_) {
-    const bool is_missing = !cause.has_effect && cause.missing;
-    if (is_missing && !(is_there && is_there(cause.name))) return cause.missing;
+    if (cause.has_effect || !cause.missing) continue;
+    auto refusal = judge_missing ? judge_missing(cause.name, *cause.missing) : cause.missing;
+    if (refusal) return refusal;
   }
   return std::nullopt;
 }
@@ -252,10 +252,10 @@ Refusal invalid(const DataFault& fault) {
 }  // namespace
 
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
-                         const IsThere& is_there) {
+                         const JudgeMissing& judge_missing) {
   EditedNative result{native, std::nullopt};
   NativeEditor editor;
-  result.refusal = editor.edit(result.native.roots, edit.roots, is_there);
+  result.refusal = editor.edit(result.native.roots, edit.roots, judge_missing);
   if (!result.refusal) {
     const auto fault = check_data(models, result.native);
     if (fault) result.refusal = invalid(*fault);

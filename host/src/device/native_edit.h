@@ -23,10 +23,12 @@ struct EditedNative {
 // there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 //
-// `is_there`, when given, tells of a cause whether what it deletes is there in other terms than the
-// edit's: then none of its deletions is refused.
+// `judge_missing`, when given, is asked of each cause that deletes nothing which is there, with the
+// refusal in terms of the edit; it gives the refusal, or nothing when the edit may go on.
+using JudgeMissing =
+    std::function<std::optional<Refusal>(const void* cause, const Refusal& refusal)>;
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
-                         const std::function<bool(const void* cause)>& is_there = {});
+                         const JudgeMissing& judge_missing = {});
 
 }  // namespace ocifip
 

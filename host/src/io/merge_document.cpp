@@ -13,12 +13,16 @@ namespace {
 // Joins documents; the path to where it is serves messages.
 class Merger {
  public:
+  // `takes_last`: of two values of a leaf, the second counts; else they are an error.
+  explicit Merger(bool takes_last) : takes_last_(takes_last) {}
+
   void merge(std::vector<DocumentNode>& target, std::vector<DocumentNode> addition);
 
  private:
   void merge_node(DocumentNode& target, DocumentNode addition);
   void refuse_conflict(const DocumentNode& target, const DocumentNode& addition) const;
 
+  bool takes_last_;
   std::vector<const DocumentNode*> path_;
 };
 
@@ -26,8 +30,15 @@ bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting
 
 // A node that one document deletes may not be anything else in the other.
 void Merger::refuse_conflict(const DocumentNode& target, const DocumentNode& addition) const {
-  if (is_key(target) || is_deleted(target) == is_deleted(addition)) return;
-  throw InputError(instance_path(path_) + ": deleted and written in one request");
+  if (is_key(target)) return;
+  if (is_deleted(target) != is_deleted(addition)) {
+    throw InputError(instance_path(path_) + ": deleted and written in one request");
+  }
+  const bool has_values = target.kind == NodeKind::kLeaf && target.value && addition.value;
+  if (!takes_last_ && has_values && *target.value != *addition.value) {
+    throw InputError(instance_path(path_) + ": two values in one request, " +
+                     in_quotes(*target.value) + " and " + in_quotes(*addition.value));
+  }
 }
 
 void Merger::merge_node(DocumentNode& target, DocumentNode addition) {
@@ -63,7 +74,11 @@ void Merger::merge(std::vector<DocumentNode>& target, std::vector<DocumentNode> 
 }  // namespace
 
 void merge_document(Document& target, Document addition) {
-  Merger().merge(target.roots, std::move(addition.roots));
+  Merger(true).merge(target.roots, std::move(addition.roots));
+}
+
+void merge_edit(Document& target, Document addition) {
+  Merger(false).merge(target.roots, std::move(addition.roots));
 }
 
 }  // namespace ocifip

@@ -43,6 +43,9 @@ Document read_body(const Models& models, const PathBody& body,
 // one of them deletes and the other does not.
 void merge_document(Document& target, Document addition);
 
+// The same for the parts of one edit. Throws InputError for two values of one leaf, too.
+void merge_edit(Document& target, Document addition);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_READ_DOCUMENT_H_

@@ -251,15 +251,17 @@ bool EditCycle::remove(const Document& held, const Document& way, Document& edit
   return remove_omitted(edit, configuration, native);
 }
 
-bool EditCycle::is_there(const void* cause) {
+std::optional<Refusal> EditCycle::judge_missing(const void* cause, const Refusal& native) {
   const auto subtree = std::find_if(subtrees_.begin(), subtrees_.end(),
                                     [&](const Subtree& each) { return &each == cause; });
-  return subtree != subtrees_.end() && is_on_device(*subtree);
+  if (subtree == subtrees_.end()) return native;
+  return is_on_device(*subtree) ? std::nullopt : std::optional(missing(*subtree));
 }
 
 std::optional<Refusal> EditCycle::find_missing() {
   for (const Subtree& subtree : subtrees_) {
-    const bool is_judged = subtree.is_single || !traces_.contains(&subtree);
+    const bool is_judged =
+        subtree.is_single || subtree.is_subinterface || !traces_.contains(&subtree);
     if (subtree.must_be_there && is_judged && !is_on_device(subtree)) {
       return missing(subtree);
     }
@@ -268,6 +270,7 @@ std::optional<Refusal> EditCycle::find_missing() {
 }
 
 bool EditCycle::is_on_device(const Subtree& subtree) {
+  if (subtree.is_subinterface) return device_.knows(subtree.interface);
   return subtree.is_read_back ? is_shown(subtree, subtree.all) : holds(subtree);
 }
 
@@ -316,8 +319,9 @@ void EditCycle::read_deleted() {
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known) continue;
-    for (const DocumentNode* asked : {subtree.must_be_there ? &subtree.all : nullptr,
-                                      subtree.entry ? &*subtree.entry : nullptr}) {
+    for (const DocumentNode* asked :
+         {subtree.must_be_there && !subtree.is_subinterface ? &subtree.all : nullptr,
+          subtree.entry ? &*subtree.entry : nullptr}) {
       Document all = asked == nullptr ? Document() : read_of(*asked);
       if (reads_.expand(all)) merge_document(read, std::move(all));
     }

@@ -59,9 +59,9 @@ class EditCycle {
   MappedEdit map(Document edit, DefaultOperation operation, Purpose purpose,
                  const RequestSettings& settings);
 
-  // Whether what the edit deletes because of a cause, which a node of the native edit has, is on
-  // the device; asked after map().
-  [[nodiscard]] bool is_there(const void* cause);
+  // The refusal of a deletion of which the native edit finds nothing, given its cause there and its
+  // refusal in native terms; nothing when it is on the device all the same. Asked after map().
+  [[nodiscard]] std::optional<Refusal> judge_missing(const void* cause, const Refusal& native);
   // The refusal of the first deletion of a single node that is not there, or of another one of
   // which the native edit has no trace.
   [[nodiscard]] std::optional<Refusal> find_missing();

@@ -48,8 +48,10 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
     applied.outcome.notes.clear();
     return;
   }
-  EditedNative edited = edit_native(models, native, edit.native,
-                                    [&](const void* cause) { return cycle.is_there(cause); });
+  EditedNative edited =
+      edit_native(models, native, edit.native, [&](const void* cause, const Refusal& refusal) {
+        return cycle.judge_missing(cause, refusal);
+      });
   applied.outcome.refusal = std::move(edited.refusal);
   if (applied.outcome.refusal) {
     applied.outcome.notes.clear();
@@ -385,7 +387,7 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
   for (const std::string& path : request.deletes) {
     Document deletion = read_path(models_, path, Operation::kDelete);
     checks.check_edit(deletion);
-    merge_document(edit, std::move(deletion));
+    merge_edit(edit, std::move(deletion));
   }
   read_bodies(request, checks, edit);
   if (request.document) {
@@ -397,7 +399,7 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
     }
     edit.name = document.name;
     edit.operation = document.operation;
-    merge_document(edit, std::move(document));
+    merge_edit(edit, std::move(document));
   }
   return edit;
 }
@@ -410,7 +412,7 @@ void Mapper::read_bodies(const EditRequest& request, InputChecks& checks, Docume
     Document document = read_body(models_, body, operation);
     checks.check_edit(document);
     edit.name = document.name;
-    merge_document(edit, std::move(document));
+    merge_edit(edit, std::move(document));
   }
 }
 

@@ -151,6 +151,7 @@ class SubtreeSearch {
     subtree.must_be_there = node.operation == Operation::kDelete;
     subtree.undeletable = subtree.is_deleted ? reason_to_stay(path_) : nullptr;
     subtree.is_single = is_leaf(node) || is_entry_of_subinterface(node);
+    subtree.is_subinterface = is(node, kInterfacesModule, "subinterface");
     subtree.interface = interface_name();
     subtree.all = read_of(path_, path_.size());
     subtree.held = held();

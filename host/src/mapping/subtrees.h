@@ -16,8 +16,9 @@ struct Subtree {
   std::string tag;   // of the node at its top
   std::string path;  // instance path of that node
   bool is_deleted = false;
-  bool must_be_there = false;         // deleted, not removed, or an entry that is passed through
-  bool is_single = false;             // a leaf, or an entry below a subinterface
+  bool must_be_there = false;  // deleted, not removed, or an entry that is passed through
+  bool is_single = false;      // a leaf, or an entry below a subinterface
+  bool is_subinterface = false;
   const char* undeletable = nullptr;  // why no mapping can delete it; null when one may
   bool is_read_back = true;           // not VRRP of another address than the interface's own
   // The native name of the subinterface that it is part of; empty when it is part of several.
