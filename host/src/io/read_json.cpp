@@ -342,6 +342,9 @@ void JsonReader::apply(const std::vector<Metadata>& all) {
       builder_.fail(metadata.line, quoted_name + " is not beside what it annotates");
     }
     const auto& nodes = found->second;
+    if (metadata.is_array && nodes.front()->kind == NodeKind::kLeaf) {
+      builder_.fail(metadata.line, quoted_name + " is an array, but what it annotates is not");
+    }
     if (!metadata.is_array && nodes.size() != 1) {
       builder_.fail(metadata.line, quoted_name + " is not an array, but what it annotates is");
     }
