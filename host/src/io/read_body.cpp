@@ -24,6 +24,16 @@ std::span<DocumentNode> bodies(Document& document, const BodyPlace& place) {
   return nodes.subspan(static_cast<std::size_t>(first - nodes.begin()));
 }
 
+// The container that holds the list which a body is of and nothing else: what is done to the list
+// as a whole is done to it. Null when the body is of something else.
+DocumentNode* holder_of_list(const Models& models, Document& document, const BodyPlace& place) {
+  const bool is_list = place.target.kind == NodeKind::kList && place.keys.empty();
+  if (!is_list || place.way.empty()) return nullptr;
+  DocumentNode* holder = &document.roots.back();
+  for (std::size_t depth = 1; depth < place.way.size(); ++depth) holder = &holder->children.back();
+  return models.children(holder->schema).size() == 1 ? holder : nullptr;
+}
+
 // Gives the entry that a body describes the keys that its path names.
 void add_keys(const Document& document, const BodyPlace& place, DocumentNode& entry) {
   for (const auto& key : place.keys) {
@@ -78,9 +88,11 @@ Document read_body(const Models& models, const PathBody& body, std::optional<Ope
   Document document = body.body.encoding == Encoding::kXml
                           ? read_xml(models, name, text, &place)
                           : read_json(models, name, text, OtherAnnotations::kPassedOver, &place);
+  DocumentNode* list_holder = operation ? holder_of_list(models, document, place) : nullptr;
+  if (list_holder != nullptr) list_holder->operation = operation;
   for (DocumentNode& node : bodies(document, place)) {
     add_keys(document, place, node);
-    if (!node.operation) node.operation = operation;
+    if (!node.operation && list_holder == nullptr) node.operation = operation;
   }
   return document;
 }
