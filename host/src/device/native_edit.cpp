@@ -213,10 +213,6 @@ bool stands_alone(const DocumentNode& node) {
   return node.schema == nullptr || !Models::is_plain_container(node.schema);
 }
 
-bool is_without_content(const DocumentNode& node) {
-  return std::all_of(node.children.begin(), node.children.end(), is_key);
-}
-
 bool NativeEditor::add_inner(Level& level, const DocumentNode& edit) {
   auto* former = level.find_former(edit);
   DocumentNode made = bare(edit);
@@ -224,7 +220,7 @@ bool NativeEditor::add_inner(Level& level, const DocumentNode& edit) {
     return false;
   }
   const bool is_passed_through = operation_of(edit) == Operation::kNone;
-  if (is_without_content(made) && (is_passed_through || !stands_alone(made))) return true;
+  if (has_only_keys(made) && (is_passed_through || !stands_alone(made))) return true;
   if (is_passed_through && former == nullptr && stands_alone(made)) return refuse(kDataMissing);
   level.add(std::move(made));
   return true;

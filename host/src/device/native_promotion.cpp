@@ -13,8 +13,6 @@ namespace {
 constexpr std::string_view kInterfaceModule = "Halvane-Ombrix-ifmgr-cfg";
 constexpr std::string_view kModule = "Halvane-Ombrix-ipv4-io-cfg";
 
-bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting(*node.operation); }
-
 DocumentNode* find(DocumentNode* parent, std::string_view tag) {
   if (parent == nullptr) return nullptr;
   auto& nodes = parent->children;

@@ -145,8 +145,8 @@ class Level {
     }
     if (!leads_to_interfaces(entry)) return true;
     const DocumentNode* native = native_.find(entry);
-    const bool is_bare = std::all_of(entry.children.begin(), entry.children.end(), is_key);
-    return !is_bare && native != nullptr && count(entry.children) == count(native->children);
+    return !has_only_keys(entry) && native != nullptr &&
+           count(entry.children) == count(native->children);
   }
 
   void add_below(const DocumentNode& node, Nodes& result) {

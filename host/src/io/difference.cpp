@@ -110,7 +110,7 @@ void ChangePrinter::append_line(char mark, const std::string* former, const std:
 }
 
 void ChangePrinter::append_node(const DocumentNode& change, const DocumentNode* former) {
-  const bool has_content = !std::all_of(change.children.begin(), change.children.end(), is_key);
+  const bool has_content = !has_only_keys(change);
   if (change.operation) {
     append_line('-', nullptr, nullptr);
   } else if (has_content) {

@@ -100,6 +100,10 @@ bool lacks_key(const DocumentNode& entry) {
                      [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
 }
 
+bool has_only_keys(const DocumentNode& node) {
+  return std::all_of(node.children.begin(), node.children.end(), is_key);
+}
+
 bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
   if (left.kind != right.kind || left.tag != right.tag ||
       left.module_namespace != right.module_namespace) {

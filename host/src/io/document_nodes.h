@@ -55,6 +55,17 @@ inline bool is_deleting(Operation operation) {
   return operation == Operation::kDelete || operation == Operation::kRemove;
 }
 
+inline bool is_deleted(const DocumentNode& node) {
+  return node.operation && is_deleting(*node.operation);
+}
+
+inline bool is_named(const DocumentNode& node, std::string_view module, std::string_view tag) {
+  return node.module == module && node.tag == tag;
+}
+
+// Whether there is nothing below a node but keys.
+bool has_only_keys(const DocumentNode& node);
+
 // Whether two siblings stand for the same node: a container or leaf of one name, entries with the
 // same keys, or the same value of a leaf-list. Entries without keys are never the same.
 bool is_same_node(const DocumentNode& left, const DocumentNode& right);

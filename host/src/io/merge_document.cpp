@@ -26,8 +26,6 @@ class Merger {
   std::vector<const DocumentNode*> path_;
 };
 
-bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting(*node.operation); }
-
 // A node that one document deletes may not be anything else in the other.
 void Merger::refuse_conflict(const DocumentNode& target, const DocumentNode& addition) const {
   if (is_key(target)) return;

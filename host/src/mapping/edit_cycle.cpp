@@ -11,6 +11,7 @@
 #include "io/document_nodes.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "mapping/interface_nodes.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
 #include "mapping/unaffected.h"
@@ -24,17 +25,6 @@ namespace {
 constexpr std::size_t kMostAtOnce = 1000;
 
 constexpr const char* kNothingMapped = "nothing of it is configuration that is mapped";
-
-Operation operation_of(DefaultOperation operation) {
-  switch (operation) {
-    case DefaultOperation::kReplace:
-      return Operation::kReplace;
-    case DefaultOperation::kNone:
-      return Operation::kNone;
-    default:
-      return Operation::kWrite;
-  }
-}
 
 // Gives deletions the causes that the document names.
 void name_causes(const Request& request, std::vector<DocumentNode>& nodes) {
@@ -60,10 +50,6 @@ const DocumentNode* follow(const DocumentNode& read, const std::vector<DocumentN
   return below == read.children.end() ? &*found : follow(*below, found->children);
 }
 
-bool is_subinterface(const DocumentNode& node) {
-  return node.module == "openconfig-interfaces" && node.tag == "subinterface";
-}
-
 using SubinterfaceVisitor = std::function<void(const std::string& name, const DocumentNode& entry)>;
 
 // Calls a function with the subinterfaces of data that have their keys, and with their native
@@ -85,8 +71,7 @@ void each_subinterface(const std::vector<DocumentNode>& nodes, const std::string
 bool has(const DocumentNode& read, const std::vector<DocumentNode>& data) {
   const DocumentNode* node = follow(read, data);
   if (node == nullptr) return false;
-  return (node->kind != NodeKind::kContainer && !is_subinterface(*node)) ||
-         !std::all_of(node->children.begin(), node->children.end(), is_key);
+  return (node->kind != NodeKind::kContainer && !is_subinterface(*node)) || !has_only_keys(*node);
 }
 
 bool is_state(const DocumentNode& root) {
@@ -119,7 +104,7 @@ void forget_queries(std::vector<DocumentNode>& queries, const std::vector<Docume
     });
     if (is_key(query) || other == others.end()) return false;
     forget_queries(query.children, other->children);
-    return std::all_of(query.children.begin(), query.children.end(), is_key);
+    return has_only_keys(query);
   });
 }
 
@@ -145,20 +130,17 @@ Refusal missing(const Subtree& subtree) {
 
 MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose purpose,
                           const RequestSettings& settings) {
-  const Operation inherited = operation_of(operation);
+  const Operation inherited =
+      operation == DefaultOperation::kNone ? Operation::kNone : Operation::kWrite;
   subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
   if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
   MappedEdit mapped;
-  if (purpose == Purpose::kDevice) drop_absent(edit.roots, mapped.outcome.refusal);
-  if (mapped.outcome.refusal) return mapped;
-  for (const EditPart& part : parts_of(std::move(edit), operation)) {
-    map_part(part, inherited, settings, mapped);
-    if (mapped.outcome.refusal) return mapped;
-  }
-  settle_promotions(mapped.native);
-  find_traces(mapped.native.roots);
   try {
-    mapped.outcome.refusal = find_undeletable();
+    if (purpose == Purpose::kDevice) drop_absent(edit.roots, mapped.outcome.refusal);
+    const std::vector<EditPart> parts = parts_of(std::move(edit), operation);
+    for (const EditPart& part : parts) {
+      if (!mapped.outcome.refusal) map_part(part, inherited, settings, mapped);
+    }
     if (!mapped.outcome.refusal) complete(mapped);
   } catch (ReadRefused& refused) {
     mapped.outcome.refusal = std::move(refused.refusal);
@@ -176,10 +158,7 @@ void EditCycle::map_part(const EditPart& part, Operation operation, RequestSetti
   Outcome outcome = outcome_of(request, map_input(request, plugin_.openconfig));
   mapped.outcome.text += outcome.text;
   mapped.outcome.refusal = std::move(outcome.refusal);
-  if (mapped.outcome.refusal) {
-    mapped.outcome.notes.clear();
-    return;
-  }
+  if (mapped.outcome.refusal) return;
   mapped.outcome.notes.insert(mapped.outcome.notes.end(), outcome.notes.begin(),
                               outcome.notes.end());
   mapped.has_effect = mapped.has_effect || has_effect(*request.output().root());
@@ -214,10 +193,18 @@ std::optional<Refusal> EditCycle::find_undeletable() const {
   return std::nullopt;
 }
 
-// Adds the removal of what subtrees hold.
+// Completes what the mapping wrote, or refuses what it deletes nothing of.
 void EditCycle::complete(MappedEdit& mapped) {
+  settle_promotions(mapped.native);
+  find_traces(mapped.native.roots);
+  mapped.outcome.refusal = find_undeletable();
+  if (!mapped.outcome.refusal) remove_held(mapped);
+}
+
+// Adds the removal of what subtrees hold.
+void EditCycle::remove_held(MappedEdit& mapped) {
   std::map<std::size_t, HeldReads> reads;  // by the depth of the entries around the subtrees
-  const auto remove_held = [&](HeldReads& part) {
+  const auto remove_part = [&](HeldReads& part) {
     const bool removes = remove(part.held, part.way, mapped.native);
     mapped.has_effect = mapped.has_effect || removes;
     part = {};
@@ -230,9 +217,9 @@ void EditCycle::complete(MappedEdit& mapped) {
     reads_.expand(read);
     merge_document(part.held, std::move(read));
     if (subtree.way) merge_document(part.way, read_of(*subtree.way));
-    if (++part.count == kMostAtOnce) remove_held(part);
+    if (++part.count == kMostAtOnce) remove_part(part);
   }
-  for (auto& [depth, part] : reads) remove_held(part);
+  for (auto& [depth, part] : reads) remove_part(part);
 }
 
 // Adds to a native edit the removal of what reads select on the device, and it does not write.
@@ -299,7 +286,7 @@ bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refu
     }
     if (!drop_absent(node.children, refusal)) return false;
     is_changed = true;
-    return !node.operation && std::all_of(node.children.begin(), node.children.end(), is_key);
+    return !node.operation && has_only_keys(node);
   });
   return is_changed || nodes.size() != count;
 }
@@ -316,15 +303,15 @@ bool EditCycle::holds(const Subtree& subtree) const {
 // Reads all that is deleted at once.
 void EditCycle::read_deleted() {
   Document read;
+  const auto add = [&](const DocumentNode& asked) {
+    Document all = read_of(asked);
+    if (reads_.expand(all)) merge_document(read, std::move(all));
+  };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known) continue;
-    for (const DocumentNode* asked :
-         {subtree.must_be_there && !subtree.is_subinterface ? &subtree.all : nullptr,
-          subtree.entry ? &*subtree.entry : nullptr}) {
-      Document all = asked == nullptr ? Document() : read_of(*asked);
-      if (reads_.expand(all)) merge_document(read, std::move(all));
-    }
+    if (subtree.must_be_there && !subtree.is_subinterface) add(subtree.all);
+    if (subtree.entry) add(*subtree.entry);
   }
   deleted_ = reads_.answer(read);
   each_subinterface(deleted_->roots, nullptr,

@@ -54,8 +54,9 @@ class EditCycle {
   // to show the native edit, or to apply that to the device.
   enum class Purpose { kCalls, kNativeEdit, kDevice };
 
-  // Maps an edit. `operation` is that of nodes that say none; of the settings, the request's kind
-  // and operation are not looked at.
+  // Maps an edit. `operation` is that of nodes that say none: a replace is said by the nodes that
+  // it is of, and is a merge here. Of the settings, the request's kind and operation are not looked
+  // at.
   MappedEdit map(Document edit, DefaultOperation operation, Purpose purpose,
                  const RequestSettings& settings);
 
@@ -63,7 +64,7 @@ class EditCycle {
   // refusal in native terms; nothing when it is on the device all the same. Asked after map().
   [[nodiscard]] std::optional<Refusal> judge_missing(const void* cause, const Refusal& native);
   // The refusal of the first deletion of a single node that is not there, or of another one of
-  // which the native edit has no trace.
+  // which the native edit has no trace. Both throw ReadRefused.
   [[nodiscard]] std::optional<Refusal> find_missing();
 
  private:
@@ -72,6 +73,7 @@ class EditCycle {
   void find_traces(const std::vector<DocumentNode>& nodes);
   [[nodiscard]] std::optional<Refusal> find_undeletable() const;
   void complete(MappedEdit& mapped);
+  void remove_held(MappedEdit& mapped);
   bool remove(const Document& held, const Document& way, Document& edit) const;
   bool drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal);
   [[nodiscard]] bool is_on_device(const Subtree& subtree);

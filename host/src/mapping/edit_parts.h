@@ -17,9 +17,8 @@ struct EditPart {
 };
 
 // The parts of an edit: IP of the families, of whichever subinterfaces, whose address list is
-// replaced, and all the rest. A list is replaced by an annotation on it or above it, or by the
-// operation that it inherits. The part that the document begins with comes first, and a part with
-// nothing in it is left out.
+// replaced, and all the rest. A list is replaced by an annotation on it or above it. The part that
+// the document begins with comes first, and a part with nothing in it is left out.
 std::vector<EditPart> parts_of(Document document, DefaultOperation operation);
 
 }  // namespace ocifip

@@ -6,12 +6,12 @@
 #include "io/device_file.h"
 #include "io/document_nodes.h"
 #include "io/text.h"
+#include "mapping/interface_nodes.h"
 #include "yfw/context.h"
 
 namespace ocifip {
 namespace {
 
-constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
 constexpr std::string_view kInterfaceManager = "Halvane-Ombrix-ifmgr-cfg";
 
 // Most bytes of a text that the request state has room for, its terminator aside.
@@ -38,15 +38,11 @@ constexpr KeptKey kNativeName = {"interface-name", "interface name", kLongestNam
   fail(document, root, "no mapping for " + in_quotes(qualified_name(root)) + " at the top");
 }
 
-bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
-  return node.module == module && node.tag == tag;
-}
-
 // Returns whether the entry has the key.
 bool check_key(const Document& document, const DocumentNode& entry, const KeptKey& key) {
   bool has_key = false;
   for (const DocumentNode& leaf : entry.children) {
-    if (!is(leaf, entry.module, key.tag) || !leaf.value) {
+    if (!is_named(leaf, entry.module, key.tag) || !leaf.value) {
       continue;
     }
     has_key = has_key || !leaf.value->empty();
@@ -79,12 +75,12 @@ void check_entries(const Document& document, const DocumentNode& node) {
 
 void check_native_entries(const Document& document, const DocumentNode& node) {
   for (const DocumentNode& child : node.children) {
-    if (is(child, kInterfaceManager, "interface-configuration") &&
+    if (is_named(child, kInterfaceManager, "interface-configuration") &&
         !check_key(document, child, kNativeName)) {
       fail(document, child, "an interface-configuration without its interface-name");
     }
     for (const DocumentNode& leaf : child.children) {
-      if (is(leaf, kInterfaceManager, kNativeName.tag) && leaf.value->starts_with('.')) {
+      if (is_named(leaf, kInterfaceManager, kNativeName.tag) && leaf.value->starts_with('.')) {
         fail(document, leaf, in_quotes(*leaf.value) + " names no interface before the dot");
       }
     }
@@ -102,7 +98,7 @@ void check_no_operations(const Document& document, const std::vector<DocumentNod
 
 void check_top(const Document& document) {
   for (const DocumentNode& root : document.roots) {
-    if (!is(root, kInterfacesModule, "interfaces")) {
+    if (!is_named(root, kInterfacesModule, "interfaces")) {
       fail_at_top(document, root);
     }
     check_entries(document, root);

@@ -14,6 +14,7 @@
 #include "io/select_data.h"
 #include "mapping/envelope_checks.h"
 #include "mapping/input_checks.h"
+#include "mapping/interface_nodes.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
 #include "mapping/subinterfaces.h"
@@ -97,10 +98,6 @@ void put_whole_lists_first(std::vector<DocumentNode>& nodes) {
   }
 }
 
-bool is_family(const DocumentNode& node) {
-  return node.module == "openconfig-if-ip" && (node.tag == "ipv4" || node.tag == "ipv6");
-}
-
 // The families that a read asks for in part, as wholes, with what leads to them.
 std::vector<DocumentNode> families_in_part(const std::vector<DocumentNode>& nodes) {
   std::vector<DocumentNode> found;
@@ -118,12 +115,6 @@ std::vector<DocumentNode> families_in_part(const std::vector<DocumentNode>& node
   return found;
 }
 
-// Nodes that lead to subinterfaces.
-bool leads_to_subinterfaces(const DocumentNode& node) {
-  return node.module == "openconfig-interfaces" &&
-         (node.tag == "interfaces" || node.tag == "interface" || node.tag == "subinterfaces");
-}
-
 // Has the nodes of a document replaced that say nothing else, each subinterface as a whole: what
 // only leads to them is not.
 void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
@@ -135,11 +126,6 @@ void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
       node.operation = Operation::kReplace;
     }
   }
-}
-
-// A replace by default is said by the nodes that it is of.
-DefaultOperation without_replace(DefaultOperation operation) {
-  return operation == DefaultOperation::kReplace ? DefaultOperation::kMerge : operation;
 }
 
 // Whether a read names a leaf, keys that choose an entry aside.
@@ -182,7 +168,7 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
                             EditCycle& cycle) {
   InputChecks checks(models_, rules_);
   Document edit = read_edit(request, checks);
-  const DefaultOperation operation = without_replace(default_operation(request, edit));
+  const DefaultOperation operation = default_operation(request, edit);
   MappedEdit mapped = cycle.map(std::move(edit), operation, purpose,
                                 {.record_calls = format == Format::kCalls, .trace = trace_});
   if (!mapped.outcome.refusal) {
@@ -221,7 +207,12 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
   EditCycle cycle(framework_, plugin_, device_, reads_);
   MappedEdit edit = map_edit(request, format, EditCycle::Purpose::kDevice, cycle);
   Applied applied;
-  apply_edit(models_, native, edit, cycle, format, applied);
+  try {
+    apply_edit(models_, native, edit, cycle, format, applied);
+  } catch (ReadRefused& refused) {
+    applied.outcome.refusal = std::move(refused.refusal);
+    applied.outcome.notes.clear();
+  }
   return applied;
 }
 

@@ -6,24 +6,20 @@
 
 #include "io/document_nodes.h"
 #include "io/print_document.h"
+#include "mapping/interface_nodes.h"
 
 namespace ocifip {
 namespace {
 
-constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
 constexpr std::string_view kVlanModule = "openconfig-vlan";
 constexpr std::string_view kTunnelModule = "openconfig-if-tunnel";
 
 bool is_ip_module(std::string_view module) {
-  return module == "openconfig-if-ip" || module == "openconfig-if-ip-ext";
-}
-
-bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
-  return node.module == module && node.tag == tag;
+  return module == kIpModule || module == "openconfig-if-ip-ext";
 }
 
 bool is_own(const DocumentNode& node, std::string_view tag) {
-  return is(node, kInterfacesModule, tag);
+  return is_named(node, kInterfacesModule, tag);
 }
 
 class Filter {
@@ -46,7 +42,7 @@ class Filter {
       return is_own(node, "index") || repeats_key(node) || is_ip_module(node.module);
     }
     if (is_own(parent, "config")) return is_own(node, key_of(*path_[path_.size() - 2]));
-    if (is(parent, kTunnelModule, "tunnel")) return node.tag == "ipv4" || node.tag == "ipv6";
+    if (is_named(parent, kTunnelModule, "tunnel")) return node.tag == "ipv4" || node.tag == "ipv6";
     return is_ip_module(node.module) || (is_in_tunnel() && node.module == kTunnelModule);
   }
 
@@ -57,7 +53,7 @@ class Filter {
 
   [[nodiscard]] bool belongs_to_interface(const DocumentNode& node) const {
     return is_own(node, "name") || repeats_key(node) || is_own(node, "subinterfaces") ||
-           is(node, kVlanModule, "routed-vlan") || is(node, kTunnelModule, "tunnel");
+           is_named(node, kVlanModule, "routed-vlan") || is_named(node, kTunnelModule, "tunnel");
   }
 
   static std::string_view key_of(const DocumentNode& entry) {
@@ -65,8 +61,9 @@ class Filter {
   }
 
   [[nodiscard]] bool is_in_tunnel() const {
-    return std::any_of(path_.begin(), path_.end(),
-                       [](const DocumentNode* node) { return is(*node, kTunnelModule, "tunnel"); });
+    return std::any_of(path_.begin(), path_.end(), [](const DocumentNode* node) {
+      return is_named(*node, kTunnelModule, "tunnel");
+    });
   }
 
   // A family that no model knows is misspelt, and the check against the models says so.

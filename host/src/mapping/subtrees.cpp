@@ -10,31 +10,19 @@
 #include "io/document_nodes.h"
 #include "io/ipv6_text.h"
 #include "io/print_document.h"
+#include "mapping/interface_nodes.h"
 
 namespace ocifip {
 namespace {
 
 using Path = std::vector<const DocumentNode*>;
 
-constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
-constexpr std::string_view kIpModule = "openconfig-if-ip";
-
 bool is_leaf(const DocumentNode& node) { return node.kind >= NodeKind::kLeaf; }
-
-bool is(const DocumentNode& node, std::string_view module, std::string_view tag) {
-  return node.module == module && node.tag == tag;
-}
-
-bool is_walked_entry(const DocumentNode& node) {
-  return is(node, kInterfacesModule, "interface") || is(node, kInterfacesModule, "subinterface");
-}
 
 bool is_entry_of_subinterface(const DocumentNode& node) {
   return node.kind == NodeKind::kList && !is_walked_entry(node) &&
          std::any_of(node.children.begin(), node.children.end(), is_key);
 }
-
-bool is_deleted(const DocumentNode& node) { return node.operation && is_deleting(*node.operation); }
 
 // The read of a node, from the top of its path down to it.
 DocumentNode read_of(const Path& path, std::size_t length) {
@@ -59,7 +47,7 @@ const char* reason_to_stay(const Path& path) {
   const DocumentNode& node = *path.back();
   if (Models::is_state(node.schema)) return "state cannot be deleted";
   const bool is_of_address =
-      path.size() > 2 && is_leaf(node) && is(*path[path.size() - 3], kIpModule, "address");
+      path.size() > 2 && is_leaf(node) && is_named(*path[path.size() - 3], kIpModule, "address");
   return is_of_address ? "an address is deleted as a whole, by its entry" : nullptr;
 }
 
@@ -82,7 +70,7 @@ class SubtreeSearch {
     if (is_deleted(node)) {
       add(node);
       node.cause = &found_.back();
-    } else if (is_replaced(node, operation)) {
+    } else if (is_replaced(node)) {
       add(node);
       take_deletions(node);
     } else {
@@ -92,10 +80,8 @@ class SubtreeSearch {
     path_.pop_back();
   }
 
-  static bool is_replaced(const DocumentNode& node, Operation operation) {
-    const bool is_unit = is(node, kInterfacesModule, "subinterface");
-    return operation == Operation::kReplace && (node.operation || is_unit) &&
-           node.kind != NodeKind::kLeafList;
+  static bool is_replaced(const DocumentNode& node) {
+    return node.operation == Operation::kReplace && node.kind != NodeKind::kLeafList;
   }
 
   // An entry that is only passed through has to be there.
@@ -110,7 +96,7 @@ class SubtreeSearch {
     if (entry.kind != NodeKind::kList || entry.module != kIpModule) return;
     const auto settings =
         std::find_if(entry.children.begin(), entry.children.end(), [](const DocumentNode& child) {
-          return is(child, kIpModule, "config") && is_deleted(child);
+          return is_named(child, kIpModule, "config") && is_deleted(child);
         });
     if (settings == entry.children.end()) return;
     const bool is_alone = std::all_of(
@@ -151,13 +137,14 @@ class SubtreeSearch {
     subtree.must_be_there = node.operation == Operation::kDelete;
     subtree.undeletable = subtree.is_deleted ? reason_to_stay(path_) : nullptr;
     subtree.is_single = is_leaf(node) || is_entry_of_subinterface(node);
-    subtree.is_subinterface = is(node, kInterfacesModule, "subinterface");
+    subtree.is_subinterface = is_subinterface(node);
     subtree.interface = interface_name();
     subtree.all = read_of(path_, path_.size());
     subtree.held = held();
     const std::size_t address = depth_of_address();
     subtree.is_read_back = address == 0 || path_.size() == address ||
-                           !is(*path_[address], kIpModule, "vrrp") || is_own(*path_[address - 1]);
+                           !is_named(*path_[address], kIpModule, "vrrp") ||
+                           is_own(*path_[address - 1]);
     const bool is_in_entry = std::any_of(path_.begin(), path_.end() - 1, [](const auto* above) {
       return above->kind == NodeKind::kList && !is_walked_entry(*above);
     });
@@ -177,7 +164,7 @@ class SubtreeSearch {
 
   [[nodiscard]] const std::string* key_on_path(std::string_view tag, std::string_view key) const {
     for (const DocumentNode* node : path_) {
-      if (is(*node, kInterfacesModule, tag)) return key_value(*node, key);
+      if (is_named(*node, kInterfacesModule, tag)) return key_value(*node, key);
     }
     return nullptr;
   }
@@ -191,7 +178,7 @@ class SubtreeSearch {
   // How many nodes lead to the entry of an address, itself among them; 0 when none is on the path.
   [[nodiscard]] std::size_t depth_of_address() const {
     const auto address = std::find_if(path_.begin(), path_.end(), [](const DocumentNode* node) {
-      return node->kind == NodeKind::kList && is(*node, kIpModule, "address") &&
+      return node->kind == NodeKind::kList && is_named(*node, kIpModule, "address") &&
              key_value(*node, "ip") != nullptr;
     });
     return address == path_.end() ? 0 : static_cast<std::size_t>(address - path_.begin()) + 1;
@@ -203,7 +190,7 @@ class SubtreeSearch {
     if (depth == 0) return read_of(path_, path_.size());
     const DocumentNode& address = *path_[depth - 1];
     if (depth == path_.size()) return held_of_address(address, depth);
-    if (!is(*path_[depth], kIpModule, "vrrp")) return std::nullopt;
+    if (!is_named(*path_[depth], kIpModule, "vrrp")) return std::nullopt;
     const bool is_of_one_group = path_.size() > depth + 1;
     return is_of_one_group || is_own(address) ? std::optional(read_of(path_, path_.size()))
                                               : std::nullopt;
@@ -224,7 +211,7 @@ class SubtreeSearch {
         device_.interface(device_.handle_of(internal_name(interface_name())));
     if (record == nullptr) return false;
     const bool is_ipv6 = std::any_of(path_.begin(), path_.end(), [](const DocumentNode* node) {
-      return is(*node, kIpModule, "ipv6");
+      return is_named(*node, kIpModule, "ipv6");
     });
     const auto& primary = is_ipv6 ? record->ipv6.primary : record->ipv4.primary;
     const std::string& ip = *key_value(address, "ip");

@@ -30,12 +30,11 @@ struct Subtree {
   std::optional<DocumentNode> entry;  // of a deletion: the innermost of them that reads show
 };
 
-// Finds the subtrees of an edit: nodes that an annotation replaces or deletes and, when nodes are
-// replaced that say nothing else, each subinterface. Deletions below what is replaced are subtrees,
-// too, and are taken out of the edit.
-// Entries below subinterfaces whose operation is "none" are subtrees, too, that have to be there.
-// Each deletion gets its subtree as its cause. The deletion of an entry's settings, which its keys
-// are among, becomes that of the entry, if nothing else of the entry is edited.
+// Finds the subtrees of an edit: nodes that an annotation replaces or deletes. Deletions below what
+// is replaced are subtrees, too, and are taken out of the edit. Entries below subinterfaces whose
+// operation is "none" are subtrees, too, that have to be there. Each deletion gets its subtree as
+// its cause. The deletion of an entry's settings, which its keys are among, becomes that of the
+// entry, if nothing else of the entry is edited.
 //
 // An address and a value of a leaf-list are the mapping's to write and delete, and are no part of
 // what it may leave. The VRRP groups of an interface are those of its own address.

@@ -1,6 +1,5 @@
 #include "mapping/unaffected.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "io/document_nodes.h"
@@ -13,8 +12,7 @@ void drop(std::vector<DocumentNode>& nodes, Operation inherited) {
     const Operation operation = node.operation.value_or(inherited);
     if (is_key(node) || node.schema == nullptr || is_deleting(operation)) return false;
     drop(node.children, operation);
-    return operation == Operation::kNone &&
-           std::all_of(node.children.begin(), node.children.end(), is_key);
+    return operation == Operation::kNone && has_only_keys(node);
   });
 }
 
