@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "io/name.h"
+
 struct lysc_node;
 
 namespace ocifip {
@@ -24,9 +26,9 @@ enum class Operation : std::uint8_t {
 enum class NodeKind : std::uint8_t { kContainer = 1, kList = 2, kLeaf = 3, kLeafList = 4 };
 
 struct DocumentNode {
-  std::string tag;
-  std::string module;            // name of the node's module; "" when no model knows the namespace
-  std::string module_namespace;  // its namespace; for an unknown JSON module, the module's name
+  Name tag;
+  Name module;            // name of the node's module; "" when no model knows the namespace
+  Name module_namespace;  // its namespace; for an unknown JSON module, the module's name
   NodeKind kind = NodeKind::kContainer;
   std::optional<std::string> value;    // a leaf's text; absent when the client gave none
   std::optional<Operation> operation;  // the node's own annotation, not what it inherits

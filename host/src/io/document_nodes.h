@@ -16,9 +16,9 @@ namespace ocifip {
 // A node as the schema describes it, without value and children.
 inline DocumentNode node_of(const lysc_node* schema) {
   DocumentNode node;
-  node.tag = Models::tag(schema);
-  node.module = Models::module(schema);
-  node.module_namespace = Models::module_namespace(schema);
+  node.tag = Name::of(Models::tag(schema));
+  node.module = Name::of(Models::module(schema));
+  node.module_namespace = Name::of(Models::module_namespace(schema));
   node.kind = Models::kind(schema);
   node.schema = schema;
   return node;

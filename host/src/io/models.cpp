@@ -41,8 +41,15 @@ struct QualifiedNameHash {
   }
 };
 
+struct ModuleNames {
+  std::string name;
+  std::string module_namespace;
+};
+
 // What is looked up about a schema node; libyang's private pointer leads to it.
 struct Index {
+  std::string tag;
+  const ModuleNames* module = nullptr;
   std::size_t position = 0;
   bool names_by_ipv6 = false;
   std::vector<const lysc_node*> children;
@@ -136,6 +143,7 @@ struct Models::Impl {
   std::unordered_map<std::string_view, std::string_view> namespaces;
   Index top;
   std::deque<Index> indexes;
+  std::unordered_map<const lys_module*, ModuleNames> module_names;
 
  private:
   void add_child(Index& parent, const lysc_node* node, std::vector<const lysc_node*>& unvisited);
@@ -187,6 +195,10 @@ void Models::Impl::add_child(Index& parent, const lysc_node* node,
                              std::vector<const lysc_node*>& unvisited) {
   if ((node->nodetype & kDataNodes) == 0) return;
   Index& own = indexes.emplace_back();
+  own.tag = node->name;
+  own.module =
+      &module_names.try_emplace(node->module, ModuleNames{node->module->name, node->module->ns})
+           .first->second;
   own.position = parent.children.size();
   const bool is_name = Models::is_key(node) || node->nodetype == LYS_LEAFLIST;
   own.names_by_ipv6 = is_name && has_ipv6_values(node);
@@ -298,9 +310,11 @@ NodeKind Models::kind(const lysc_node* node) {
   }
 }
 
-std::string_view Models::tag(const lysc_node* node) { return node->name; }
-std::string_view Models::module(const lysc_node* node) { return node->module->name; }
-std::string_view Models::module_namespace(const lysc_node* node) { return node->module->ns; }
+const std::string& Models::tag(const lysc_node* node) { return index_of(node).tag; }
+const std::string& Models::module(const lysc_node* node) { return index_of(node).module->name; }
+const std::string& Models::module_namespace(const lysc_node* node) {
+  return index_of(node).module->module_namespace;
+}
 bool Models::is_leaf(const lysc_node* node) {
   return (node->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
 }

@@ -53,9 +53,10 @@ class Models {
   [[nodiscard]] static std::vector<std::string> keys(const lysc_node* list);
 
   [[nodiscard]] static NodeKind kind(const lysc_node* node);
-  [[nodiscard]] static std::string_view tag(const lysc_node* node);
-  [[nodiscard]] static std::string_view module(const lysc_node* node);
-  [[nodiscard]] static std::string_view module_namespace(const lysc_node* node);
+  // Those live as long as the models.
+  [[nodiscard]] static const std::string& tag(const lysc_node* node);
+  [[nodiscard]] static const std::string& module(const lysc_node* node);
+  [[nodiscard]] static const std::string& module_namespace(const lysc_node* node);
   [[nodiscard]] static bool is_leaf(const lysc_node* node);  // or leaf-list
   [[nodiscard]] static bool is_any(const lysc_node* node);   // anydata or anyxml
   [[nodiscard]] static bool is_key(const lysc_node* node);

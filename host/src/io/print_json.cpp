@@ -197,7 +197,7 @@ void JsonPrinter::append_name(const DocumentNode& node, std::string_view before)
     name += module;
     name += ':';
   }
-  name += node.tag;
+  name += node.tag.text();
   append_value(out_, name);
   out_ += ": ";
 }

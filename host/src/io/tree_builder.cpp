@@ -20,10 +20,12 @@ constexpr std::array<std::pair<std::string_view, Operation>, 5> kOperations{{
     {"remove", Operation::kRemove},
 }};
 
-void set_schema(DocumentNode& node, const lysc_node* schema) {
-  node.schema = schema;
-  node.module = Models::module(schema);
-  node.module_namespace = Models::module_namespace(schema);
+// A node that a model knows, of the kind that a container has until it is known better.
+DocumentNode node_at(const lysc_node* schema, int line) {
+  DocumentNode node = node_of(schema);
+  node.kind = NodeKind::kContainer;
+  node.line = line;
+  return node;
 }
 
 constexpr std::string_view kind_name(NodeKind kind) {
@@ -64,31 +66,31 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
 
   // The namespace of an unknown module, which stands for its name, may have colons itself.
   const auto colon = member.rfind(':');
-  DocumentNode node;
-  node.tag = colon == std::string_view::npos ? member : member.substr(colon + 1);
-  node.line = line;
+  const bool is_bare = colon == std::string_view::npos;
+  const auto tag = is_bare ? member : member.substr(colon + 1);
+  const auto prefix = is_bare ? std::string_view() : member.substr(0, colon);
+  const auto known_namespace = models_.namespace_of(prefix);
   const lysc_node* schema = nullptr;
-  if (colon != std::string_view::npos) {
-    const auto module = member.substr(0, colon);
-    const auto module_namespace = models_.namespace_of(module);
-    const bool is_known = !module_namespace.empty();
-    node.module = is_known ? module : std::string_view();
-    node.module_namespace = is_known ? module_namespace : module;
-    if (is_known && is_known_place) {
-      schema = models_.child(parent_schema, node.tag, module_namespace);
-    }
-  } else {
-    if (parent != nullptr) {
-      node.module = parent->module;
-      node.module_namespace = parent->module_namespace;
-    }
-    if (is_known_place) schema = models_.child(parent_schema, node.tag, node.module_namespace);
-    if (is_known_place && schema == nullptr) schema = only_child(parent_schema, node.tag, line);
+  if (is_known_place && is_bare) {
+    const auto inherited = parent == nullptr ? "" : std::string_view(parent->module_namespace);
+    schema = models_.child(parent_schema, tag, inherited);
+    if (schema == nullptr) schema = only_child(parent_schema, tag, line);
+  } else if (is_known_place && !known_namespace.empty()) {
+    schema = models_.child(parent_schema, tag, known_namespace);
   }
-  if (schema != nullptr) {
-    set_schema(node, schema);
-  } else if (colon == 0 || !is_identifier(node.tag)) {
+  if (schema != nullptr) return node_at(schema, line);
+  if (colon == 0 || !is_identifier(tag)) {
     fail(line, in_quotes(member) + " is not the name of a node");
+  }
+  DocumentNode node;
+  node.tag = tag;
+  node.line = line;
+  if (!is_bare) {
+    node.module = known_namespace.empty() ? std::string_view() : prefix;
+    node.module_namespace = known_namespace.empty() ? prefix : known_namespace;
+  } else if (parent != nullptr) {
+    node.module = parent->module;
+    node.module_namespace = parent->module_namespace;
   }
   return node;
 }
@@ -98,9 +100,6 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
   const auto* parent_schema = open_.empty() ? nullptr : open_.back().node.schema;
   const bool is_known_place = open_.empty() || parent_schema != nullptr;
 
-  DocumentNode node;
-  node.tag = tag;
-  node.line = line;
   const lysc_node* schema = nullptr;
   if (is_known_place) {
     const bool is_bare = module_namespace.empty();
@@ -109,11 +108,11 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
     }
     if (is_bare && schema == nullptr) schema = only_child(parent_schema, tag, line);
   }
-  if (schema != nullptr) {
-    set_schema(node, schema);
-    return node;
-  }
+  if (schema != nullptr) return node_at(schema, line);
   if (!is_identifier(tag)) fail(line, in_quotes(tag) + " is not the name of a node");
+  DocumentNode node;
+  node.tag = tag;
+  node.line = line;
   node.module = models_.module_of(module_namespace);
   node.module_namespace = module_namespace;
   return node;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "io/document_nodes.h"
 #include "tree/operations.h"
 
 namespace ocifip {
@@ -25,11 +26,14 @@ std::vector<DocumentNode> children_of(const OutputNode& node);
 DocumentNode to_document(const OutputNode& node) {
   const Place& place = *node.place;
   DocumentNode document;
-  document.tag = place.tag;
-  document.module = place.module;
-  document.module_namespace = place.module_namespace;
+  if (place.schema != nullptr) {
+    document = node_of(place.schema);
+  } else {
+    document.tag = place.tag;
+    document.module = place.module;
+    document.module_namespace = place.module_namespace;
+  }
   document.kind = place.kind;
-  document.schema = place.schema;
   if (node.head.value != nullptr) {
     document.value = node.head.value;
   }
