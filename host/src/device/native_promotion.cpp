@@ -29,8 +29,9 @@ void settle(DocumentNode& interface) {
   DocumentNode* secondaries = find(addresses, "secondaries");
   if (own == nullptr || secondaries == nullptr) return;
   for (DocumentNode& secondary : secondaries->children) {
+    // The mapping deletes the entry itself when it is the last that the edit writes.
     const DocumentNode* address = find(&secondary, "address");
-    if (is_deleted(secondary) || address == nullptr || address->value != own->value) continue;
+    if (address == nullptr || address->value != own->value) continue;
     const DocumentNode* written = find(&secondary, "netmask");
     DocumentNode* netmask = find(primary, "netmask");
     if (written != nullptr && netmask != nullptr) netmask->value = written->value;
