@@ -247,6 +247,11 @@ Refusal invalid(const DataFault& fault) {
 
 }  // namespace
 
+std::optional<Refusal> edit_tree(std::vector<DocumentNode>& nodes,
+                                 const std::vector<DocumentNode>& edit) {
+  return NativeEditor().edit(nodes, edit, {});
+}
+
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
                          const JudgeMissing& judge_missing) {
   EditedNative result{native, std::nullopt};

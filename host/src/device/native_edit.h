@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "io/document.h"
 #include "io/models.h"
@@ -29,6 +30,11 @@ using JudgeMissing =
     std::function<std::optional<Refusal>(const void* cause, const Refusal& refusal)>;
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
                          const JudgeMissing& judge_missing = {});
+
+// The same for siblings of any tree, without a look at the models. The refusal, or nothing when all
+// of it is applied.
+std::optional<Refusal> edit_tree(std::vector<DocumentNode>& nodes,
+                                 const std::vector<DocumentNode>& edit);
 
 }  // namespace ocifip
 

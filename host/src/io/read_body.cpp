@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "io/body_place.h"
 #include "io/document_nodes.h"
@@ -32,6 +33,15 @@ DocumentNode* holder_of_list(const Models& models, Document& document, const Bod
   DocumentNode* holder = &document.roots.back();
   for (std::size_t depth = 1; depth < place.way.size(); ++depth) holder = &holder->children.back();
   return models.children(holder->schema).size() == 1 ? holder : nullptr;
+}
+
+// All values of a leaf-list go but those of the body.
+void remove_other_values(Document& document, const BodyPlace& place) {
+  std::vector<DocumentNode>* nodes = &document.roots;
+  for (std::size_t depth = 0; depth < place.way.size(); ++depth) nodes = &nodes->back().children;
+  DocumentNode all = place.target;
+  all.operation = Operation::kRemove;
+  nodes->insert(std::find_if_not(nodes->begin(), nodes->end(), is_key), std::move(all));
 }
 
 // Gives the entry that a body describes the keys that its path names.
@@ -88,12 +98,16 @@ Document read_body(const Models& models, const PathBody& body, std::optional<Ope
   Document document = body.body.encoding == Encoding::kXml
                           ? read_xml(models, name, text, &place)
                           : read_json(models, name, text, OtherAnnotations::kPassedOver, &place);
-  DocumentNode* list_holder = operation ? holder_of_list(models, document, place) : nullptr;
+  const bool replaces = operation == Operation::kReplace;
+  DocumentNode* list_holder = replaces ? holder_of_list(models, document, place) : nullptr;
   if (list_holder != nullptr) list_holder->operation = operation;
+  const bool replaces_values = replaces && place.target.kind == NodeKind::kLeafList;
   for (DocumentNode& node : bodies(document, place)) {
     add_keys(document, place, node);
-    if (!node.operation && list_holder == nullptr) node.operation = operation;
+    const bool is_told = list_holder != nullptr || replaces_values;
+    if (!node.operation && !is_told) node.operation = operation;
   }
+  if (replaces_values) remove_other_values(document, place);
   return document;
 }
 
