@@ -69,7 +69,8 @@ void make_host_global() {
 
 // A plain file name is one in the current folder, not one that the loader searches for.
 std::string path_of(const std::string& file) {
-  return std::filesystem::exists(file) ? std::filesystem::absolute(file).string() : file;
+  std::error_code error;
+  return std::filesystem::exists(file, error) ? std::filesystem::absolute(file).string() : file;
 }
 
 [[noreturn]] void fail(const std::string& file, const std::string& reason) {
