@@ -16,6 +16,12 @@ const DeviceDirectory* active_directory = nullptr;
 // Any number but 0; the interface manager's services look at nothing else.
 constexpr imc_connid kSiblingConnection = 1;
 
+void activate(const DeviceDirectory* directory) {
+  active_directory = directory;
+  const bool is_reachable = directory != nullptr && !directory->device().interface_manager_absent;
+  yfw_ocifmgr_im_conn = is_reachable ? kSiblingConnection : 0;
+}
+
 }  // namespace
 
 std::string internal_name(std::string_view name) {
@@ -107,15 +113,11 @@ const std::string* DeviceDirectory::node_name(nodeid_t node) const {
 
 const DeviceDirectory* DeviceDirectory::active() { return active_directory; }
 
-ActiveDevice::ActiveDevice(const DeviceDirectory& directory) {
-  active_directory = &directory;
-  yfw_ocifmgr_im_conn = directory.device().interface_manager_absent ? 0 : kSiblingConnection;
+ActiveDevice::ActiveDevice(const DeviceDirectory& directory) : former_(active_directory) {
+  activate(&directory);
 }
 
-ActiveDevice::~ActiveDevice() {
-  active_directory = nullptr;
-  yfw_ocifmgr_im_conn = 0;
-}
+ActiveDevice::~ActiveDevice() { activate(former_); }
 
 }  // namespace ocifip
 

@@ -75,13 +75,16 @@ class DeviceDirectory {
   std::unordered_map<std::string, std::uint32_t> handles_;
 };
 
-// Lets the services answer from a directory for as long as it lives. One at a time.
+// Lets the services answer from a directory for as long as it lives: the one made last.
 class ActiveDevice {
  public:
   explicit ActiveDevice(const DeviceDirectory& directory);
   ~ActiveDevice();
   ActiveDevice(const ActiveDevice&) = delete;
   ActiveDevice& operator=(const ActiveDevice&) = delete;
+
+ private:
+  const DeviceDirectory* former_;
 };
 
 }  // namespace ocifip

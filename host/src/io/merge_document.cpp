@@ -75,6 +75,15 @@ void merge_document(Document& target, Document addition) {
   Merger(true).merge(target.roots, std::move(addition.roots));
 }
 
+Document merged(std::vector<Document> documents) {
+  for (std::size_t step = 1; step < documents.size(); step *= 2) {
+    for (std::size_t at = 0; at + step < documents.size(); at += 2 * step) {
+      merge_document(documents[at], std::move(documents[at + step]));
+    }
+  }
+  return documents.empty() ? Document() : std::move(documents.front());
+}
+
 void merge_edit(Document& target, Document addition) {
   Merger(false).merge(target.roots, std::move(addition.roots));
 }

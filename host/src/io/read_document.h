@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "io/document.h"
 #include "io/models.h"
@@ -43,7 +44,10 @@ Document read_body(const Models& models, const PathBody& body,
 // one of them deletes and the other does not.
 void merge_document(Document& target, Document addition);
 
-// The same for the parts of one edit. Throws InputError for two values of one leaf, too.
+// The documents as one, joined in pairs: the time grows with their size, and not with its square.
+Document merged(std::vector<Document> documents);
+
+// Joins the parts of one edit. Throws InputError for two values of one leaf, too.
 void merge_edit(Document& target, Document addition);
 
 }  // namespace ocifip

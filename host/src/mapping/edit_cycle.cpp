@@ -15,13 +15,15 @@
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
 #include "mapping/unaffected.h"
+#include "mapping/virtual_addresses.h"
 #include "result_codes.h"
 #include "tree/output_document.h"
 
 namespace ocifip {
 namespace {
 
-// Subtrees that are read at once: the reads of a whole interface are long.
+// Subtrees that are read at once, which bounds the memory for them: a whole interface has a hundred
+// leaves to be asked for.
 constexpr std::size_t kMostAtOnce = 1000;
 
 constexpr const char* kNothingMapped = "nothing of it is configuration that is mapped";
@@ -111,15 +113,19 @@ void forget_queries(std::vector<DocumentNode>& queries, const std::vector<Docume
 // Reads of subtrees that can be made together: what is around one of them, and stays, is no part of
 // another.
 struct HeldReads {
-  Document held;
-  Document way;
-  std::size_t count = 0;
+  std::vector<Document> held;
+  std::vector<Document> way;
 };
 
 // Of the node at the end of a path of single nodes.
 std::size_t depth_of(const DocumentNode& path) {
   const bool is_end = path.children.empty() || is_key(path.children.back());
   return is_end ? 1 : 1 + depth_of(path.children.back());
+}
+
+// Entries alone have no value by default, which would be shown when they are gone.
+bool is_deleted_entry(const Subtree& subtree) {
+  return subtree.is_deleted && subtree.is_entry && subtree.is_read_back;
 }
 
 Refusal missing(const Subtree& subtree) {
@@ -132,11 +138,16 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
                           const RequestSettings& settings) {
   const Operation inherited =
       operation == DefaultOperation::kNone ? Operation::kNone : Operation::kWrite;
-  subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
-  if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
   MappedEdit mapped;
   try {
-    if (purpose == Purpose::kDevice) drop_absent(edit.roots, mapped.outcome.refusal);
+    if (purpose != Purpose::kCalls && inherited == Operation::kWrite) {
+      settle_virtual_addresses(edit, [&](Document read) {
+        return reads_.expand(read) ? reads_.answer(read) : Document();
+      });
+    }
+    subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
+    if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
+    if (purpose == Purpose::kDevice) drop_absent(edit.roots, inherited, mapped.outcome.refusal);
     const std::vector<EditPart> parts = parts_of(std::move(edit), operation);
     for (const EditPart& part : parts) {
       if (!mapped.outcome.refusal) map_part(part, inherited, settings, mapped);
@@ -205,7 +216,8 @@ void EditCycle::complete(MappedEdit& mapped) {
 void EditCycle::remove_held(MappedEdit& mapped) {
   std::map<std::size_t, HeldReads> reads;  // by the depth of the entries around the subtrees
   const auto remove_part = [&](HeldReads& part) {
-    const bool removes = remove(part.held, part.way, mapped.native);
+    const bool removes =
+        remove(merged(std::move(part.held)), merged(std::move(part.way)), mapped.native);
     mapped.has_effect = mapped.has_effect || removes;
     part = {};
   };
@@ -215,9 +227,9 @@ void EditCycle::remove_held(MappedEdit& mapped) {
     HeldReads& part = reads[subtree.way ? depth_of(*subtree.way) : 0];
     Document read = read_of(*subtree.held);
     reads_.expand(read);
-    merge_document(part.held, std::move(read));
-    if (subtree.way) merge_document(part.way, read_of(*subtree.way));
-    if (++part.count == kMostAtOnce) remove_part(part);
+    part.held.push_back(std::move(read));
+    if (subtree.way) part.way.push_back(read_of(*subtree.way));
+    if (part.held.size() == kMostAtOnce) remove_part(part);
   }
   for (auto& [depth, part] : reads) remove_part(part);
 }
@@ -256,6 +268,25 @@ std::optional<Refusal> EditCycle::find_missing() {
   return std::nullopt;
 }
 
+bool EditCycle::deletes_entries() const {
+  return std::any_of(subtrees_.begin(), subtrees_.end(), is_deleted_entry);
+}
+
+std::optional<Refusal> EditCycle::find_left(const ConfigurationReads& reads) const {
+  std::vector<Document> parts;
+  for (const Subtree& subtree : subtrees_) {
+    if (is_deleted_entry(subtree)) reads.expand(parts.emplace_back(read_of(subtree.all)));
+  }
+  const Document left = reads.answer(merged(std::move(parts)));
+  for (const Subtree& subtree : subtrees_) {
+    if (is_deleted_entry(subtree) && has(subtree.all, left.roots)) {
+      return Refusal{kUnsupported, subtree.tag, subtree.path,
+                     "the device shows it all the same after the edit"};
+    }
+  }
+  return std::nullopt;
+}
+
 bool EditCycle::is_on_device(const Subtree& subtree) {
   if (subtree.is_subinterface) return device_.knows(subtree.interface);
   return subtree.is_read_back ? is_shown(subtree, subtree.all) : holds(subtree);
@@ -273,9 +304,10 @@ bool EditCycle::is_shown(const Subtree& subtree, const DocumentNode& asked) {
          has(read->children.back(), known->second->children);
 }
 
-// Takes out of an edit what it removes from entries that are not there: the mapping would make the
-// entries. A delete there is the refusal. Returns whether something was taken out.
-bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal) {
+// Takes out of an edit what it removes from entries that are not there. A delete there is the
+// refusal. Returns whether something was taken out.
+bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, Operation inherited,
+                            std::optional<Refusal>& refusal) {
   const std::size_t count = nodes.size();
   bool is_changed = false;
   std::erase_if(nodes, [&](DocumentNode& node) {
@@ -284,9 +316,13 @@ bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refu
       if (subtree->must_be_there && !refusal) refusal = missing(*subtree);
       return true;
     }
-    if (!drop_absent(node.children, refusal)) return false;
+    const Operation operation = node.operation.value_or(inherited);
+    if (!drop_absent(node.children, operation, refusal)) return false;
     is_changed = true;
-    return !node.operation && has_only_keys(node);
+    // An address without a prefix length would be of no use.
+    const bool is_made = node.kind == NodeKind::kList && !is_walked_entry(node) &&
+                         !is_named(node, kIpModule, "address") && operation == Operation::kWrite;
+    return !is_made && !node.operation && has_only_keys(node);
   });
   return is_changed || nodes.size() != count;
 }
@@ -302,10 +338,10 @@ bool EditCycle::holds(const Subtree& subtree) const {
 
 // Reads all that is deleted at once.
 void EditCycle::read_deleted() {
-  Document read;
+  std::vector<Document> reads;
   const auto add = [&](const DocumentNode& asked) {
     Document all = read_of(asked);
-    if (reads_.expand(all)) merge_document(read, std::move(all));
+    if (reads_.expand(all)) reads.push_back(std::move(all));
   };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
@@ -313,7 +349,7 @@ void EditCycle::read_deleted() {
     if (subtree.must_be_there && !subtree.is_subinterface) add(subtree.all);
     if (subtree.entry) add(*subtree.entry);
   }
-  deleted_ = reads_.answer(read);
+  deleted_ = reads_.answer(merged(std::move(reads)));
   each_subinterface(deleted_->roots, nullptr,
                     [&](const std::string& name, const DocumentNode& entry) {
                       subinterfaces_.emplace(name, &entry);

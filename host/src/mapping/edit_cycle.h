@@ -66,6 +66,10 @@ class EditCycle {
   // The refusal of the first deletion of a single node that is not there, or of another one of
   // which the native edit has no trace. Both throw ReadRefused.
   [[nodiscard]] std::optional<Refusal> find_missing();
+  // The refusal of the first deletion of an entry that a device shows all the same, given reads of
+  // that: the device with the edit applied. Throws ReadRefused.
+  [[nodiscard]] std::optional<Refusal> find_left(const ConfigurationReads& reads) const;
+  [[nodiscard]] bool deletes_entries() const;
 
  private:
   void map_part(const EditPart& part, Operation operation, RequestSettings settings,
@@ -75,7 +79,8 @@ class EditCycle {
   void complete(MappedEdit& mapped);
   void remove_held(MappedEdit& mapped);
   bool remove(const Document& held, const Document& way, Document& edit) const;
-  bool drop_absent(std::vector<DocumentNode>& nodes, std::optional<Refusal>& refusal);
+  bool drop_absent(std::vector<DocumentNode>& nodes, Operation inherited,
+                   std::optional<Refusal>& refusal);
   [[nodiscard]] bool is_on_device(const Subtree& subtree);
   [[nodiscard]] bool is_shown(const Subtree& subtree, const DocumentNode& asked);
   [[nodiscard]] bool holds(const Subtree& subtree) const;

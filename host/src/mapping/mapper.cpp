@@ -45,19 +45,13 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
   if (!applied.outcome.refusal) {
     applied.outcome.refusal = cycle.find_missing();
   }
-  if (applied.outcome.refusal) {
-    applied.outcome.notes.clear();
-    return;
-  }
+  if (applied.outcome.refusal) return;
   EditedNative edited =
       edit_native(models, native, edit.native, [&](const void* cause, const Refusal& refusal) {
         return cycle.judge_missing(cause, refusal);
       });
   applied.outcome.refusal = std::move(edited.refusal);
-  if (applied.outcome.refusal) {
-    applied.outcome.notes.clear();
-    return;
-  }
+  if (applied.outcome.refusal) return;
   const Document changes = difference(native, edited.native);
   print_applied(native, changes, format, applied.outcome);
   if (changes.roots.empty()) {
@@ -128,6 +122,15 @@ void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
   }
 }
 
+// The operation of the nodes that bodies are of, where it is not that of all the edit. A replace by
+// default is theirs, and not one of the nodes around them; what a document says by default is the
+// document's alone.
+std::optional<Operation> body_operation(const EditRequest& request, const Document& document) {
+  if (request.operation == DefaultOperation::kReplace) return Operation::kReplace;
+  const bool is_apart = !request.operation && document.operation == Operation::kNone;
+  return is_apart ? std::optional(Operation::kWrite) : std::nullopt;
+}
+
 // Whether a read names a leaf, keys that choose an entry aside.
 bool asks_for_a_leaf(const DocumentNode& node) {
   return std::any_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
@@ -151,8 +154,7 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
     : models_(models),
       device_(device),
       plugin_(plugin),
-      trace_(options.trace),
-      rules_(options),
+      options_(options),
       paths_(models),
       framework_{models, paths_, plugin.augments, options.progress},
       probes_(models),
@@ -166,11 +168,12 @@ void Mapper::begin(const char* stage) const {
 
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
                             EditCycle& cycle) {
-  InputChecks checks(models_, rules_);
+  InputChecks checks(models_, InputRules(options_));
   Document edit = read_edit(request, checks);
   const DefaultOperation operation = default_operation(request, edit);
-  MappedEdit mapped = cycle.map(std::move(edit), operation, purpose,
-                                {.record_calls = format == Format::kCalls, .trace = trace_});
+  MappedEdit mapped =
+      cycle.map(std::move(edit), operation, purpose,
+                {.record_calls = format == Format::kCalls, .trace = options_.trace});
   if (!mapped.outcome.refusal) {
     const auto notes = checks.notes();
     mapped.outcome.notes.insert(mapped.outcome.notes.begin(), notes.begin(), notes.end());
@@ -209,11 +212,29 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
   Applied applied;
   try {
     apply_edit(models_, native, edit, cycle, format, applied);
+    if (!applied.outcome.refusal && cycle.deletes_entries()) {
+      applied.outcome.refusal =
+          applied.native ? find_left(cycle, *applied.native) : cycle.find_left(reads_);
+    }
   } catch (ReadRefused& refused) {
     applied.outcome.refusal = std::move(refused.refusal);
+  }
+  if (applied.outcome.refusal) {
     applied.outcome.notes.clear();
+    if (format != Format::kCalls) applied.outcome.text.clear();
+    applied.native.reset();
   }
   return applied;
+}
+
+// The refusal of a deletion of what a device with another configuration shows.
+std::optional<Refusal> Mapper::find_left(const EditCycle& cycle, const Document& native) const {
+  Device device = device_.device();
+  device.native = native;
+  const DeviceDirectory edited(std::move(device));
+  const ActiveDevice active(edited);
+  const Mapper reader(models_, edited, plugin_, options_);
+  return cycle.find_left(reader.reads_);
 }
 
 // What reads ask of the native data that the host makes on its own account, which are neither
@@ -261,7 +282,7 @@ void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) 
               {.request_op = request_op(query.content),
                .is_query = true,
                .record_calls = format == Format::kCalls,
-               .trace = trace_});
+               .trace = options_.trace});
   for (const std::string& note : query.notes) {
     run.note(note);
   }
@@ -311,7 +332,7 @@ void Mapper::answer(const Query& query, Document queries, Format format, Outcome
   Request run(framework_, input,
               {.request_op = request_op(query.content),
                .record_calls = format == Format::kCalls,
-               .trace = trace_});
+               .trace = options_.trace});
   enter_subinterfaces(run, concerned(query.expanded));
   Outcome reply = outcome_of(run, read_back(run, plugin_.read_back));
   outcome.refusal = std::move(reply.refusal);
@@ -361,12 +382,12 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
   Document document = read_document(models_, request.data);
   check_is_data(document);
-  check_native_data(models_, document, plugin_.read_back, rules_);
+  check_native_data(models_, document, plugin_.read_back, InputRules(options_));
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(request.content),
                .record_calls = format == Format::kCalls,
-               .trace = trace_});
+               .trace = options_.trace});
   // Those of summaries: no other native data is arranged by them.
   enter_subinterfaces(run, subinterfaces_in(document.roots));
   return finish(run, read_back(run, plugin_.read_back), format,
@@ -380,14 +401,17 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
     checks.check_edit(deletion);
     merge_edit(edit, std::move(deletion));
   }
-  read_bodies(request, checks, edit);
+  Document document;
   if (request.document) {
-    Document document = read_document(models_, *request.document);
+    document = read_document(models_, *request.document);
     check_is_edit(document);
     checks.check_edit(document);
     if (default_operation(request, document) == DefaultOperation::kReplace) {
       replace_subinterfaces(document.roots);
     }
+  }
+  read_bodies(request, body_operation(request, document), checks, edit);
+  if (request.document) {
     edit.name = document.name;
     edit.operation = document.operation;
     merge_edit(edit, std::move(document));
@@ -395,10 +419,8 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
   return edit;
 }
 
-// A replace by default is one of the node that a body is of, and not of those around it.
-void Mapper::read_bodies(const EditRequest& request, InputChecks& checks, Document& edit) const {
-  const bool replaces = request.operation == DefaultOperation::kReplace;
-  const auto operation = replaces ? std::optional(Operation::kReplace) : std::nullopt;
+void Mapper::read_bodies(const EditRequest& request, std::optional<Operation> operation,
+                         InputChecks& checks, Document& edit) const {
   for (const PathBody& body : request.bodies) {
     Document document = read_body(models_, body, operation);
     checks.check_edit(document);
@@ -426,7 +448,7 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
   }
   QueryExpansion expansion(models_, query.content, device_.interface_names(),
                            [this](SchemaPath path) { return is_refused(path); });
-  InputChecks checks(models_, rules_);
+  InputChecks checks(models_, InputRules(options_));
   for (Document& part : parts) {
     checks.check_query(part);
   }

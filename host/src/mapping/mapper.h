@@ -58,7 +58,8 @@ class Mapper {
                       EditCycle& cycle);
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
-  void read_bodies(const EditRequest& request, InputChecks& checks, Document& edit) const;
+  void read_bodies(const EditRequest& request, std::optional<Operation> operation,
+                   InputChecks& checks, Document& edit) const;
   [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
@@ -66,6 +67,8 @@ class Mapper {
   Document native_queries(const Document& expanded, Content content);
   [[nodiscard]] Document device_data(const Document& queries, Content content) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;
+  [[nodiscard]] std::optional<Refusal> find_left(const EditCycle& cycle,
+                                                 const Document& native) const;
   bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
@@ -73,8 +76,7 @@ class Mapper {
   const Models& models_;
   const DeviceDirectory& device_;
   const PluginEntries& plugin_;
-  bool trace_;
-  InputRules rules_;
+  HostOptions options_;
   PathCache paths_;
   Framework framework_;
   Probes probes_;

@@ -46,9 +46,13 @@ DocumentNode& last_of(DocumentNode& read, std::size_t length) {
 const char* reason_to_stay(const Path& path) {
   const DocumentNode& node = *path.back();
   if (Models::is_state(node.schema)) return "state cannot be deleted";
-  const bool is_of_address =
-      path.size() > 2 && is_leaf(node) && is_named(*path[path.size() - 3], kIpModule, "address");
-  return is_of_address ? "an address is deleted as a whole, by its entry" : nullptr;
+  if (path.size() < 3 || !is_leaf(node)) return nullptr;
+  const DocumentNode& entry = *path[path.size() - 3];
+  if (is_named(entry, kIpModule, "address"))
+    return "an address is deleted as a whole, by its entry";
+  const bool is_key_of_entry = entry.module == kIpModule && entry.kind == NodeKind::kList &&
+                               find_key(entry, node.tag) != nullptr;
+  return is_key_of_entry ? "it names its entry, which is deleted as a whole" : nullptr;
 }
 
 class SubtreeSearch {
@@ -74,7 +78,8 @@ class SubtreeSearch {
       add(node);
       take_deletions(node);
     } else {
-      if (operation == Operation::kNone && is_entry_of_subinterface(node)) add_passed(node);
+      const bool is_entry = is_entry_of_subinterface(node) || is_subinterface(node);
+      if (operation == Operation::kNone && is_entry) add_passed(node);
       for (DocumentNode& child : node.children) visit(child, operation);
     }
     path_.pop_back();
@@ -136,7 +141,8 @@ class SubtreeSearch {
     subtree.is_deleted = is_deleted(node);
     subtree.must_be_there = node.operation == Operation::kDelete;
     subtree.undeletable = subtree.is_deleted ? reason_to_stay(path_) : nullptr;
-    subtree.is_single = is_leaf(node) || is_entry_of_subinterface(node);
+    subtree.is_entry = is_entry_of_subinterface(node);
+    subtree.is_single = is_leaf(node) || subtree.is_entry;
     subtree.is_subinterface = is_subinterface(node);
     subtree.interface = interface_name();
     subtree.all = read_of(path_, path_.size());
