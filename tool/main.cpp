@@ -89,7 +89,10 @@ Status run(const CommandLine& line, const CoverageCommand&) {
 Status run(const CommandLine& line, const DeviceCommand& command) {
   using Action = DeviceCommand::Action;
   if (command.action == Action::kCheck) {
-    with_host(line, [](Host&) { return kDone; });
+    with_host(line, [](const Host& host) {
+      host.check_device();
+      return kDone;
+    });
     write_output(*line.host.device + ": is a sound device file\n");
   } else {
     write_output(command.action == Action::kShowSchema ? device_schema() : example_device_file());

@@ -41,9 +41,10 @@ class Host::Impl {
         plugin_(options.plugin),
         mapper_(models_, device_, plugin_.entries(), options) {
     check_models(models_, options.models);
-    check_native(models_, device_.device());
     check_items(device_);
   }
+
+  void check_device() const { check_native(models_, device_.device().native); }
 
   Mapper& mapper() { return mapper_; }
 
@@ -95,6 +96,8 @@ void Host::Impl::save(const Document& native) {
 Host::Host(const HostOptions& options) : impl_(std::make_unique<Impl>(options)) {}
 
 Host::~Host() = default;
+
+void Host::check_device() const { impl_->check_device(); }
 
 Outcome Host::edit(const EditRequest& request, Format format) {
   return impl_->mapper().edit(request, format);

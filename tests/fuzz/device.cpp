@@ -7,7 +7,7 @@ namespace {
 void run(const std::string& text) {
   using namespace ocifip;
   const DeviceDirectory directory(read_device(faults::models(), "device", text));
-  check_native(faults::models(), directory.device());
+  check_native(faults::models(), directory.device().native);
   check_items(directory);
   with_native("device", text, "{}");
   Mapper mapper(faults::models(), directory, fuzz::session().entries, {});

@@ -138,11 +138,15 @@ struct Coverage {
 
 class Host {
  public:
-  // Loads the models, the device and the plug-in. Throws LoadError or InputError.
+  // Loads the models, the device and the plug-in. Throws LoadError or InputError. The native
+  // configuration of the device is held against the models when a request first concerns it.
   explicit Host(const HostOptions& options);
   ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
+
+  // Throws InputError unless the models accept all of the device's native configuration.
+  void check_device() const;
 
   // An OpenConfig edit becomes a native edit. Throws InputError.
   Outcome edit(const EditRequest& request, Format format);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "device/native_part.h"
 #include "io/check_data.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
@@ -241,6 +242,15 @@ bool NativeEditor::change_inner(Level& level, const DocumentNode& edit, Document
   return true;
 }
 
+// Finds a fault in what an edit touches.
+std::optional<DataFault> check_part(const Models& models, const Document& native,
+                                    const Document& edit) {
+  if (has_far_constraints(models, native)) return check_data(models, native);
+  InterfaceNames touched;
+  add_mentioned(edit.roots, touched);
+  return check_data(models, part_of(native, touched));
+}
+
 Refusal invalid(const DataFault& fault) {
   return {kInvalidData, fault.tag, fault.path, fault.reason};
 }
@@ -258,7 +268,7 @@ EditedNative edit_native(const Models& models, const Document& native, const Doc
   NativeEditor editor;
   result.refusal = editor.edit(result.native.roots, edit.roots, judge_missing);
   if (!result.refusal) {
-    const auto fault = check_data(models, result.native);
+    const auto fault = check_part(models, result.native, edit);
     if (fault) result.refusal = invalid(*fault);
   }
   if (result.refusal) result.native = {};

@@ -41,6 +41,10 @@ void each_native(const std::vector<DocumentNode>& nodes, std::string_view module
   step(step, nodes, path.begin());
 }
 
+bool names_interface(const DocumentNode& leaf) {
+  return leaf.tag == "interface-name" || leaf.tag == "interface";
+}
+
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag) {
   const DocumentNode* found = find_native(node.children, module, tag);
   return found == nullptr || !found->value ? "" : *found->value;

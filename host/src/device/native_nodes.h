@@ -29,6 +29,9 @@ using NativeVisitor = std::function<void(const DocumentNode&)>;
 void each_native(const std::vector<DocumentNode>& nodes, std::string_view module,
                  std::initializer_list<std::string_view> path, const NativeVisitor& visit);
 
+// Whether a leaf has the name of an interface or subinterface, by its own name.
+bool names_interface(const DocumentNode& leaf);
+
 // The value of a leaf below a node; "" without the leaf or its value.
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag);
 

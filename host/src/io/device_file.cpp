@@ -12,7 +12,6 @@
 #include "io/check_data.h"
 #include "io/device_json.h"
 #include "io/document_nodes.h"
-#include "io/read_json.h"
 #include "io/text.h"
 #include "ocifip/device.h"
 
@@ -250,7 +249,7 @@ std::string native_name_fault(const std::string& name) {
 
 Device read_device(const Models& models, const std::string& name, const std::string& text) {
   check_text(name, text);
-  const DeviceJson json(name, text);
+  DeviceJson json = read_device_json(models, name, text);
   const Field top(name, "", json.fields);
   top.object({"node", "interfaces", "native", "sysdb", "faults"});
 
@@ -259,12 +258,9 @@ Device read_device(const Models& models, const std::string& name, const std::str
     if (!node.is_null()) device.node = node.name();
   });
   top.with("interfaces", [&](const Field& list) { device.interfaces = interfaces_of(list); });
-  device.native.name = name + ": native";
-  top.with("native", [&](const Field& native) {
-    native.object({});
-    device.native = read_json(models, device.native.name, json.native, OtherAnnotations::kRefused);
-    check_native_names(device.native.name, device.native.roots);
-  });
+  top.with("native", [](const Field& native) { native.object({}); });
+  device.native = std::move(json.native);
+  check_native_names(device.native.name, device.native.roots);
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   top.with("faults", [&](const Field& faults) {
     faults.object({"sysdb", "interface-manager", "node"});
@@ -275,10 +271,10 @@ Device read_device(const Models& models, const std::string& name, const std::str
   return device;
 }
 
-void check_native(const Models& models, const Device& device) {
-  if (const auto fault = check_data(models, device.native)) {
+void check_native(const Models& models, const Document& native) {
+  if (const auto fault = check_data(models, native)) {
     const std::string place = fault->path.empty() ? "" : ", at " + fault->path;
-    throw input_error(device.native.name, fault->line, fault->reason + place);
+    throw input_error(native.name, fault->line, fault->reason + place);
   }
 }
 

@@ -61,9 +61,9 @@ struct Device {
 // `device.json: interfaces[1].ipv4.primary: "10.0.0.1" has no prefix length`.
 Device read_device(const Models& models, const std::string& name, const std::string& text);
 
-// Throws InputError unless the models accept the device's native configuration:
+// Throws InputError unless the models accept a native configuration, or a part of one:
 // `device.json: native:12: no model has this node, at /a/b`.
-void check_native(const Models& models, const Device& device);
+void check_native(const Models& models, const Document& native);
 
 // The device that the tool uses when none is given, of example_device_file().
 Device example_device(const Models& models);

@@ -3,9 +3,12 @@
 #define OCIFIP_HOST_IO_JSON_SOURCE_H_
 
 #include <cstddef>
+#include <cstdint>
+#include <exception>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ocifip {
 
@@ -55,6 +58,32 @@ class JsonSource {
   const char* last_;
   const char* counted_;  // lines are counted up to here
   int line_ = 1;
+};
+
+// What takes a parser's events: its functions are those that nlohmann-json's parser calls, and
+// return whether it is to go on. Texts may be moved out of.
+class JsonEvents {
+ public:
+  JsonEvents() = default;
+  JsonEvents(const JsonEvents&) = delete;
+  JsonEvents& operator=(const JsonEvents&) = delete;
+  virtual ~JsonEvents() = default;
+
+  virtual bool null() = 0;
+  virtual bool boolean(bool value) = 0;
+  // A negative number, or zero that was written "-0".
+  virtual bool number_integer(std::int64_t value) = 0;
+  virtual bool number_unsigned(std::uint64_t value) = 0;
+  virtual bool number_float(double value, const std::string& text) = 0;
+  virtual bool string(std::string& text) = 0;
+  virtual bool start_object(std::size_t size) = 0;
+  virtual bool key(std::string& name) = 0;
+  virtual bool end_object() = 0;
+  virtual bool start_array(std::size_t size) = 0;
+  virtual bool end_array() = 0;
+  virtual bool parse_error(std::size_t at, const std::string& token,
+                           const std::exception& exception) = 0;
+  static bool binary(const std::vector<std::uint8_t>& /*bytes*/) { return false; }  // text has none
 };
 
 // The reason in a message of the parser's exceptions, for a user.

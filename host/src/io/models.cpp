@@ -120,6 +120,18 @@ bool imports(const lys_module* module, const lys_module* other) {
   return false;
 }
 
+const lysc_type* type_of(const lysc_node* leaf) {
+  return leaf->nodetype == LYS_LEAF ? reinterpret_cast<const lysc_node_leaf*>(leaf)->type
+                                    : reinterpret_cast<const lysc_node_leaflist*>(leaf)->type;
+}
+
+bool has_references(const lysc_type* type) {
+  if (type->basetype == LY_TYPE_LEAFREF || type->basetype == LY_TYPE_INST) return true;
+  if (type->basetype != LY_TYPE_UNION) return false;
+  lysc_type* const* members = reinterpret_cast<const lysc_type_union*>(type)->types;
+  return std::any_of(members, members + LY_ARRAY_COUNT(members), has_references);
+}
+
 std::string first_reason(const ly_ctx* context) {
   const auto* item = first_error(context);
   if (item == nullptr) return "unknown reason";
@@ -329,6 +341,27 @@ bool Models::is_plain_container(const lysc_node* node) {
 
 bool Models::names_by_ipv6(const lysc_node* node) {
   return node != nullptr && index_of(node).names_by_ipv6;
+}
+
+bool Models::has_far_constraints(const lysc_node* node) const {
+  const auto is_conditional = [](const lysc_node* each) {
+    return lysc_node_musts(each) != nullptr || lysc_node_when(each) != nullptr;
+  };
+  if (is_conditional(node)) return true;
+  // Choices and cases are no data nodes, but have conditions.
+  for (const auto* above = node->parent;
+       above != nullptr && (above->nodetype & (LYS_CHOICE | LYS_CASE)) != 0;
+       above = above->parent) {
+    if (is_conditional(above)) return true;
+  }
+  if (node->nodetype == LYS_LIST) {
+    const auto* list = reinterpret_cast<const lysc_node_list*>(node);
+    if (list->uniques != nullptr || list->min != 0 || list->max != UINT32_MAX) return true;
+  }
+  if (is_leaf(node) && has_references(type_of(node))) return true;
+  const auto& below = impl_->index(node).children;
+  return std::any_of(below.begin(), below.end(),
+                     [this](const lysc_node* child) { return has_far_constraints(child); });
 }
 
 bool Models::is_empty_leaf(const lysc_node* node) {

@@ -64,6 +64,9 @@ class Models {
   [[nodiscard]] static bool is_empty_leaf(const lysc_node* node);  // of type empty
   // A key, or a leaf-list, whose type has IPv6 addresses as its values. False for null.
   [[nodiscard]] static bool names_by_ipv6(const lysc_node* node);
+  // Whether the data of a node, or below it, may be wrong for what stands elsewhere: by references,
+  // conditions, unique values or numbers of entries.
+  [[nodiscard]] bool has_far_constraints(const lysc_node* node) const;
   // A container without presence, which says nothing by being there.
   [[nodiscard]] static bool is_plain_container(const lysc_node* node);
 

@@ -44,8 +44,7 @@ struct Scope {
   std::vector<Metadata> metadata{};  // kNode: of its members, until all of them are there
 };
 
-// Takes the parser's events: the functions from null to parse_error are those that it calls.
-class JsonReader {
+class JsonReader : public DocumentEvents {
  public:
   JsonReader(const Models& models, const std::string& name, JsonSource& source,
              OtherAnnotations annotations, const BodyPlace* place)
@@ -57,27 +56,25 @@ class JsonReader {
     if (place_ != nullptr) place_->open_way(builder_);
   }
 
-  bool null() { return scalar(std::nullopt); }
-  bool boolean(bool value) { return scalar(value ? "true" : "false"); }
-  // Zero arrives here only when it was written "-0".
-  bool number_integer(std::int64_t value) {
+  bool null() override { return scalar(std::nullopt); }
+  bool boolean(bool value) override { return scalar(value ? "true" : "false"); }
+  bool number_integer(std::int64_t value) override {
     return scalar(value == 0 ? "-0" : std::to_string(value));
   }
-  bool number_unsigned(std::uint64_t value) { return scalar(std::to_string(value)); }
-  bool number_float(double /*value*/, const std::string& text) { return scalar(text); }
-  bool string(std::string& text) { return scalar(std::move(check_string(text))); }
-  bool binary(nlohmann::json::binary_t& /*bytes*/) { return false; }  // JSON text has none
-  bool start_object(std::size_t /*unknown*/);
-  bool key(std::string& member);
-  bool end_object();
-  bool start_array(std::size_t /*unknown*/);
-  bool end_array();
+  bool number_unsigned(std::uint64_t value) override { return scalar(std::to_string(value)); }
+  bool number_float(double /*value*/, const std::string& text) override { return scalar(text); }
+  bool string(std::string& text) override { return scalar(std::move(check_string(text))); }
+  bool start_object(std::size_t /*size*/) override;
+  bool key(std::string& name) override;
+  bool end_object() override;
+  bool start_array(std::size_t /*size*/) override;
+  bool end_array() override;
   bool parse_error(std::size_t /*at*/, const std::string& /*token*/,
-                   const std::exception& exception) {
+                   const std::exception& exception) override {
     fail(json_reason(exception.what()));
   }
 
-  Document finish() {
+  Document finish() override {
     while (!builder_.at_top()) builder_.close();
     return builder_.finish();
   }
@@ -123,8 +120,8 @@ std::string& JsonReader::check_string(std::string& text) {
   return text;
 }
 
-bool JsonReader::key(std::string& member) {
-  member_ = std::move(check_string(member));
+bool JsonReader::key(std::string& name) {
+  member_ = std::move(check_string(name));
   member_line_ = source_.line();
   return true;
 }
@@ -203,7 +200,7 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
   }
 }
 
-bool JsonReader::start_object(std::size_t /*unknown*/) {
+bool JsonReader::start_object(std::size_t /*size*/) {
   if (scopes_.empty()) {
     if (place_ != nullptr) begin_body_object();
     begin(ScopeKind::kNode);
@@ -276,7 +273,7 @@ bool JsonReader::end_object() {
   return true;
 }
 
-bool JsonReader::start_array(std::size_t /*unknown*/) {
+bool JsonReader::start_array(std::size_t /*size*/) {
   if (scopes_.empty()) {
     begin_body_array();
     return true;
@@ -359,6 +356,11 @@ void JsonReader::apply(const std::vector<Metadata>& all) {
 }
 
 }  // namespace
+
+std::unique_ptr<DocumentEvents> json_document(const Models& models, const std::string& name,
+                                              JsonSource& source, OtherAnnotations annotations) {
+  return std::make_unique<JsonReader>(models, name, source, annotations, nullptr);
+}
 
 Document read_json(const Models& models, const std::string& name, std::string_view text,
                    OtherAnnotations annotations, const BodyPlace* place) {

@@ -2,17 +2,30 @@
 #ifndef OCIFIP_HOST_IO_READ_JSON_H_
 #define OCIFIP_HOST_IO_READ_JSON_H_
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "io/body_place.h"
 #include "io/document.h"
+#include "io/json_source.h"
 #include "io/models.h"
 
 namespace ocifip {
 
 // What becomes of annotations that are no operations.
 enum class OtherAnnotations { kPassedOver, kRefused };
+
+// Becomes a document by the events of its text.
+class DocumentEvents : public JsonEvents {
+ public:
+  // The document, after the last event. Like events, throws InputError.
+  virtual Document finish() = 0;
+};
+
+// A document within a text that the source reads; the models and the source outlive it.
+std::unique_ptr<DocumentEvents> json_document(const Models& models, const std::string& name,
+                                              JsonSource& source, OtherAnnotations annotations);
 
 // Reads a text that has been checked (check_text): a document or, with a place, what belongs there.
 // Throws InputError.

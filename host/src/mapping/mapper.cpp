@@ -158,6 +158,7 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       paths_(models),
       framework_{models, paths_, plugin.augments, options.progress},
       probes_(models),
+      device_check_(models, device),
       reads_(configuration_reads()) {}
 
 void Mapper::begin(const char* stage) const {
@@ -170,6 +171,7 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
                             EditCycle& cycle) {
   InputChecks checks(models_, InputRules(options_));
   Document edit = read_edit(request, checks);
+  device_check_.check(edit);
   const DefaultOperation operation = default_operation(request, edit);
   MappedEdit mapped =
       cycle.map(std::move(edit), operation, purpose,
@@ -383,6 +385,7 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
   Document document = read_document(models_, request.data);
   check_is_data(document);
   check_native_data(models_, document, plugin_.read_back, InputRules(options_));
+  device_check_.check(document);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(request.content),
@@ -463,6 +466,7 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
     merge_document(query.families, std::move(families));
   }
   put_whole_lists_first(query.expanded.roots);
+  device_check_.check(query.asked);
   return query;
 }
 

@@ -11,6 +11,7 @@
 #include "device/device_directory.h"
 #include "device/subinterface_name.h"
 #include "io/models.h"
+#include "mapping/device_check.h"
 #include "mapping/edit_cycle.h"
 #include "mapping/input_checks.h"
 #include "mapping/plugin.h"
@@ -80,6 +81,7 @@ class Mapper {
   PathCache paths_;
   Framework framework_;
   Probes probes_;
+  DeviceCheck device_check_;
   std::unordered_map<const lysc_node*, bool> refused_;  // leaves, as far as they were probed
   ConfigurationReads reads_;
 };

@@ -1,0 +1,31 @@
+// Holding the device's native configuration against the models, as far as requests concern it.
+#ifndef OCIFIP_HOST_MAPPING_DEVICE_CHECK_H_
+#define OCIFIP_HOST_MAPPING_DEVICE_CHECK_H_
+
+#include "device/device_directory.h"
+#include "device/native_part.h"
+#include "io/document.h"
+#include "io/models.h"
+
+namespace ocifip {
+
+class DeviceCheck {
+ public:
+  // Both outlive the check.
+  DeviceCheck(const Models& models, const DeviceDirectory& device)
+      : models_(models), device_(device) {}
+
+  // Throws InputError unless the models accept the configuration of every interface that a request
+  // may be about, and what is no interface's. What has been accepted is not looked at again.
+  void check(const Document& request);
+
+ private:
+  const Models& models_;
+  const DeviceDirectory& device_;
+  InterfaceNames accepted_;
+  bool is_all_accepted_ = false;
+};
+
+}  // namespace ocifip
+
+#endif  // OCIFIP_HOST_MAPPING_DEVICE_CHECK_H_
