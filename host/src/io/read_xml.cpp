@@ -71,6 +71,7 @@ class XmlReader {
     const EnvelopePart* part = nullptr;  // null for a node
     bool has_children = false;
     std::string text{};
+    std::vector<const EnvelopePart*> parts{};  // its children that are no nodes
   };
 
   static xmlSAXHandler make_handler();
@@ -82,7 +83,9 @@ class XmlReader {
   [[nodiscard]] const EnvelopePart* part_of(std::string_view tag,
                                             std::string_view module_namespace) const;
   void open_part(const EnvelopePart& part, std::span<const Attribute> attributes);
+  void add_part(Element& around, const EnvelopePart& part) const;
   void close_part(const Element& element);
+  void take_parameter(std::string_view tag, std::string_view text);
   void close();
   void make_parser();
   void feed(std::string_view text, bool is_last);
@@ -208,7 +211,6 @@ const EnvelopePart* XmlReader::part_of(std::string_view tag,
   }
   const EnvelopePart* around = open_.back().part;
   if (around == nullptr || around->role == EnvelopePart::Role::kHolder) return nullptr;
-  if (around->role == EnvelopePart::Role::kParameter) return around;
   const auto* part = find_part(tag, around->tag);
   if (part == nullptr) {
     fail(in_quotes(tag) + " is not supported in a NETCONF " + in_quotes(around->tag));
@@ -224,14 +226,43 @@ void XmlReader::open_part(const EnvelopePart& part, std::span<const Attribute> a
       fail("only subtree filters are supported, not " + in_quotes(attribute.text()));
     }
   }
-  if (part.parent == "rpc" && envelope_ != Envelope::kNone) fail("a second request in one \"rpc\"");
+  if (!open_.empty()) add_part(open_.back(), part);
   if (part.envelope != Envelope::kNone) envelope_ = part.envelope;
 }
 
-// Takes over a parameter of an edit.
+void XmlReader::add_part(Element& around, const EnvelopePart& part) const {
+  const auto holds_one = around.part->holds_one;
+  auto& parts = around.parts;
+  const bool is_second = holds_one.empty()
+                             ? std::find(parts.begin(), parts.end(), &part) != parts.end()
+                             : !parts.empty();
+  if (is_second) {
+    fail("a second " + (holds_one.empty() ? in_quotes(part.tag) : std::string(holds_one)) +
+         " in one " + in_quotes(around.part->tag));
+  }
+  parts.push_back(&part);
+}
+
 void XmlReader::close_part(const Element& element) {
-  const std::string text = trimmed(element.text);
-  if (element.part->tag == "default-operation") {
+  const auto& part = *element.part;
+  if (!part.holds_one.empty() && element.parts.empty()) {
+    fail(in_quotes(part.tag) + " without a " + std::string(part.holds_one));
+  }
+  const auto missing = missing_part(part, element.parts);
+  if (!missing.empty()) fail(in_quotes(part.tag) + " without its " + in_quotes(missing));
+  if (part.role == EnvelopePart::Role::kParameter) take_parameter(part.tag, trimmed(element.text));
+}
+
+// Takes over a parameter of an edit. Edits are tested and atomic, whatever their other options say.
+void XmlReader::take_parameter(std::string_view tag, std::string_view text) {
+  if (tag == "test-option") {
+    if (text == "test-only") fail("the test option \"test-only\" is not supported");
+    if (text != "set" && text != "test-then-set") fail("unknown test option " + in_quotes(text));
+  } else if (tag == "error-option") {
+    const bool is_known =
+        text == "stop-on-error" || text == "continue-on-error" || text == "rollback-on-error";
+    if (!is_known) fail("unknown error option " + in_quotes(text));
+  } else {
     const std::array<std::pair<std::string_view, Operation>, 3> operations{
         {{"merge", Operation::kWrite},
          {"replace", Operation::kReplace},
@@ -240,9 +271,6 @@ void XmlReader::close_part(const Element& element) {
       if (text == name) operation_ = operation;
     }
     if (!operation_) fail("unknown default operation " + in_quotes(text));
-  }
-  if (element.part->tag == "test-option" && text == "test-only") {
-    fail("the test option \"test-only\" is not supported");
   }
 }
 
