@@ -2,6 +2,7 @@
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
@@ -41,6 +42,29 @@ std::string trimmed(std::string_view text) {
   const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
   const auto last = text.find_last_not_of(kBlanks);
   return std::string(text.substr(first, last + 1 - first));
+}
+
+// The name of the encoding that a document declares; "" when it declares none.
+std::string_view declared_encoding(std::string_view text) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  if (!text.starts_with("<?xml")) return {};
+  text = text.substr(0, text.find("?>"));
+  text.remove_prefix(std::min(text.find("encoding"), text.size()));
+  const auto quote = text.find_first_of("\"'");
+  if (quote == std::string_view::npos) return {};
+  const auto end = text.find(text[quote], quote + 1);
+  return text.substr(quote + 1, end - quote - 1);
+}
+
+// The parser takes all text for UTF-8. ASCII text is the same in what a declaration may name.
+void check_encoding(const std::string& name, std::string_view text) {
+  const std::string encoding(declared_encoding(text));
+  const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  if (encoding.empty() || strcasecmp(encoding.c_str(), "UTF-8") == 0 ||
+      std::all_of(text.begin(), text.end(), is_ascii)) {
+    return;
+  }
+  throw input_error(name, 1, "the encoding is " + in_quotes(encoding) + ", only UTF-8 is read");
 }
 
 // An attribute as the parser gives it: five pointers.
@@ -365,6 +389,7 @@ void XmlReader::settle(DocumentNode& node, Element& element) {
 
 Document read_xml(const Models& models, const std::string& name, std::string_view text,
                   const BodyPlace* place) {
+  check_encoding(name, text);
   XmlReader reader(models, name);
   return place == nullptr ? reader.read(text) : reader.read_body(text, *place);
 }

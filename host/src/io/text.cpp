@@ -98,6 +98,12 @@ std::size_t piece_size(std::string_view sentence) {
   return closing == std::string_view::npos ? 1 : closing + 1;
 }
 
+// Whether a text begins as UTF-16 does: with its byte order mark, or a character of ASCII.
+bool begins_as_utf16(std::string_view text) {
+  return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
+         (text.size() > 1 && (text[0] == '\0') != (text[1] == '\0'));
+}
+
 constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 }  // namespace
@@ -119,6 +125,7 @@ void check_text(const std::string& name, std::string_view text) {
     throw input_error(name, line_at(text, at), reason);
   };
   if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) fail(0, "the text is empty");
+  if (begins_as_utf16(text)) fail(0, "UTF-16 text, only UTF-8 is read");
   if (const auto at = text.find('\0'); at != std::string_view::npos) fail(at, "a NUL byte");
   if (const auto at = utf8_length(text); at < text.size()) fail(at, "not UTF-8 text");
 }
