@@ -3,6 +3,7 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "io/document_nodes.h"
+#include "io/leaf_types.h"
 #include "io/libyang_log.h"
 #include "io/print_document.h"
 #include "io/text.h"
@@ -19,6 +21,41 @@ namespace {
 
 using NodePath = std::vector<const DocumentNode*>;
 using Keys = std::vector<const char*>;  // their values
+
+// How libyang's sentences begin, and what is said instead around the text that they quote first.
+struct Rewording {
+  std::string_view sentence;
+  std::string_view before;
+  std::string_view after;
+};
+
+constexpr std::array kRewordings = {
+    Rewording{"Invalid leafref value", "", " is the value of no node that this may refer to"},
+    Rewording{"Mandatory node", "", " is missing"},
+    Rewording{"Mandatory choice", "nothing of the choice ", " is there"},
+    Rewording{"Too few", "too few values or entries of ", ""},
+    Rewording{"Too many", "too many values or entries of ", ""},
+    Rewording{"Duplicate instance of", "a second ", " with the same value"},
+    Rewording{"Unique data leaf", "two entries have the same values of ", ""},
+    Rewording{"Must condition", "the model's condition ", " does not hold"},
+    Rewording{"When condition", "the model's condition ", " does not hold"},
+};
+
+// The sentence in other words, as far as there are any.
+std::string reworded(std::string sentence) {
+  const auto* const known =
+      std::find_if(kRewordings.begin(), kRewordings.end(),
+                   [&](const Rewording& each) { return sentence.starts_with(each.sentence); });
+  const auto first = sentence.find('"');
+  const auto last = first == std::string::npos ? first : sentence.find('"', first + 1);
+  if (known == kRewordings.end() || last == std::string::npos) return sentence;
+  const auto quoted = sentence.substr(first, last + 1 - first);
+  return std::string(known->before).append(quoted).append(known->after);
+}
+
+std::string wrong_value(const lysc_node* leaf, const std::string& value) {
+  return in_quotes(value) + " is not " + expected_value(leaf);
+}
 
 constexpr std::size_t kMostKeys = 8;  // of a list; libyang takes them one by one as arguments
 
@@ -121,7 +158,7 @@ std::string DataTree::reason() const {
   if (item == nullptr) return "libyang refuses it without a reason";
   std::string reason = in_one_line(item->msg);
   if (reason.ends_with('.')) reason.pop_back();
-  return reason;
+  return reworded(std::move(reason));
 }
 
 // libyang names the place of a fault of the whole in a sentence: `Schema location "/a:b/c", data
@@ -208,7 +245,8 @@ bool DataTree::add_leaf(const DocumentNode& node, lyd_node* parent) {
   lyd_node* made = nullptr;
   const auto result =
       lyd_new_term(parent, node.schema->module, node.tag.c_str(), node.value->c_str(), 0, &made);
-  return keep(result, node, parent, made);
+  return result == LY_SUCCESS ? keep(result, node, parent, made)
+                              : fail(wrong_value(node.schema, *node.value));
 }
 
 // libyang makes an entry from all of its keys at once, which hides the one that is wrong.
@@ -220,7 +258,7 @@ bool DataTree::add_key(const DocumentNode& entry, const std::string& key, Keys& 
                                          nullptr, nullptr, nullptr);
   values.push_back(value->c_str());
   return result == LY_SUCCESS || result == LY_EINCOMPLETE ||
-         fail("key " + in_quotes(key) + ": " + reason());
+         fail("key " + in_quotes(key) + ": " + wrong_value(leaf, *value));
 }
 
 bool DataTree::add_entry(const DocumentNode& node, lyd_node* parent) {

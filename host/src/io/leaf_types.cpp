@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "ocifip/messages.h"
+
 namespace ocifip {
 namespace {
 
@@ -109,6 +111,23 @@ std::string in_words(const lysc_type_enum* type) {
   return count > kMostNames ? words + " and others" : words;
 }
 
+std::string in_words(const lysc_type_str* type) {
+  std::string words = "a text";
+  if (type->length != nullptr) {
+    const auto* parts = type->length->parts;
+    const auto most = parts[LY_ARRAY_COUNT(parts) - 1].max_u64;
+    words += " of " + std::to_string(parts[0].min_u64);
+    words += most == std::numeric_limits<std::uint64_t>::max()
+                 ? " or more characters"
+                 : " to " + std::to_string(most) + " characters";
+  }
+  for (LY_ARRAY_COUNT_TYPE at = 0; at < LY_ARRAY_COUNT(type->patterns); ++at) {
+    words += type->patterns[at]->inverted != 0 ? " that does not match " : " that matches ";
+    words += in_quotes(type->patterns[at]->expr);
+  }
+  return words;
+}
+
 // Whether a text is plainly a number of a type, which is the case of most; the others are libyang's
 // to judge.
 bool is_plain_number(const lysc_type* type, std::string_view text) {
@@ -160,6 +179,11 @@ bool has_ipv6_values(const lysc_node* leaf) {
          !takes(leaf, "2001:DB8:");
 }
 
+bool has_hardware_address_values(const lysc_node* leaf) {
+  return takes(leaf, "00:1a:2B:3c:4d:5e") && !takes(leaf, "00-1a-2b-3c-4d-5e") &&
+         !takes(leaf, "00:1a:2b:3c:4d:5g");
+}
+
 std::string expected_value(const lysc_node* leaf) {
   const auto* type = type_of(leaf);
   if (const auto integer = integer_type(type)) {
@@ -175,6 +199,9 @@ std::string expected_value(const lysc_node* leaf) {
   if (is_ipv4 || is_ipv6) {
     return is_ipv4 && is_ipv6 ? "an IP address" : is_ipv4 ? "an IPv4 address" : "an IPv6 address";
   }
+  if (has_hardware_address_values(leaf)) return "a hardware address, as 00:1a:2b:3c:4d:5e";
+  if (type->basetype == LY_TYPE_STRING)
+    return in_words(reinterpret_cast<const lysc_type_str*>(type));
   return "a value of its type";
 }
 
