@@ -207,6 +207,8 @@ class SubtreeSearch {
     const lysc_node* vrrp = models_.child(address.schema, "vrrp", {});
     if (vrrp == nullptr || !is_own(address)) return std::nullopt;
     DocumentNode read = read_of(path_, depth);
+    // A mapping that cannot ask for the primary address leaves it, taking it for a secondary.
+    if (device_.device().interface_manager_absent) return read;
     last_of(read, depth).children.push_back(node_of(vrrp));
     return read;
   }
