@@ -2,6 +2,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <variant>
 
 #include "ocifip/device.h"
@@ -39,16 +40,21 @@ EditRequest read_edit(const CommandLine& line, const EditCommand& command) {
   return request;
 }
 
-// Calls a function with a host, and shows what that is at for as long as it takes.
+// Calls a function with a host, and with the line that shows what that is at for as long as it
+// takes.
 template <typename Work>
 auto with_host(const CommandLine& line, const Work& work) {
   Progress progress;
-  const ProgressLine shown(progress);
+  ProgressLine shown(progress);
   HostOptions options = line.host;
   options.progress = &progress;
   Host host(options);
   progress.begin("reading the request");
-  return work(host);
+  if constexpr (std::is_invocable_v<Work, Host&, ProgressLine&>) {
+    return work(host, shown);
+  } else {
+    return work(host);
+  }
 }
 
 Status run(const CommandLine& line, const EditCommand& command) {
@@ -56,9 +62,19 @@ Status run(const CommandLine& line, const EditCommand& command) {
       line, [&](Host& host) { return host.edit(read_edit(line, command), line.format); }));
 }
 
+// What changed is written before it is saved: a change that nobody is told of is none.
 Status run(const CommandLine& line, const ApplyCommand& command) {
-  return show(with_host(line, [&](Host& host) {
-    return host.apply({read_edit(line, command.edit), command.save}, line.format);
+  return show(with_host(line, [&](Host& host, ProgressLine& shown) {
+    bool is_written = false;
+    ApplyRequest request = {read_edit(line, command.edit), command.save};
+    request.before_saving = [&](const Outcome& outcome) {
+      shown.end();
+      write_before_saving(outcome.text);
+      is_written = true;
+    };
+    Outcome outcome = host.apply(request, line.format);
+    if (is_written) outcome.text.clear();
+    return outcome;
   }));
 }
 

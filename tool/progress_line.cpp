@@ -33,7 +33,9 @@ ProgressLine::ProgressLine(const Progress& progress) : progress_(progress) {
   if (isatty(STDERR_FILENO) != 0) thread_ = std::thread([this] { run(); });
 }
 
-ProgressLine::~ProgressLine() {
+ProgressLine::~ProgressLine() { end(); }
+
+void ProgressLine::end() {
   if (!thread_.joinable()) return;
   {
     const std::lock_guard lock(mutex_);

@@ -19,6 +19,9 @@ class ProgressLine {
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
 
+  // Removes the line for good.
+  void end();
+
  private:
   void run();
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <system_error>
@@ -104,6 +105,16 @@ Source read_body(const std::string& path, const std::string& argument,
 void write_output(std::string_view text) {
   const bool is_written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (!is_written || std::fflush(stdout) != 0) throw OutputError(failure("standard output"));
+}
+
+void write_before_saving(std::string_view text) {
+  // Killed by a closed pipe, the program would leave a file behind and say nothing.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    write_output(text);
+  } catch (const OutputError& error) {
+    throw OutputError(std::string(error.what()) + "; the device file stays as it is");
+  }
 }
 
 void write_error(std::string_view line) {

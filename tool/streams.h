@@ -33,6 +33,10 @@ Source read_body(const std::string& path, const std::string& argument,
 // Writes a text to standard output, all of it or with an error. Throws OutputError.
 void write_output(std::string_view text);
 
+// The same for what is going to be saved: the error says that it is not. A closed pipe becomes an
+// error, too.
+void write_before_saving(std::string_view text);
+
 // Writes a line to standard error.
 void write_error(std::string_view line);
 

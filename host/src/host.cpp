@@ -1,5 +1,6 @@
 #include "ocifip/host.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -55,7 +56,7 @@ class Host::Impl {
   [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
 
  private:
-  void save(const Document& native);
+  void save(const Document& native, const std::function<void()>& ready);
 
   Models models_;
   std::optional<std::string> device_file_;
@@ -73,14 +74,16 @@ Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
   Applied applied = mapper_.apply(request.edit, device_.device().native, format);
   if (applied.native) {
     if (request.save) {
-      save(*applied.native);
+      save(*applied.native, [&] {
+        if (request.before_saving) request.before_saving(applied.outcome);
+      });
     }
     device_.configure(std::move(*applied.native));
   }
   return std::move(applied.outcome);
 }
 
-void Host::Impl::save(const Document& native) {
+void Host::Impl::save(const Document& native, const std::function<void()>& ready) {
   std::vector<std::string> notes;  // none: what is saved has been checked
   Document saved = native;
   arrange_as_read(saved.roots);
@@ -89,7 +92,7 @@ void Host::Impl::save(const Document& native) {
   if (read_file(*device_file_) != device_text_) {
     throw InputError(*device_file_ + ": cannot be saved: it was changed since it was read");
   }
-  save_file(*device_file_, text);
+  save_file(*device_file_, text, ready);
   device_text_ = std::move(text);
 }
 

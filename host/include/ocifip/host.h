@@ -5,6 +5,7 @@
 #define OCIFIP_HOST_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -67,11 +68,6 @@ struct EditRequest {
   std::vector<PathBody> bodies{};  // a replace by default is one of their nodes alone
 };
 
-// An edit that is carried out on the device.
-struct ApplyRequest {
-  EditRequest edit;
-  bool save = false;  // write the device file as well
-};
 
 struct QueryRequest {
   std::optional<Source> document;
@@ -103,6 +99,15 @@ struct Outcome {
   std::string text;                // what was asked for, in the format asked for
   std::optional<Refusal> refusal;  // set: text is empty, but for Format::kCalls
   std::vector<std::string> notes;  // remarks for the user, a sentence each
+};
+
+// An edit that is carried out on the device.
+struct ApplyRequest {
+  EditRequest edit;
+  bool save = false;  // write the device file as well
+  // Called, if there is something to save, when nothing is left to do but to exchange the files.
+  // What it throws is passed on, and nothing is saved or changed.
+  std::function<void(const Outcome&)> before_saving{};
 };
 
 // What becomes of a leaf in one use.

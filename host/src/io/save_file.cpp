@@ -127,13 +127,14 @@ std::string read_file(const std::string& name) {
   return text;
 }
 
-void save_file(const std::string& name, std::string_view text) {
+void save_file(const std::string& name, std::string_view text, const std::function<void()>& ready) {
   std::error_code error;
   const auto file = std::filesystem::canonical(name, error);
   if (error) fail(name, "cannot be saved: " + error.message());
   Replacement replacement(name, file);
   replacement.take_attributes();
   replacement.write(text);
+  if (ready) ready();
   replacement.replace();
 }
 

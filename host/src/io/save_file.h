@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_IO_SAVE_FILE_H_
 #define OCIFIP_HOST_IO_SAVE_FILE_H_
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,11 @@ std::string read_file(const std::string& name);
 // replaced. Other links to the file keep the former content. Throws InputError with the file's name
 // and the reason; the file is as it was then, but for one case: what is said of the folder comes
 // when the new content is there already, and is not certain to survive a loss of power.
-void save_file(const std::string& name, std::string_view text);
+//
+// `ready`, when given, is called as soon as the new content is on the disk, and nothing but the
+// exchange of the files is left. When it throws, the file stays as it was.
+void save_file(const std::string& name, std::string_view text,
+               const std::function<void()>& ready = {});
 
 }  // namespace ocifip
 
