@@ -24,12 +24,6 @@ void activate(const DeviceDirectory* directory) {
 
 }  // namespace
 
-std::string internal_name(std::string_view name) {
-  std::string internal(name);
-  std::replace(internal.begin(), internal.end(), '/', '_');
-  return internal;
-}
-
 DeviceDirectory::DeviceDirectory(Device device)
     : device_(std::move(device)), configured_items_(items_configured_by(device_.native)) {
   if (device_.node) {

@@ -16,9 +16,6 @@
 
 namespace ocifip {
 
-// The name under which the interface manager and the database know an interface.
-std::string internal_name(std::string_view name);
-
 // An interface as the interface manager knows it.
 struct InterfaceRecord {
   std::string name;

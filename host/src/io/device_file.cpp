@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string_view>
@@ -21,6 +22,13 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kLongestName = 200;  // of an interface, in bytes
+
+constexpr const char* kHasControlCharacter = " has a control character";
+
+bool has_control_character(std::string_view text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; });
+}
 
 // A value of the device file with the place that messages name it by.
 class Field {
@@ -86,6 +94,7 @@ class Field {
   [[nodiscard]] const std::string& name() const {
     const auto& name = text();
     if (name.empty()) fail("the name is empty");
+    if (has_control_character(name)) fail(in_quotes(name) + kHasControlCharacter);
     return name;
   }
 
@@ -134,13 +143,22 @@ class Field {
   const Json& value_;
 };
 
+void check_is_native(const Document& native) {
+  for (const DocumentNode& root : native.roots) {
+    if (!root.module.starts_with("openconfig-")) continue;
+    throw input_error(native.name, root.line,
+                      in_quotes(qualified_name(root)) + " is OpenConfig, not native data");
+  }
+}
+
 // The interfaces that a native configuration names in keys.
 void check_native_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
     const bool names_interface = node.tag == "interface-name" || node.tag == "interface";
     const bool is_configured = node.module.ends_with("-cfg");
     if (names_interface && is_configured && node.value && is_key(node)) {
-      const std::string fault = native_name_fault(*node.value);
+      const std::string fault =
+          node.value->empty() ? in_quotes(node.tag) + " is empty" : native_name_fault(*node.value);
       if (!fault.empty()) throw input_error(file, node.line, fault);
     }
     check_native_names(file, node.children);
@@ -154,15 +172,20 @@ DeviceAddress address_of(const Field& field, AddressFamily family) {
   return address;
 }
 
+// An interface has an address once, whatever its prefix length.
 DeviceAddresses addresses_of(const Field& field, AddressFamily family) {
   field.object({"primary", "secondaries"});
   DeviceAddresses addresses;
-  field.with("primary",
-             [&](const Field& primary) { addresses.primary = address_of(primary, family); });
+  std::set<decltype(DeviceAddress::bytes)> known;
+  const auto take = [&](const Field& each) {
+    const DeviceAddress address = address_of(each, family);
+    if (known.insert(address.bytes).second) return address;
+    each.fail("the interface has " + in_quotes(each.text()) + " already");
+  };
+  field.with("primary", [&](const Field& primary) { addresses.primary = take(primary); });
   field.with("secondaries", [&](const Field& secondaries) {
-    secondaries.each_element([&](const Field& secondary) {
-      addresses.secondaries.push_back(address_of(secondary, family));
-    });
+    secondaries.each_element(
+        [&](const Field& secondary) { addresses.secondaries.push_back(take(secondary)); });
   });
   return addresses;
 }
@@ -187,11 +210,16 @@ DeviceInterface interface_of(const Field& field) {
 
 std::vector<DeviceInterface> interfaces_of(const Field& field) {
   std::vector<DeviceInterface> interfaces;
-  std::set<std::string> names;
+  std::map<std::string, std::string> names;  // by their internal form
   field.each_element([&](const Field& element) {
     auto interface = interface_of(element);
-    if (!names.insert(interface.name).second) {
+    const auto [known, is_new] = names.emplace(internal_name(interface.name), interface.name);
+    if (!is_new && known->second == interface.name) {
       element.required("name").fail("a second interface " + in_quotes(interface.name));
+    }
+    if (!is_new) {
+      element.required("name").fail(in_quotes(interface.name) + " and " + in_quotes(known->second) +
+                                    " have one internal name, " + in_quotes(known->first));
     }
     interfaces.push_back(std::move(interface));
   });
@@ -237,7 +265,14 @@ bool is_absent(const Field& faults, std::string_view service) {
 
 }  // namespace
 
+std::string internal_name(std::string_view name) {
+  std::string internal(name);
+  std::replace(internal.begin(), internal.end(), '/', '_');
+  return internal;
+}
+
 std::string native_name_fault(const std::string& name) {
+  if (has_control_character(name)) return in_quotes(name) + kHasControlCharacter;
   const std::size_t dot = name.find('.');
   if (dot == 0) return in_quotes(name) + " begins with a dot";
   if (dot == std::string::npos || name.find_first_not_of('0', dot + 1) != std::string::npos) {
@@ -260,6 +295,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
   top.with("interfaces", [&](const Field& list) { device.interfaces = interfaces_of(list); });
   top.with("native", [](const Field& native) { native.object({}); });
   device.native = std::move(json.native);
+  check_is_native(device.native);
   check_native_names(device.native.name, device.native.roots);
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   top.with("faults", [&](const Field& faults) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "io/document.h"
@@ -67,6 +68,9 @@ void check_native(const Models& models, const Document& native);
 
 // The device that the tool uses when none is given, of example_device_file().
 Device example_device(const Models& models);
+
+// The name under which the interface manager and the database know an interface: with "_" for "/".
+std::string internal_name(std::string_view name);
 
 // Why a name is no native name of an interface or subinterface, or "". The index of a subinterface
 // stands behind the first dot; the one of index 0 has the interface's own name.

@@ -102,6 +102,7 @@ class JsonReader : public DocumentEvents {
   void leaf(DocumentNode node, std::optional<std::string> value);
   void element_scalar(std::optional<std::string> value);
   void annotation(const std::optional<std::string>& value);
+  void settle_empty_array(DocumentNode element);
   void settle_lone_null();
   void apply(const std::vector<Metadata>& all);
 
@@ -249,6 +250,7 @@ void JsonReader::begin_body_array() {
   if (!place_->keys.empty()) fail("the body of an entry is not an object");
   begin(ScopeKind::kArray);
   scopes_.back().element = place_->target;
+  scopes_.back().element.line = source_.line();
 }
 
 void JsonReader::begin_member_object() {
@@ -309,9 +311,21 @@ void JsonReader::begin_member_array() {
 }
 
 bool JsonReader::end_array() {
-  if (scopes_.back().kind == ScopeKind::kArray && scopes_.back().count == 1) settle_lone_null();
+  Scope scope = std::move(scopes_.back());
   scopes_.pop_back();
+  if (scope.kind != ScopeKind::kArray) return true;
+  if (scope.count == 0) settle_empty_array(std::move(scope.element));
+  if (scope.count == 1) settle_lone_null();
   return true;
+}
+
+// A list has no entries. Of all else the name remains, so that it is not passed over.
+void JsonReader::settle_empty_array(DocumentNode element) {
+  const auto* schema = element.schema;
+  const auto kind = schema == nullptr ? NodeKind::kLeaf : Models::kind(schema);
+  if (kind == NodeKind::kList || kind == NodeKind::kLeafList) return;
+  element.kind = NodeKind::kLeafList;
+  builder_.add(std::move(element));
 }
 
 // [null] is how JSON writes a leaf without a value, or one of type empty.
