@@ -158,11 +158,14 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
   for (auto& node : nodes) {
     if (node.schema == nullptr) continue;
     check_kind(node);
-    // How often an entry names a key is for the mapping to see.
-    if (node.kind == NodeKind::kLeafList || is_key(node)) continue;
+    // How often an entry names a key is for the mapping to see. State may repeat a value.
+    const bool is_leaf_list = node.kind == NodeKind::kLeafList;
+    if (is_key(node) || (is_leaf_list && Models::is_state(node.schema))) continue;
     if (index.find(node) != nullptr) {
       fail(node.line, "a second " + in_quotes(node.tag) +
-                          (node.kind == NodeKind::kList ? " with the same keys" : ""));
+                          (is_leaf_list                   ? " with the same value"
+                           : node.kind == NodeKind::kList ? " with the same keys"
+                                                          : ""));
     }
     index.add(node);
   }
