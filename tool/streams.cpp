@@ -98,8 +98,12 @@ Source read_source(const std::string& file, std::optional<Encoding> encoding) {
 
 Source read_body(const std::string& path, const std::string& argument,
                  std::optional<Encoding> encoding) {
-  if (!is_inline(argument)) return read_source(argument, encoding);
-  return {"body of " + path, argument, encoding_of(argument)};
+  if (is_inline(argument)) return {"body of " + path, argument, encoding_of(argument)};
+  const bool is_file = argument == "-" || access(argument.c_str(), F_OK) == 0 || errno != ENOENT;
+  if (!is_file) {
+    throw InputError(failure(argument) + "; a text is a JSON value in quotes: '\"TEXT\"'");
+  }
+  return read_source(argument, encoding);
 }
 
 void write_output(std::string_view text) {

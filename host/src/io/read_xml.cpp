@@ -209,6 +209,7 @@ Document XmlReader::read_body(std::string_view text, const BodyPlace& place) {
   make_parser();
   feed("<nc:data xmlns:nc=\"" + std::string(kNetconfNamespace) + "\">", false);
   feed(text, false);
+  if (open_.size() > 1) fail("not valid XML: an element is not closed");
   feed("</nc:data>", true);
   while (!builder_.at_top()) builder_.close();
   return builder_.finish();
