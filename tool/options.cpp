@@ -87,6 +87,14 @@ constexpr const char* kDeviceExample =
     "  ocifip device >device.json\n"
     "  ocifip device device.json";
 
+// Of options and arguments that are names: an empty one is a mistake, as of a variable not set.
+CLI::Validator not_empty() {
+  return {[](const std::string& argument) {
+            return std::string(argument.empty() ? "an empty argument" : "");
+          },
+          std::string()};
+}
+
 template <typename Value>
 using Words = std::map<std::string, Value>;
 
@@ -117,11 +125,13 @@ void add_format(CLI::App* command, Format& format, const Words<Format>& words,
 
 void add_libraries(CLI::App* command, HostOptions& host) {
   command->add_option("--plugin", host.plugin, "Mapping plug-in (default: the installed one)")
-      ->type_name("PATH");
+      ->type_name("PATH")
+      ->check(not_empty());
   command
       ->add_option("-m,--models", host.models,
                    "Folder of YANG modules (default: the installed one)")
-      ->type_name("DIR");
+      ->type_name("DIR")
+      ->check(not_empty());
 }
 
 // Whether a command works on a device that the user has to name.
@@ -134,7 +144,8 @@ void add_common_options(CLI::App* command, CommandLine& line, Device device) {
       ->add_option(
           "-d,--device", line.host.device,
           is_needed ? "Device file (required)" : "Device file (default: a built-in example device)")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(not_empty());
   add_format(command, line.format,
              {{"tree", Format::kTree},
               {"json", Format::kJson},
@@ -171,162 +182,11 @@ void add_content(CLI::App* command, Target& content) {
              "Configuration and state, or configuration alone (default: all)");
 }
 
-void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit, Device device) {
-  add_choice(command, "-o,--op", edit.operation,
-             Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
-                                     {"create", DefaultOperation::kCreate},
-                                     {"replace", DefaultOperation::kReplace},
-                                     {"none", DefaultOperation::kNone}},
-             "merge|create|replace|none",
-             "Operation of nodes that carry none themselves (default: merge)");
-  command->add_option("-x,--delete", edit.deletes, "Delete a node; may be repeated")
-      ->type_name("PATH")
-      ->allow_extra_args(false);
-  command->add_option("-p,--path", edit.bodies, "Set what a node holds; may be repeated")
-      ->type_name("PATH BODY")
-      ->allow_extra_args(false);
-  command->add_option("REQUEST", edit.document, "Document to map")->type_name("");
-  add_only_ip(command, line.host);
-  add_common_options(command, line, device);
-}
-
-CLI::App* add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
-  CLI::App* command = program.add_subcommand("edit", "Map an OpenConfig edit to a native edit");
-  add_edit_options(command, line, edit, Device::kExample);
-  command->footer(std::string(kBody) + kEditExample);
-  return command;
-}
-
-CLI::App* add_apply(CLI::App& program, CommandLine& line, ApplyCommand& apply) {
-  CLI::App* command =
-      program.add_subcommand("apply", "Apply an OpenConfig edit to a device atomically");
-  add_edit_options(command, line, apply.edit, Device::kNeeded);
-  command->add_flag("-s,--save", apply.save, "Write the changed configuration to the device file");
-  command->footer(std::string(kBody) + kApplyExample);
-  return command;
-}
-
-void add_query_options(CLI::App* command, CommandLine& line, QueryCommand& query,
-                       std::vector<std::string>& arguments, Device device) {
-  add_content(command, query.content);
-  command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")->type_name("");
-  add_only_ip(command, line.host);
-  add_common_options(command, line, device);
-}
-
-CLI::App* add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
-                    std::vector<std::string>& arguments) {
-  CLI::App* command = program.add_subcommand("query", "Map an OpenConfig read to native queries");
-  add_query_options(command, line, query, arguments, Device::kExample);
-  command->footer(kQueryExample);
-  return command;
-}
-
-CLI::App* add_get(CLI::App& program, CommandLine& line, QueryCommand& query,
-                  std::vector<std::string>& arguments) {
-  CLI::App* command = program.add_subcommand("get", "Read a device's data in OpenConfig terms");
-  add_query_options(command, line, query, arguments, Device::kNeeded);
-  command->footer(kGetExample);
-  return command;
-}
-
-CLI::App* add_report(CLI::App& program, CommandLine& line, ReportCommand& report) {
-  CLI::App* command = program.add_subcommand("report", "Map native data to OpenConfig");
-  add_content(command, report.content);
-  command->add_option("DATA", report.data, "Native data to map")->type_name("")->required();
-  add_common_options(command, line, Device::kExample);
-  command->footer(kReportExample);
-  return command;
-}
-
-CLI::App* add_registrations(CLI::App& program, CommandLine& line) {
-  CLI::App* command = program.add_subcommand("registrations", "List the plug-in's registrations");
-  add_listing_options(command, line);
-  return command;
-}
-
-CLI::App* add_coverage(CLI::App& program, CommandLine& line) {
-  CLI::App* command = program.add_subcommand(
-      "coverage", "List which leaves are mapped, ignored or refused, in both directions");
-  add_listing_options(command, line);
-  command->footer(kCoverageExample);
-  return command;
-}
-
-// What `ocifip device` is given.
-struct DeviceArguments {
-  bool schema = false;
-  bool check = false;
-};
-
-CLI::App* add_device(CLI::App& program, CommandLine& line, DeviceArguments& device) {
-  CLI::App* command =
-      program.add_subcommand("device", "Check a device file, or print the example or the schema");
-  command->add_option("FILE", line.host.device, "Device file to check")->type_name("");
-  command->add_flag("--schema", device.schema, "Print the JSON schema of device files");
-  command->add_flag("--check", device.check, "Check FILE, as without the option");
-  add_libraries(command, line.host);
-  command->footer(kDeviceExample);
-  return command;
-}
-
-DeviceCommand device_command(const DeviceArguments& device, const HostOptions& host) {
-  using Action = DeviceCommand::Action;
-  if (device.schema && (device.check || host.device)) {
-    throw UsageError("--schema goes with neither --check nor FILE");
-  }
-  if (device.check && !host.device) throw UsageError("nothing to check: give FILE");
-  if (device.schema) return {Action::kShowSchema};
-  return {host.device ? Action::kCheck : Action::kShowExample};
-}
-
 bool is_path(const std::string& argument) {
   std::error_code error;
   const bool is_file =
       std::filesystem::exists(argument, error) && !std::filesystem::is_directory(argument, error);
   return argument.starts_with('/') && !is_file;
-}
-
-std::vector<std::string> command_names(const CLI::App& program) {
-  std::vector<std::string> names;
-  for (const auto* command : program.get_subcommands({})) names.push_back(command->get_name());
-  return names;
-}
-
-void check_command(const CLI::App& program, const std::string& name) {
-  const auto known = command_names(program);
-  if (std::find(known.begin(), known.end(), name) != known.end()) return;
-  throw UsageError("unknown command " + in_quotes(name) + did_you_mean(name, known) +
-                   "\nTry 'ocifip --help'.");
-}
-
-// What `ocifip help` and `ocifip completion` are asked for.
-struct InformationArguments {
-  std::string command;
-  std::string shell;
-};
-
-CLI::App* add_help(CLI::App& program, InformationArguments& asked) {
-  CLI::App* command = program.add_subcommand("help", "Show the help of the program or a command");
-  command->add_option("COMMAND", asked.command, "Command to explain")->type_name("");
-  return command;
-}
-
-Information help(const CLI::App& program, const InformationArguments& asked) {
-  if (asked.command.empty()) return {program.help("", CLI::AppFormatMode::Sub)};
-  check_command(program, asked.command);
-  return {program.get_subcommand(asked.command)->help(program.get_name())};
-}
-
-CLI::App* add_completion(CLI::App& program, InformationArguments& asked) {
-  CLI::App* command =
-      program.add_subcommand("completion", "Print a script that completes command lines");
-  command->add_option("SHELL", asked.shell, "Shell that the script is for")
-      ->type_name("bash")
-      ->required()
-      ->check(CLI::IsMember({"bash"}).description(""));
-  command->footer(kCompletionExample);
-  return command;
 }
 
 void check_edit(const EditCommand& edit) {
@@ -336,6 +196,12 @@ void check_edit(const EditCommand& edit) {
   }
   if (!edit.document && edit.deletes.empty() && edit.bodies.empty()) {
     throw UsageError("nothing to edit: give a REQUEST, --path PATH BODY or --delete PATH");
+  }
+  const auto count =
+      std::count_if(edit.bodies.begin(), edit.bodies.end(),
+                    [](const auto& path_and_body) { return path_and_body.second == "-"; });
+  if (count + (edit.document == "-" ? 1 : 0) > 1) {
+    throw UsageError("\"-\" is given twice, but standard input can be read only once");
   }
 }
 
@@ -365,6 +231,183 @@ void sort_query_arguments(QueryCommand& query, std::vector<std::string> argument
   if (!query.document && query.paths.empty()) {
     throw UsageError("nothing to query: give paths that begin with / or a REQUEST");
   }
+}
+
+void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit, Device device) {
+  add_choice(command, "-o,--op", edit.operation,
+             Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
+                                     {"create", DefaultOperation::kCreate},
+                                     {"replace", DefaultOperation::kReplace},
+                                     {"none", DefaultOperation::kNone}},
+             "merge|create|replace|none",
+             "Operation of nodes that carry none themselves (default: merge)");
+  command->add_option("-x,--delete", edit.deletes, "Delete a node; may be repeated")
+      ->type_name("PATH")
+      ->check(not_empty())
+      ->allow_extra_args(false);
+  command->add_option("-p,--path", edit.bodies, "Set what a node holds; may be repeated")
+      ->type_name("PATH BODY")
+      ->check(not_empty())
+      ->allow_extra_args(false);
+  command->add_option("REQUEST", edit.document, "Document to map")
+      ->type_name("")
+      ->check(not_empty());
+  add_only_ip(command, line.host);
+  add_common_options(command, line, device);
+}
+
+void add_edit(CLI::App& program, CommandLine& line, EditCommand& edit) {
+  CLI::App* command = program.add_subcommand("edit", "Map an OpenConfig edit to a native edit");
+  add_edit_options(command, line, edit, Device::kExample);
+  command->footer(std::string(kBody) + kEditExample);
+  command->callback([&line, &edit] {
+    check_edit(edit);
+    line.command = edit;
+  });
+}
+
+void add_apply(CLI::App& program, CommandLine& line, ApplyCommand& apply) {
+  CLI::App* command =
+      program.add_subcommand("apply", "Apply an OpenConfig edit to a device atomically");
+  add_edit_options(command, line, apply.edit, Device::kNeeded);
+  command->add_flag("-s,--save", apply.save, "Write the changed configuration to the device file");
+  command->footer(std::string(kBody) + kApplyExample);
+  command->callback([&line, &apply] {
+    check_apply(apply, line.host);
+    line.command = apply;
+  });
+}
+
+void add_query_options(CLI::App* command, CommandLine& line, QueryCommand& query,
+                       std::vector<std::string>& arguments, Device device) {
+  add_content(command, query.content);
+  command->add_option("PATH|REQUEST", arguments, "Instance paths, or one document")
+      ->type_name("")
+      ->check(not_empty());
+  add_only_ip(command, line.host);
+  add_common_options(command, line, device);
+}
+
+void add_query(CLI::App& program, CommandLine& line, QueryCommand& query,
+               std::vector<std::string>& arguments) {
+  CLI::App* command = program.add_subcommand("query", "Map an OpenConfig read to native queries");
+  add_query_options(command, line, query, arguments, Device::kExample);
+  command->footer(kQueryExample);
+  command->callback([&line, &query, &arguments] {
+    sort_query_arguments(query, arguments);
+    line.command = query;
+  });
+}
+
+void add_get(CLI::App& program, CommandLine& line, QueryCommand& query,
+             std::vector<std::string>& arguments) {
+  CLI::App* command = program.add_subcommand("get", "Read a device's data in OpenConfig terms");
+  add_query_options(command, line, query, arguments, Device::kNeeded);
+  command->footer(kGetExample);
+  command->callback([&line, &query, &arguments] {
+    check_get(line.host);
+    sort_query_arguments(query, arguments);
+    query.is_answered = true;
+    line.command = query;
+  });
+}
+
+void add_report(CLI::App& program, CommandLine& line, ReportCommand& report) {
+  CLI::App* command = program.add_subcommand("report", "Map native data to OpenConfig");
+  add_content(command, report.content);
+  command->add_option("DATA", report.data, "Native data to map")
+      ->type_name("")
+      ->check(not_empty())
+      ->required();
+  add_common_options(command, line, Device::kExample);
+  command->footer(kReportExample);
+  command->callback([&line, &report] { line.command = report; });
+}
+
+void add_registrations(CLI::App& program, CommandLine& line) {
+  CLI::App* command = program.add_subcommand("registrations", "List the plug-in's registrations");
+  add_listing_options(command, line);
+  command->callback([&line] { line.command = RegistrationsCommand(); });
+}
+
+void add_coverage(CLI::App& program, CommandLine& line) {
+  CLI::App* command = program.add_subcommand(
+      "coverage", "List which leaves are mapped, ignored or refused, in both directions");
+  add_listing_options(command, line);
+  command->footer(kCoverageExample);
+  command->callback([&line] { line.command = CoverageCommand(); });
+}
+
+// What `ocifip device` is given.
+struct DeviceArguments {
+  bool schema = false;
+  bool check = false;
+};
+
+DeviceCommand device_command(const DeviceArguments& device, const HostOptions& host) {
+  using Action = DeviceCommand::Action;
+  if (device.schema && (device.check || host.device)) {
+    throw UsageError("--schema goes with neither --check nor FILE");
+  }
+  if (device.check && !host.device) throw UsageError("nothing to check: give FILE");
+  if (device.schema) return {Action::kShowSchema};
+  return {host.device ? Action::kCheck : Action::kShowExample};
+}
+
+void add_device(CLI::App& program, CommandLine& line, DeviceArguments& device) {
+  CLI::App* command =
+      program.add_subcommand("device", "Check a device file, or print the example or the schema");
+  command->add_option("FILE", line.host.device, "Device file to check")
+      ->type_name("")
+      ->check(not_empty());
+  command->add_flag("--schema", device.schema, "Print the JSON schema of device files");
+  command->add_flag("--check", device.check, "Check FILE, as without the option");
+  add_libraries(command, line.host);
+  command->footer(kDeviceExample);
+  command->callback([&line, &device] { line.command = device_command(device, line.host); });
+}
+
+std::vector<std::string> command_names(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const auto* command : program.get_subcommands({})) names.push_back(command->get_name());
+  return names;
+}
+
+void check_command(const CLI::App& program, const std::string& name) {
+  const auto known = command_names(program);
+  if (std::find(known.begin(), known.end(), name) != known.end()) return;
+  throw UsageError("unknown command " + in_quotes(name) + did_you_mean(name, known));
+}
+
+// What `ocifip help` and `ocifip completion` are asked for.
+struct InformationArguments {
+  std::string command;
+  std::string shell;
+};
+
+Information help(const CLI::App& program, const InformationArguments& asked) {
+  if (asked.command.empty()) return {program.help("", CLI::AppFormatMode::Sub)};
+  check_command(program, asked.command);
+  return {program.get_subcommand(asked.command)->help(program.get_name())};
+}
+
+void add_help(CLI::App& program, CommandLine& line, InformationArguments& asked) {
+  CLI::App* command = program.add_subcommand("help", "Show the help of the program or a command");
+  command->add_option("COMMAND", asked.command, "Command to explain")
+      ->type_name("")
+      ->check(not_empty());
+  command->callback([&program, &line, &asked] { line.command = help(program, asked); });
+}
+
+void add_completion(CLI::App& program, CommandLine& line, InformationArguments& asked) {
+  CLI::App* command =
+      program.add_subcommand("completion", "Print a script that completes command lines");
+  command->add_option("SHELL", asked.shell, "Shell that the script is for")
+      ->type_name("bash")
+      ->required()
+      ->check(CLI::IsMember({"bash"}).description(""));
+  command->footer(kCompletionExample);
+  command->callback([&program, &line] { line.command = Information{bash_completion(program)}; });
 }
 
 // The arguments that the parser made nothing of: those before the command, or behind it.
@@ -412,12 +455,18 @@ std::string explain_error(const CLI::App& program, const CLI::App& asked,
 Information explain(const CLI::App& program, const CLI::ParseError& stop) {
   const auto commands = program.get_subcommands();
   const CLI::App& asked = commands.empty() ? program : *commands.front();
-  if (stop.get_exit_code() != 0) {
-    const std::string name = commands.empty() ? "ocifip" : "ocifip " + asked.get_name();
-    throw UsageError(explain_error(program, asked, stop) + "\nTry '" + name + " --help'.");
-  }
+  if (stop.get_exit_code() != 0) throw UsageError(explain_error(program, asked, stop));
   const bool is_help = dynamic_cast<const CLI::CallForHelp*>(&stop) != nullptr;
   return {is_help ? program.help() : std::string(stop.what()) + "\n"};
+}
+
+// An error of the command line, with what to read next.
+UsageError with_help(const CLI::App& program, const std::string& reason) {
+  const auto asked = program.get_subcommands();
+  const bool is_of_command = !asked.empty() && asked.front()->get_name() != "help";
+  return UsageError(reason + "\nTry 'ocifip" +
+                    (is_of_command ? ' ' + asked.front()->get_name() : std::string()) +
+                    " --help' for more information.");
 }
 
 // A first argument that is no option is a command.
@@ -426,64 +475,47 @@ void check_first_argument(const CLI::App& program, int count, const char* const*
   check_command(program, arguments[1]);
 }
 
-}  // namespace
-
-CommandLine read_command_line(int count, const char* const* arguments) {
-  CommandLine line;
-  EditCommand edit;
-  ApplyCommand apply;
-  QueryCommand query;
-  ReportCommand report;
-  std::vector<std::string> query_arguments;
-  CLI::App program(kDescription, "ocifip");
-  program.set_version_flag("-V,--version",
-                           "ocifip " OCIFIP_VERSION " (contract " + contract_version() + ")");
-  program.footer(kEnding);
-  program.require_subcommand(1);
-  const CLI::App* edit_command = add_edit(program, line, edit);
-  const CLI::App* apply_command = add_apply(program, line, apply);
-  add_query(program, line, query, query_arguments);
-  const CLI::App* get_command = add_get(program, line, query, query_arguments);
-  const CLI::App* report_command = add_report(program, line, report);
-  const CLI::App* registrations_command = add_registrations(program, line);
-  const CLI::App* coverage_command = add_coverage(program, line);
-  DeviceArguments device;
-  const CLI::App* device_subcommand = add_device(program, line, device);
-  InformationArguments asked;
-  const CLI::App* help_command = add_help(program, asked);
-  const CLI::App* completion_command = add_completion(program, asked);
+void parse(CLI::App& program, CommandLine& line, int count, const char* const* arguments) {
   check_first_argument(program, count, arguments);
   try {
     program.parse(count, arguments);
   } catch (const CLI::ParseError& stop) {
     line.command = explain(program, stop);
-    return line;
   }
-  if (line.host.plugin.empty()) line.host.plugin = default_plugin();
-  if (line.host.models.empty()) line.host.models = default_models();
-  if (edit_command->parsed()) {
-    check_edit(edit);
-    line.command = std::move(edit);
-  } else if (apply_command->parsed()) {
-    check_apply(apply, line.host);
-    line.command = std::move(apply);
-  } else if (report_command->parsed()) {
-    line.command = std::move(report);
-  } else if (registrations_command->parsed()) {
-    line.command = RegistrationsCommand();
-  } else if (coverage_command->parsed()) {
-    line.command = CoverageCommand();
-  } else if (help_command->parsed()) {
-    line.command = help(program, asked);
-  } else if (completion_command->parsed()) {
-    line.command = Information{bash_completion(program)};
-  } else if (device_subcommand->parsed()) {
-    line.command = device_command(device, line.host);
-  } else {
-    query.is_answered = get_command->parsed();
-    if (query.is_answered) check_get(line.host);
-    sort_query_arguments(query, std::move(query_arguments));
-    line.command = std::move(query);
+}
+
+}  // namespace
+
+CommandLine read_command_line(int count, const char* const* arguments) {
+  CommandLine line;
+  line.host.plugin = default_plugin();
+  line.host.models = default_models();
+  EditCommand edit;
+  ApplyCommand apply;
+  QueryCommand query;
+  ReportCommand report;
+  std::vector<std::string> query_arguments;
+  DeviceArguments device;
+  InformationArguments asked;
+  CLI::App program(kDescription, "ocifip");
+  program.set_version_flag("-V,--version",
+                           "ocifip " OCIFIP_VERSION " (contract " + contract_version() + ")");
+  program.footer(kEnding);
+  program.require_subcommand(1);
+  add_edit(program, line, edit);
+  add_apply(program, line, apply);
+  add_query(program, line, query, query_arguments);
+  add_get(program, line, query, query_arguments);
+  add_report(program, line, report);
+  add_registrations(program, line);
+  add_coverage(program, line);
+  add_device(program, line, device);
+  add_help(program, line, asked);
+  add_completion(program, line, asked);
+  try {
+    parse(program, line, count, arguments);
+  } catch (const UsageError& error) {
+    throw with_help(program, error.what());
   }
   return line;
 }
