@@ -68,7 +68,6 @@ struct EditRequest {
   std::vector<PathBody> bodies{};  // a replace by default is one of their nodes alone
 };
 
-
 struct QueryRequest {
   std::optional<Source> document;
   std::vector<std::string> paths;  // instance paths
