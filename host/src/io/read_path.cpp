@@ -122,7 +122,11 @@ Predicate PathReader::take_predicate() {
   const bool is_quoted = left_.starts_with('\'') || left_.starts_with('"');
   predicate.value = is_quoted ? take_quoted(predicate.name) : take_unquoted(predicate.name);
   skip_blanks();
-  if (!left_.starts_with(']')) fail("no \"]\" after the value of " + in_quotes(predicate.name));
+  if (!left_.starts_with(']')) {
+    const bool goes_on = !left_.empty() && left_.front() != '/';
+    fail("no \"]\" after the value of " + in_quotes(predicate.name) +
+         (goes_on ? "; a value with blanks, brackets or quotes is in quotes" : ""));
+  }
   left_.remove_prefix(1);
   return predicate;
 }
