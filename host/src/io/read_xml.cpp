@@ -246,9 +246,17 @@ const EnvelopePart* XmlReader::part_of(std::string_view tag,
 void XmlReader::open_part(const EnvelopePart& part, std::span<const Attribute> attributes) {
   annotate(attributes, nullptr);
   for (const auto& attribute : attributes) {
-    if (part.tag != "filter" || text_of(attribute.name) != "type") continue;
-    if (attribute.text() != "subtree") {
+    const auto name = text_of(attribute.name);
+    // A request may have any attribute, which its reply repeats.
+    const bool is_free =
+        part.tag.starts_with("rpc") || !text_of(attribute.module_namespace).empty();
+    if (part.tag == "filter" && name == "type") {
+      if (attribute.text() == "subtree") continue;
       fail("only subtree filters are supported, not " + in_quotes(attribute.text()));
+    }
+    if (!is_free) {
+      fail("unknown attribute " + in_quotes(name) + " of " + in_quotes(part.tag) +
+           (part.tag == "filter" ? did_you_mean(name, {"type"}) : ""));
     }
   }
   if (!open_.empty()) add_part(open_.back(), part);
