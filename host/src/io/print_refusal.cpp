@@ -1,9 +1,13 @@
 #include "io/text.h"
 #include "ocifip/host.h"
 #include "result_codes.h"
+#include "yfw/text.h"
 
 namespace ocifip {
 namespace {
+
+// A copy of text that failed speaks of itself, and the hint of what was too long.
+bool comes_behind_hint(cerrno code) { return code == YFW_TEXT_NO_SPACE; }
 
 // A hint goes on with a sentence that has no end, and follows one that has.
 std::string joined(const std::string& message, std::string hint) {
@@ -21,7 +25,8 @@ std::string Refusal::text() const {
   if (!tag.empty()) text = in_quotes(tag) + (path.empty() ? "" : " at ");
   text += path;
   if (!text.empty()) text += " : ";
-  text += joined(in_one_line(message), hint);
+  text += comes_behind_hint(code) && !hint.empty() ? hint + "; " + in_one_line(message)
+                                                   : joined(in_one_line(message), hint);
   return text + " (" + hexadecimal(code) + ' ' + std::string(result_name(code)) + ')';
 }
 
