@@ -90,7 +90,8 @@ struct Refusal {
   std::string hint{};   // the host's sentence beside it, without a full stop; "" for none
 
   // `"enabled" at /interfaces/... : MESSAGE (0xaaf2ee00 unsupported)` in one line, with the hint
-  // behind the message, or before that of a failed copy of a text. Without a tag the path comes first, without a path the message.
+  // behind the message, or before that of a failed copy of a text. Without a tag the path comes
+  // first, without a path the message.
   [[nodiscard]] std::string text() const;
 };
 
