@@ -145,7 +145,7 @@ class Field {
 
 void check_is_native(const Document& native) {
   for (const DocumentNode& root : native.roots) {
-    if (!root.module.starts_with("openconfig-")) continue;
+    if (!root.module.text().starts_with("openconfig-")) continue;
     throw input_error(native.name, root.line,
                       in_quotes(qualified_name(root)) + " is OpenConfig, not native data");
   }
