@@ -11,19 +11,6 @@
                 exclude-result-prefixes="if ip">
   <xsl:output omit-xml-declaration="yes"/>
 
-  <!-- The netmask of each prefix length, between its number and a semicolon. -->
-  <xsl:variable name="netmasks" select="translate($table, ' &#10;', '')"/>
-  <xsl:variable name="table">
-    ;
-    0=0.0.0.0;1=128.0.0.0;2=192.0.0.0;3=224.0.0.0;4=240.0.0.0;5=248.0.0.0;6=252.0.0.0;
-    7=254.0.0.0;8=255.0.0.0;9=255.128.0.0;10=255.192.0.0;11=255.224.0.0;12=255.240.0.0;
-    13=255.248.0.0;14=255.252.0.0;15=255.254.0.0;16=255.255.0.0;17=255.255.128.0;
-    18=255.255.192.0;19=255.255.224.0;20=255.255.240.0;21=255.255.248.0;22=255.255.252.0;
-    23=255.255.254.0;24=255.255.255.0;25=255.255.255.128;26=255.255.255.192;
-    27=255.255.255.224;28=255.255.255.240;29=255.255.255.248;30=255.255.255.252;
-    31=255.255.255.254;32=255.255.255.255;
-  </xsl:variable>
-
   <xsl:template match="/">
     <interface-configurations xmlns="urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg">
       <xsl:apply-templates select="if:interfaces/if:interface/if:subinterfaces/if:subinterface"/>
@@ -73,10 +60,45 @@
     </ipv4-network>
   </xsl:template>
 
+  <!-- A table, the usual lengths first: each test costs time. -->
   <xsl:template name="netmask">
-    <xsl:variable name="name" select="concat(';', ip:config/ip:prefix-length, '=')"/>
+    <xsl:variable name="length" select="string(ip:config/ip:prefix-length)"/>
     <netmask xmlns="urn:halvane:yang:Halvane-Ombrix-ipv4-io-cfg" nc:operation="replace">
-      <xsl:value-of select="substring-before(substring-after($netmasks, $name), ';')"/>
+      <xsl:choose>
+        <xsl:when test="$length = '24'">255.255.255.0</xsl:when>
+        <xsl:when test="$length = '32'">255.255.255.255</xsl:when>
+        <xsl:when test="$length = '31'">255.255.255.254</xsl:when>
+        <xsl:when test="$length = '30'">255.255.255.252</xsl:when>
+        <xsl:when test="$length = '29'">255.255.255.248</xsl:when>
+        <xsl:when test="$length = '28'">255.255.255.240</xsl:when>
+        <xsl:when test="$length = '27'">255.255.255.224</xsl:when>
+        <xsl:when test="$length = '26'">255.255.255.192</xsl:when>
+        <xsl:when test="$length = '25'">255.255.255.128</xsl:when>
+        <xsl:when test="$length = '23'">255.255.254.0</xsl:when>
+        <xsl:when test="$length = '22'">255.255.252.0</xsl:when>
+        <xsl:when test="$length = '21'">255.255.248.0</xsl:when>
+        <xsl:when test="$length = '20'">255.255.240.0</xsl:when>
+        <xsl:when test="$length = '19'">255.255.224.0</xsl:when>
+        <xsl:when test="$length = '18'">255.255.192.0</xsl:when>
+        <xsl:when test="$length = '17'">255.255.128.0</xsl:when>
+        <xsl:when test="$length = '16'">255.255.0.0</xsl:when>
+        <xsl:when test="$length = '15'">255.254.0.0</xsl:when>
+        <xsl:when test="$length = '14'">255.252.0.0</xsl:when>
+        <xsl:when test="$length = '13'">255.248.0.0</xsl:when>
+        <xsl:when test="$length = '12'">255.240.0.0</xsl:when>
+        <xsl:when test="$length = '11'">255.224.0.0</xsl:when>
+        <xsl:when test="$length = '10'">255.192.0.0</xsl:when>
+        <xsl:when test="$length = '9'">255.128.0.0</xsl:when>
+        <xsl:when test="$length = '8'">255.0.0.0</xsl:when>
+        <xsl:when test="$length = '7'">254.0.0.0</xsl:when>
+        <xsl:when test="$length = '6'">252.0.0.0</xsl:when>
+        <xsl:when test="$length = '5'">248.0.0.0</xsl:when>
+        <xsl:when test="$length = '4'">240.0.0.0</xsl:when>
+        <xsl:when test="$length = '3'">224.0.0.0</xsl:when>
+        <xsl:when test="$length = '2'">192.0.0.0</xsl:when>
+        <xsl:when test="$length = '1'">128.0.0.0</xsl:when>
+        <xsl:when test="$length = '0'">0.0.0.0</xsl:when>
+      </xsl:choose>
     </netmask>
   </xsl:template>
 </xsl:stylesheet>
