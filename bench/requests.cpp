@@ -224,7 +224,7 @@ void measure_request(std::string_view request, bool traced, std::size_t size) {
     throw std::runtime_error("no group of benchmarks has this name: " + std::string(request));
   }
   const Layout layout{.subinterfaces = size};
-  const std::size_t times = std::max<std::size_t>(1, kBatch / size);
+  const std::size_t times = counting ? 1 : std::max<std::size_t>(1, kBatch / size);
   const auto subject = std::make_shared<Subject>(layout, row->native(layout));
   row->add(*subject, layout, traced);
   measure_jobs(subject, size, times);
@@ -237,6 +237,18 @@ void measure_request(std::string_view request, bool traced, std::size_t size) {
   if (!subject->xml.empty()) {
     measure_stylesheet(*subject, size, times);
   }
+}
+
+// The replace alone, on a device that has none of the subinterfaces: of a million, all that is
+// compared with it would not fit into a machine's memory.
+void measure_growth(std::size_t size) {
+  const auto subject = std::make_shared<Subject>(Layout{.subinterfaces = 1}, "{}");
+  subject->add(
+      {.document = read_json(openconfig_json({.subinterfaces = size})),
+       .settings = {.request_op = YFW_MAP_REQUEST_REPLACE, .operation = Operation::kReplace}});
+  const std::size_t times = std::max<std::size_t>(1, kBatch / size);
+  measure(size, "plugin",
+          [subject, times] { return subject->jobs[0]->seconds(Mapping::kPlugin, times); });
 }
 
 // One more address for one interface in the middle of a device with so many.
