@@ -2,9 +2,11 @@
 read the same files."""
 
 import filecmp
+import json
 import os
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 from math import inf
@@ -16,7 +18,7 @@ LARGE = 100000
 # Each command has turns until it has taken so many seconds, but no more turns than that.
 ENOUGH_SECONDS, TURNS = 10, 8
 # Nothing waits longer for one command: it counts as endless.
-MOST_SECONDS = 90
+MOST_SECONDS = 60
 
 # What each ratio may be at most.
 PARSE = 1
@@ -73,6 +75,7 @@ class Commands:
         self.turns = {}
         for size in sizes:
             self._measure(programs.commands(size == LARGE), size)
+            self._save(folder.parent / "commands.json")
 
     def seconds(self, name):
         return {size: min(seconds for seconds, _ in turns) for size, turns in self._of(name).items()}
@@ -88,6 +91,10 @@ class Commands:
 
     def _of(self, name):
         return {size: turns for (command, size), turns in self.turns.items() if command == name}
+
+    def _save(self, file):
+        file.write_text(json.dumps([{"command": name, "size": size, "seconds and megabytes": turns}
+                                    for (name, size), turns in self.turns.items()], indent=1))
 
     def _measure(self, lines, size):
         compare_results(lines, self.folder / str(size))
@@ -111,9 +118,11 @@ def run(line, folder, output="output"):
         _, status, usage = os.wait4(process.pid, 0)
     process.returncode = os.waitstatus_to_exitcode(status)
     seconds = usage.ru_utime + usage.ru_stime
-    if status != 0 and seconds < MOST_SECONDS:
+    if process.returncode == -signal.SIGXCPU:
+        seconds = inf
+    elif process.returncode != 0:
         sys.exit(f"{' '.join(line)}: exit status {process.returncode}\n{message.decode()}")
-    return seconds if status == 0 else inf, usage.ru_maxrss * 1024 / 1e6
+    return seconds, usage.ru_maxrss * 1024 / 1e6
 
 
 def compare_results(lines, folder):
