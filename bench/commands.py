@@ -93,8 +93,9 @@ class Commands:
         return {size: turns for (command, size), turns in self.turns.items() if command == name}
 
     def _save(self, file):
-        file.write_text(json.dumps([{"command": name, "size": size, "seconds and megabytes": turns}
-                                    for (name, size), turns in self.turns.items()], indent=1))
+        file.write_text(json.dumps([{"command": name, "size": size, "stopped": seconds == inf, "megabytes": peak}
+                                    | ({} if seconds == inf else {"seconds": seconds})
+                                    for (name, size), turns in self.turns.items() for seconds, peak in turns], indent=1))
 
     def _measure(self, lines, size):
         compare_results(lines, self.folder / str(size))
