@@ -75,7 +75,6 @@ class Commands:
         self.turns = {}
         for size in sizes:
             self._measure(programs.commands(size == LARGE), size)
-            self._save(folder.parent / "commands.json")
 
     def seconds(self, name):
         return {size: min(seconds for seconds, _ in turns) for size, turns in self._of(name).items()}
@@ -84,18 +83,18 @@ class Commands:
         return {size: max(peak for _, peak in turns) for size, turns in self._of(name).items()}
 
     def ratios(self, name, other):
-        """The medians of the ratios of turns that both had."""
+        """The medians of the ratios of turns that both had; infinite when the first was stopped."""
         others = self._of(other)
-        return {size: median(one[0] / two[0] for one, two in zip(turns, others[size]))
-                for size, turns in self._of(name).items() if size in others}
+        return {size: inf if turns[0][0] == inf else median(one / two for (one, _), (two, _) in zip(turns, others[size]))
+                for size, turns in self._of(name).items() if size in others and others[size][0][0] != inf}
 
     def _of(self, name):
         return {size: turns for (command, size), turns in self.turns.items() if command == name}
 
-    def _save(self, file):
-        file.write_text(json.dumps([{"command": name, "size": size, "stopped": seconds == inf, "megabytes": peak}
-                                    | ({} if seconds == inf else {"seconds": seconds})
-                                    for (name, size), turns in self.turns.items() for seconds, peak in turns], indent=1))
+    def _save(self):
+        turns = [{"command": name, "size": size, "seconds": None if seconds == inf else seconds, "megabytes": peak}
+                 for (name, size), turns in self.turns.items() for seconds, peak in turns]
+        (self.folder.parent / "commands.json").write_text(json.dumps(turns, indent=1))
 
     def _measure(self, lines, size):
         compare_results(lines, self.folder / str(size))
@@ -105,12 +104,13 @@ class Commands:
                 turns = self.turns.setdefault((name, size), [])
                 if turn == 0 or sum(seconds for seconds, _ in turns) < ENOUGH_SECONDS:
                     turns.append(run(line, self.folder / str(size)))
+                    self._save()
 
 
 def run(line, folder, output="output"):
     """Returns the seconds of processor time and the megabytes of memory that a command needs."""
-    # A small edit is applied to the same device each time.
-    shutil.copyfile(folder / "interfaces.json", folder / "saved.json")
+    if "saved.json" in line:  # the edit is applied to the same device each time
+        shutil.copyfile(folder / "interfaces.json", folder / "saved.json")
     with open(folder / output, "wb") as out:
         process = subprocess.Popen(
             line, cwd=folder, stdout=out, stderr=subprocess.PIPE,
