@@ -95,7 +95,7 @@ class Table:
 
     def line(self, group, measure, cells, target, verdict):
         columns = "".join(f"{cell:>10}" for cell in cells)
-        self.lines.append(f"{group:18}{measure:34}{columns}{target:>9}  {verdict}".rstrip())
+        self.lines.append(f"{group:21}{measure:34}{columns}{target:>9}  {verdict}".rstrip())
 
     def heading(self, text):
         self.lines += ["", text]
@@ -200,7 +200,8 @@ def parts_of(sizes, arguments):
     if arguments.smoke:
         return [([size for size in SMOKE_SIZES if size <= min(max(sizes), SMOKE_SIZES[-1])], 1)]
     if arguments.quick:
-        return [([size for size in sizes if size <= QUICK_SIZE], REPETITIONS)]
+        few = [size for size in sizes if size <= QUICK_SIZE]
+        return [(few, REPETITIONS)] if MILLION not in sizes else []
     of_large = REPETITIONS_OF_MILLION if sizes[-1] == MILLION else REPETITIONS_OF_LARGE
     return [(sizes[:-1], REPETITIONS), (sizes[-1:], of_large)] if len(sizes) > 1 else [(sizes, REPETITIONS)]
 
