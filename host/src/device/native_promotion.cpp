@@ -36,7 +36,7 @@ void settle(DocumentNode& interface) {
     DocumentNode* netmask = find(primary, "netmask");
     if (written != nullptr && netmask != nullptr) netmask->value = written->value;
     std::erase_if(secondary.children, [](const DocumentNode& child) { return !is_key(child); });
-    secondary.operation = Operation::kRemove;
+    if (!is_deleted(secondary)) secondary.operation = Operation::kRemove;
   }
 }
 
