@@ -223,7 +223,7 @@ void EditCycle::remove_held(MappedEdit& mapped) {
   };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
-    if (!is_known || !subtree.held) continue;
+    if (!is_known || !subtree.held || absent_.contains(&subtree)) continue;
     HeldReads& part = reads[subtree.way ? depth_of(*subtree.way) : 0];
     Document read = read_of(*subtree.held);
     reads_.expand(read);
@@ -314,6 +314,7 @@ bool EditCycle::drop_absent(std::vector<DocumentNode>& nodes, Operation inherite
     const auto* subtree = static_cast<const Subtree*>(node.cause);
     if (subtree != nullptr && subtree->entry && !is_shown(*subtree, *subtree->entry)) {
       if (subtree->must_be_there && !refusal) refusal = missing(*subtree);
+      absent_.insert(subtree);
       return true;
     }
     const Operation operation = node.operation.value_or(inherited);

@@ -92,6 +92,7 @@ class EditCycle {
   const ConfigurationReads& reads_;
   std::deque<Subtree> subtrees_;
   std::unordered_set<const void*> traces_;  // causes that the native edit has deletions of
+  std::unordered_set<const void*> absent_;  // subtrees in entries that are not there
   std::optional<Document> deleted_;         // what the device has of the deleted subtrees
   std::unordered_map<std::string, const DocumentNode*> subinterfaces_;  // there, by native name
 };
