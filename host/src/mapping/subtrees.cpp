@@ -117,7 +117,8 @@ class SubtreeSearch {
   }
 
   // Deletions within what is replaced say nothing but what has to be there: it all goes. The
-  // mapping would count a deleted address as the first of the list.
+  // mapping would count a deleted address as the first of the list. Nor can anything be merged with
+  // what goes.
   void take_deletions(DocumentNode& node) {
     std::erase_if(node.children, [this](DocumentNode& child) {
       if (child.schema == nullptr || is_key(child)) return false;
@@ -127,6 +128,7 @@ class SubtreeSearch {
       if (is_taken) {
         add(child).held.reset();
       } else {
+        if (child.operation == Operation::kWrite) child.operation.reset();
         take_deletions(child);
       }
       path_.pop_back();
