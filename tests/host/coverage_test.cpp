@@ -47,29 +47,34 @@ TEST(Coverage, HasEachLeafOfTheSchemaOnceAndInItsOrder) {
 }
 
 TEST(Coverage, IsATableThatFitsATerminal) {
-  const std::string native = "/m:top" + repeat("/node", 40);
+  const std::string native = "/m:tops" + repeat("/node", 40);
   Coverage coverage;
   coverage.leaves.push_back({"/x:y", {LeafUse::Result::kMapped, {native}, {}}, {}, {}, {}});
   EXPECT_EQ(coverage.text(Format::kTree),
             "LEAF  EDIT     READ     READ-BACK\n"
             "/x:y  mapped   ignored  nothing\n"
-            "    m:top" +
-                repeat("/node", 22) + "/\n        node" + repeat("/node", 17) + " (edit)\n");
+            "    m:tops" +
+                repeat("/node", 21) + "/\n        node" + repeat("/node", 18) + " (edit)\n");
 }
 
 TEST(Coverage, ShowsAReadOfConfigurationThatIsAnother) {
   const LeafUse mapped = {LeafUse::Result::kMapped, {"/m:a/b:c"}, {}};
   const LeafUse refused = {LeafUse::Result::kRefused, {}, "unsupported"};
-  const Coverage coverage = {{{"/x:y", {}, mapped, refused, mapped}}};
+  const Coverage coverage = {{{"/x:y", {}, mapped, refused, mapped}, {"/x:z", mapped, mapped, {}, mapped}}};
   EXPECT_EQ(coverage.text(Format::kTree),
             "LEAF  EDIT     READ     READ-BACK\n"
             "/x:y  ignored  mapped   mapped\n"
             "    read-config refused: unsupported\n"
-            "    b:c (read, read-back)\n");
+            "    b:c (read, read-back)\n"
+            "/x:z  mapped   mapped   mapped\n"
+            "    b:c\n");
   EXPECT_EQ(coverage.text(Format::kJson),
             R"([
   {"path":"/x:y","edit":{"result":"ignored"},"read":{"result":"mapped","native":["/m:a/b:c"]},)"
             R"("read-config":{"result":"refused","code":"unsupported"},)"
+            R"("read-back":{"result":"mapped","native":["/m:a/b:c"]}},
+  {"path":"/x:z","edit":{"result":"mapped","native":["/m:a/b:c"]},)"
+            R"("read":{"result":"mapped","native":["/m:a/b:c"]},)"
             R"("read-back":{"result":"mapped","native":["/m:a/b:c"]}}
 ]
 )");

@@ -111,6 +111,7 @@ TEST_F(Database, SelectsAListsItemsByTheirKey) {
 TEST_F(Database, FailsAsTheDeviceFileSays) {
   EXPECT_EQ(list("/oper/", "mixed"), "1 (null)\n0x40814200\n2 b\n");
   EXPECT_EQ(list("/oper/", "mixed", "b"), "2 b\n");
+  EXPECT_EQ(list("/oper/", "", "mixed"), "0x40814200\n2 mixed/b\n");
   EXPECT_EQ(item("/oper/", "mixed/a"), "0x40814200");
   EXPECT_EQ(list("/oper/", "broken"), "0x40814202");
   EXPECT_EQ(list("/oper/", "broken", "a"), "0x40814202");
