@@ -60,7 +60,8 @@ TEST(Coverage, IsATableThatFitsATerminal) {
 TEST(Coverage, ShowsAReadOfConfigurationThatIsAnother) {
   const LeafUse mapped = {LeafUse::Result::kMapped, {"/m:a/b:c"}, {}};
   const LeafUse refused = {LeafUse::Result::kRefused, {}, "unsupported"};
-  const Coverage coverage = {{{"/x:y", {}, mapped, refused, mapped}, {"/x:z", mapped, mapped, {}, mapped}}};
+  const Coverage coverage = {
+      {{"/x:y", {}, mapped, refused, mapped}, {"/x:z", mapped, mapped, {}, mapped}}};
   EXPECT_EQ(coverage.text(Format::kTree),
             "LEAF  EDIT     READ     READ-BACK\n"
             "/x:y  ignored  mapped   mapped\n"
