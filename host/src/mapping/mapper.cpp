@@ -161,6 +161,12 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       device_check_(models, device),
       reads_(configuration_reads()) {}
 
+void Mapper::check_device(const Document& request) {
+  if (!options_.unchecked) {
+    device_check_.check(request);
+  }
+}
+
 void Mapper::begin(const char* stage) const {
   if (framework_.progress != nullptr) {
     framework_.progress->begin(stage);
@@ -171,7 +177,7 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
                             EditCycle& cycle) {
   InputChecks checks(models_, InputRules(options_));
   Document edit = read_edit(request, checks);
-  device_check_.check(edit);
+  check_device(edit);
   const DefaultOperation operation = default_operation(request, edit);
   MappedEdit mapped =
       cycle.map(std::move(edit), operation, purpose,
@@ -385,7 +391,7 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
   Document document = read_document(models_, request.data);
   check_is_data(document);
   check_native_data(models_, document, plugin_.read_back, InputRules(options_));
-  device_check_.check(document);
+  check_device(document);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
               {.request_op = request_op(request.content),
@@ -466,7 +472,7 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
     merge_document(query.families, std::move(families));
   }
   put_whole_lists_first(query.expanded.roots);
-  device_check_.check(query.asked);
+  check_device(query.asked);
   return query;
 }
 

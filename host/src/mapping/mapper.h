@@ -64,6 +64,7 @@ class Mapper {
   [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Query read_query(const QueryRequest& request);
   void begin(const char* stage) const;
+  void check_device(const Document& request);
   void answer(const Query& query, Document queries, Format format, Outcome& outcome);
   Document native_queries(const Document& expanded, Content content);
   [[nodiscard]] Document device_data(const Document& queries, Content content) const;

@@ -80,9 +80,30 @@ class SubtreeSearch {
     } else {
       const bool is_entry = is_entry_of_subinterface(node) || is_subinterface(node);
       if (operation == Operation::kNone && is_entry) add_passed(node);
+      if (operation == Operation::kWrite && loses_own_address(node)) replace_groups(node);
       for (DocumentNode& child : node.children) visit(child, operation);
     }
     path_.pop_back();
+  }
+
+  // Whether the interface's own address is deleted from a list, and its VRRP groups with it.
+  [[nodiscard]] bool loses_own_address(const DocumentNode& list) const {
+    return is_named(list, kIpModule, "addresses") &&
+           std::any_of(list.children.begin(), list.children.end(), [this](const auto& address) {
+             return is_deleted(address) && key_value(address, "ip") != nullptr && is_own(address);
+           });
+  }
+
+  // Groups of other addresses are new then: what the device has of their routers is none of theirs.
+  static void replace_groups(DocumentNode& node) {
+    for (DocumentNode& child : node.children) {
+      if (child.operation.value_or(Operation::kWrite) != Operation::kWrite) continue;
+      if (is_named(child, kIpModule, "vrrp-group")) {
+        child.operation = Operation::kReplace;
+      } else {
+        replace_groups(child);
+      }
+    }
   }
 
   static bool is_replaced(const DocumentNode& node) {
