@@ -30,12 +30,12 @@ struct DocumentNode {
   Name module;            // name of the node's module; "" when no model knows the namespace
   Name module_namespace;  // its namespace; for an unknown JSON module, the module's name
   NodeKind kind = NodeKind::kContainer;
-  std::optional<std::string> value;    // a leaf's text; absent when the client gave none
   std::optional<Operation> operation;  // the node's own annotation, not what it inherits
-  const void* cause = nullptr;         // of a deletion: those with the same one are one request's
   bool may_be_missing = false;         // of a deletion: that there is nothing to delete is no error
   int line = 0;                        // where it stands in its source, 0 when unknown
   int place = 0;  // among the nodes of its source, from 1; 0 for one that was made
+  std::optional<std::string> value;    // a leaf's text; absent when the client gave none
+  const void* cause = nullptr;         // of a deletion: those with the same one are one request's
   const lysc_node* schema = nullptr;   // null when no model knows the node
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
 };

@@ -3,6 +3,7 @@
 #ifndef OCIFIP_HOST_IO_NAME_H_
 #define OCIFIP_HOST_IO_NAME_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,23 +15,27 @@ class Name {
  public:
   Name() : Name(of(kEmpty)) {}
   // Keeps a copy of the text.
-  explicit Name(std::string_view text) : bits_(text.empty() ? Name().bits_ : owned(text)) {}
+  explicit Name(std::string_view text) : place_(text.empty() ? place_of(kEmpty) : copy(text)) {}
   // The text must outlive the name and its copies.
-  static Name of(const std::string& text) { return Name(reinterpret_cast<std::uintptr_t>(&text)); }
+  static Name of(const std::string& text) {
+    Name name{nullptr};
+    name.place_ = place_of(text);
+    return name;
+  }
 
-  Name(const Name& other) : bits_(other.is_owned() ? owned(other) : other.bits_) {}
-  Name(Name&& other) noexcept : bits_(std::exchange(other.bits_, Name().bits_)) {}
+  Name(const Name& other) : place_(other.is_copy() ? copy(other) : other.place_) {}
+  Name(Name&& other) noexcept : place_(std::exchange(other.place_, place_of(kEmpty))) {}
   Name& operator=(Name other) noexcept {
-    std::swap(bits_, other.bits_);
+    std::swap(place_, other.place_);
     return *this;
   }
   Name& operator=(std::string_view text) { return *this = Name(text); }
   ~Name() {
-    if (is_owned()) delete &text();
+    if (is_copy()) delete &text();
   }
 
   [[nodiscard]] const std::string& text() const {
-    return *reinterpret_cast<const std::string*>(bits_ & ~kOwned);
+    return *reinterpret_cast<const std::string*>(is_copy() ? place_ - kCopy : place_);
   }
   operator const std::string&() const { return text(); }  // NOLINT(google-explicit-constructor)
   operator std::string_view() const { return text(); }    // NOLINT(google-explicit-constructor)
@@ -39,22 +44,28 @@ class Name {
   [[nodiscard]] bool ends_with(std::string_view end) const { return text().ends_with(end); }
 
   friend bool operator==(const Name& left, const Name& right) {
-    return left.bits_ == right.bits_ || left.text() == right.text();
+    return left.place_ == right.place_ || left.text() == right.text();
   }
   friend bool operator==(const Name& left, std::string_view right) { return left.text() == right; }
 
  private:
-  static constexpr std::uintptr_t kOwned = 1;  // in the bit that a pointer to a string leaves free
+  // What a pointer to a copy is ahead of it: the bit that such pointers leave free.
+  static constexpr std::ptrdiff_t kCopy = 1;
 
-  explicit Name(std::uintptr_t bits) : bits_(bits) {}
-  static std::uintptr_t owned(std::string_view text) {
-    return reinterpret_cast<std::uintptr_t>(new std::string(text)) | kOwned;
+  explicit Name(std::nullptr_t /*nothing yet*/) {}
+  static const char* place_of(const std::string& text) {
+    return reinterpret_cast<const char*>(&text);
   }
-  [[nodiscard]] bool is_owned() const { return (bits_ & kOwned) != 0; }
+  static const char* copy(std::string_view text) {
+    return place_of(*new std::string(text)) + kCopy;
+  }
+  [[nodiscard]] bool is_copy() const {
+    return (reinterpret_cast<std::uintptr_t>(place_) & std::uintptr_t{kCopy}) != 0;
+  }
 
   inline static const std::string kEmpty;
 
-  std::uintptr_t bits_;
+  const char* place_ = nullptr;
 };
 
 // Texts that are put together of names and others.
