@@ -411,6 +411,23 @@ void add_completion(CLI::App& program, CommandLine& line, InformationArguments& 
 }
 
 // The arguments that the parser made nothing of: those before the command, or behind it.
+std::string unknown_option(const CLI::App& asked, const std::string& argument) {
+  const auto name = argument.substr(0, argument.find('='));
+  std::vector<std::string> known;
+  for (const auto* each : asked.get_options()) {
+    for (const auto& long_name : each->get_lnames()) known.push_back("--" + long_name);
+  }
+  return "unknown option " + in_quotes(name) + did_you_mean(name, known);
+}
+
+std::string explain_no_command(const CLI::App& program) {
+  const auto extras = program.remaining();
+  if (extras.empty()) return "a command is missing";
+  const auto reason = unknown_option(program, extras.front());
+  return reason.ends_with('?') ? reason
+                               : "a command is missing before " + in_quotes(extras.front());
+}
+
 std::string explain_extras(const CLI::App& program, const CLI::App& asked) {
   const auto misplaced = program.remaining();
   if (!misplaced.empty()) return "the command comes before " + in_quotes(misplaced.front());
@@ -418,12 +435,7 @@ std::string explain_extras(const CLI::App& program, const CLI::App& asked) {
   const auto option = std::find_if(extras.begin(), extras.end(),
                                    [](const auto& extra) { return extra.starts_with('-'); });
   if (option == extras.end()) return "one argument too many: " + in_quotes(extras.front());
-  const auto name = option->substr(0, option->find('='));
-  std::vector<std::string> known;
-  for (const auto* each : asked.get_options()) {
-    for (const auto& long_name : each->get_lnames()) known.push_back("--" + long_name);
-  }
-  return "unknown option " + in_quotes(name) + did_you_mean(name, known);
+  return unknown_option(asked, *option);
 }
 
 // An option without its value; empty when it is something else.
@@ -443,7 +455,7 @@ std::string explain_error(const CLI::App& program, const CLI::App& asked,
     return explain_extras(program, asked);
   }
   if (&asked == &program && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-    return "a command is missing";
+    return explain_no_command(program);
   }
   const auto mismatch = dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr
                             ? std::string()

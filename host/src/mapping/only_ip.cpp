@@ -46,9 +46,10 @@ class Filter {
     return is_ip_module(node.module) || (is_in_tunnel() && node.module == kTunnelModule);
   }
 
-  // A setting of an entry that an edit may give. A query of it asks for the entry itself.
+  // The settings of an entry, which an edit may give. A query of them asks for the entry itself,
+  // and a deletion is one of more than the key.
   [[nodiscard]] bool repeats_key(const DocumentNode& node) const {
-    return is_own(node, "config") && !is_query_;
+    return is_own(node, "config") && !is_query_ && !is_deleted(node);
   }
 
   [[nodiscard]] bool belongs_to_interface(const DocumentNode& node) const {
