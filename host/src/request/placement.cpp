@@ -192,8 +192,8 @@ bool Placement::is_part_of_deletion(const OutputNode* node, const InputNode* sou
     return false;
   }
   for (; node != nullptr; node = node->parent) {
-    if (is_deleting(operation_of(*node)) && node->cause != source &&
-        request_.hierarchy().is_walked(node->cause)) {
+    if (is_deleting(node->head.edit_operation) && is_deleting(operation_of(*node)) &&
+        node->cause != source && request_.hierarchy().is_walked(node->cause)) {
       return true;
     }
   }

@@ -26,24 +26,17 @@ std::uint8_t combined(std::uint8_t existing, std::uint8_t incoming) {
 // take it back.
 void settle(OutputNode* entry) { entry->head.edit_operation = operation_of(*entry); }
 
+// Nearly no node on the way up is deleted, and only what is has anything to settle.
 void keep_from_deletion(OutputNode* node) {
   for (; node != nullptr; node = node->parent) {
-    settle(node);
     if (is_deleting(node->head.edit_operation)) {
-      node->head.edit_operation = NIDL_YFW_EDIT_REPLACE;
+      const bool leads_on = operation_of(*node) == NIDL_YFW_EDIT_NONE;
+      node->head.edit_operation = leads_on ? NIDL_YFW_EDIT_NONE : NIDL_YFW_EDIT_REPLACE;
     }
   }
 }
 
 }  // namespace
-
-bool is_deleting(std::uint8_t operation) {
-  return operation == NIDL_YFW_EDIT_DELETE || operation == NIDL_YFW_EDIT_REMOVE;
-}
-
-bool is_writing(std::uint8_t operation) {
-  return operation == NIDL_YFW_EDIT_WRITE || operation == NIDL_YFW_EDIT_REPLACE;
-}
 
 std::uint8_t operation_of(const OutputNode& node) {
   const std::uint8_t own = node.head.edit_operation;

@@ -8,10 +8,14 @@
 
 namespace ocifip {
 
-bool is_deleting(std::uint8_t operation);
+inline bool is_deleting(std::uint8_t operation) {
+  return operation == NIDL_YFW_EDIT_DELETE || operation == NIDL_YFW_EDIT_REMOVE;
+}
 
 // Whether an operation gives a node content: a plain write or a replace.
-bool is_writing(std::uint8_t operation);
+inline bool is_writing(std::uint8_t operation) {
+  return operation == NIDL_YFW_EDIT_WRITE || operation == NIDL_YFW_EDIT_REPLACE;
+}
 
 // The operation of a node. A deleted entry of which a key has since got the operation "none",
 // whoever wrote it there, only leads to its content.
