@@ -95,7 +95,7 @@ const std::string* key_value(const DocumentNode& entry, std::string_view key) {
 
 bool lacks_key(const DocumentNode& entry) {
   if (entry.kind != NodeKind::kList || entry.schema == nullptr) return false;
-  const auto keys = Models::keys(entry.schema);
+  const auto& keys = Models::keys(entry.schema);
   return std::any_of(keys.begin(), keys.end(),
                      [&entry](const std::string& key) { return key_value(entry, key) == nullptr; });
 }

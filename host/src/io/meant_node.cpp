@@ -8,7 +8,7 @@
 namespace ocifip {
 
 std::string meant_node(const Models& models, const lysc_node* parent, std::string_view tag) {
-  const auto children = models.children(parent);
+  const auto& children = models.children(parent);
   std::vector<std::string> tags;
   tags.reserve(children.size());
   for (const auto* child : children) tags.emplace_back(Models::tag(child));

@@ -53,6 +53,7 @@ struct Index {
   std::size_t position = 0;
   bool names_by_ipv6 = false;
   std::vector<const lysc_node*> children;
+  std::vector<std::string> keys;
   std::unordered_map<QualifiedName, const lysc_node*, QualifiedNameHash> by_name;
 };
 
@@ -217,6 +218,7 @@ void Models::Impl::add_child(Index& parent, const lysc_node* node,
   // The context is this object's own, and libyang leaves the pointer to its user.
   const_cast<lysc_node*>(node)->priv = &own;
   parent.children.push_back(node);
+  if (Models::is_key(node)) parent.keys.emplace_back(node->name);
   parent.by_name.emplace(QualifiedName{node->name, node->module->ns}, node);
   unvisited.push_back(node);
 }
@@ -293,21 +295,13 @@ const lysc_node* Models::child(const lysc_node* parent, std::string_view tag,
   return found == index.by_name.end() ? nullptr : found->second;
 }
 
-std::vector<const lysc_node*> Models::children(const lysc_node* parent) const {
+const std::vector<const lysc_node*>& Models::children(const lysc_node* parent) const {
   return impl_->index(parent).children;
 }
 
 std::size_t Models::position(const lysc_node* node) { return index_of(node).position; }
 
-std::vector<std::string> Models::keys(const lysc_node* list) {
-  std::vector<std::string> names;
-  if (list->nodetype != LYS_LIST) return names;
-  for (const auto* node = lysc_node_child(list); node != nullptr && is_key(node);
-       node = node->next) {
-    names.emplace_back(node->name);
-  }
-  return names;
-}
+const std::vector<std::string>& Models::keys(const lysc_node* list) { return index_of(list).keys; }
 
 NodeKind Models::kind(const lysc_node* node) {
   switch (node->nodetype) {

@@ -41,16 +41,16 @@ class Models {
                                        std::string_view module_namespace) const;
 
   // The data children of a node in schema order with keys first, augments included; the top-level
-  // nodes of every module for null.
-  [[nodiscard]] std::vector<const lysc_node*> children(const lysc_node* parent) const;
+  // nodes of every module for null. They live as long as the models.
+  [[nodiscard]] const std::vector<const lysc_node*>& children(const lysc_node* parent) const;
 
   // Place of a node among its parent's data children: keys first, as their key statement has them,
   // then the others in schema order.
   [[nodiscard]] static std::size_t position(const lysc_node* node);
 
   // Key names of a list in the order of its key statement; empty for a keyless list or another
-  // node.
-  [[nodiscard]] static std::vector<std::string> keys(const lysc_node* list);
+  // node. They live as long as the models.
+  [[nodiscard]] static const std::vector<std::string>& keys(const lysc_node* list);
 
   [[nodiscard]] static NodeKind kind(const lysc_node* node);
   // Those live as long as the models.

@@ -90,6 +90,7 @@ std::string_view shown_operation(const DocumentNode& node) {
 std::vector<const DocumentNode*> shown_nodes(const std::vector<DocumentNode>& siblings,
                                              NodePath& path, std::vector<std::string>& notes) {
   std::vector<const DocumentNode*> shown;
+  shown.reserve(siblings.size());
   for (const auto& node : siblings) {
     if (is_idle(node)) continue;
     if (!lacks_key(node)) {

@@ -84,6 +84,7 @@ class JsonPrinter {
 
   std::vector<std::string>& notes_;
   std::string out_;
+  std::string name_;  // the one being printed, which keeps its memory for the next
   NodePath path_;
   std::size_t depth_ = 0;
   bool is_first_ = true;  // nothing stands yet in the innermost object or array
@@ -190,15 +191,21 @@ void JsonPrinter::append_operation(const DocumentNode& node) {
 
 // Appends the name of the member that a node is, with its module where that is not its parent's.
 void JsonPrinter::append_name(const DocumentNode& node, std::string_view before) {
-  std::string name(before);
+  name_ = before;
   const auto module = module_name(node);
   const bool is_inherited = path_.empty() ? module.empty() : module == module_name(*path_.back());
   if (!is_inherited) {
-    name += module;
-    name += ':';
+    name_ += module;
+    name_ += ':';
   }
-  name += node.tag.text();
-  append_value(out_, name);
+  name_ += node.tag.text();
+  if (node.schema == nullptr) {
+    append_value(out_, name_);
+  } else {  // identifiers have nothing to be escaped
+    out_ += '"';
+    out_ += name_;
+    out_ += '"';
+  }
   out_ += ": ";
 }
 

@@ -5,7 +5,7 @@ namespace ocifip {
 namespace {
 
 void append_keys(std::string& out, const DocumentNode& entry) {
-  const auto keys = Models::keys(entry.schema);
+  const auto& keys = Models::keys(entry.schema);
   std::string given;
   std::string missing;
   for (const auto& key : keys) {

@@ -216,7 +216,7 @@ void PathReader::open_step(const lysc_node* schema, const Step& step) {
 }
 
 void PathReader::add_keys(const lysc_node* schema, const Step& step) {
-  const auto keys = Models::keys(schema);
+  const auto& keys = Models::keys(schema);
   if (step.predicates.empty()) {
     // A read goes through all entries; an edit means one.
     if (operation_ && !left_.empty() && !keys.empty()) fail("no keys for " + walked_);

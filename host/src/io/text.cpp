@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace ocifip {
 namespace {
@@ -45,6 +46,19 @@ std::size_t character_size(std::string_view text) {
                : 0;
   }
   return 0;
+}
+
+bool is_ascii(char byte) { return static_cast<std::uint8_t>(byte) < 0x80; }
+
+// Size of the ASCII that a text begins with, in steps of eight bytes.
+std::size_t ascii_size(std::string_view text) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  std::size_t at = 0;
+  for (std::uint64_t bytes = 0; at + sizeof bytes <= text.size(); at += sizeof bytes) {
+    std::memcpy(&bytes, text.data() + at, sizeof bytes);
+    if ((bytes & kHighBits) != 0) break;
+  }
+  return at;
 }
 
 void append_escape(std::string& out, char c) {
@@ -131,9 +145,10 @@ void check_text(const std::string& name, std::string_view text) {
 }
 
 std::size_t utf8_length(std::string_view text) {
-  std::size_t at = 0;
+  // Nearly all texts are ASCII, of which a table of lead bytes would be asked for each byte.
+  std::size_t at = ascii_size(text);
   while (at < text.size()) {
-    const auto size = character_size(text.substr(at));
+    const auto size = is_ascii(text[at]) ? std::size_t{1} : character_size(text.substr(at));
     if (size == 0) break;
     at += size;
   }

@@ -128,7 +128,7 @@ class SubtreeSearch {
     const bool is_alone = std::all_of(
         entry.children.begin(), entry.children.end(),
         [&](const DocumentNode& child) { return is_key(child) || &child == &*settings; });
-    const auto keys = Models::keys(entry.schema);
+    const auto& keys = Models::keys(entry.schema);
     const bool holds_keys = std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
       return models_.child(settings->schema, key, {}) != nullptr;
     });

@@ -144,7 +144,7 @@ const lysc_node* PathCache::schema_child(const Place* parent, std::string_view t
     found = models_.child(parent->schema, tag, {});
   }
   if (found == nullptr) {
-    const auto children = models_.children(parent->schema);
+    const auto& children = models_.children(parent->schema);
     const auto same = std::find_if(children.begin(), children.end(),
                                    [&](const lysc_node* node) { return Models::tag(node) == tag; });
     found = same == children.end() ? nullptr : *same;
