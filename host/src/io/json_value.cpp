@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "io/leaf_types.h"
+
 namespace ocifip {
 namespace {
 
@@ -59,6 +61,7 @@ JsonForm json_form(const DocumentNode& leaf) {
                          ? reinterpret_cast<const lysc_node_leaf*>(schema)->type
                          : reinterpret_cast<const lysc_node_leaflist*>(schema)->type;
   if (is_always_string(type)) return JsonForm::kString;
+  if (is_plain_number(type, *leaf.value)) return JsonForm::kBare;
 
   const lysc_type* real_type = type;
   const auto result = lyd_value_validate(nullptr, schema, leaf.value->c_str(), leaf.value->size(),

@@ -128,8 +128,17 @@ std::string in_words(const lysc_type_str* type) {
   return words;
 }
 
-// Whether a text is plainly a number of a type, which is the case of most; the others are libyang's
-// to judge.
+// Whether an identity has a prefix that is the name of no module.
+bool is_foreign_identity(const lysc_node* leaf, const lysc_type* type, std::string_view text) {
+  const auto colon = text.find(':');
+  if (type->basetype != LY_TYPE_IDENT || colon == std::string_view::npos || colon == 0)
+    return false;
+  const std::string prefix(text.substr(0, colon));
+  return ly_ctx_get_module_implemented(leaf->module->ctx, prefix.c_str()) == nullptr;
+}
+
+}  // namespace
+
 bool is_plain_number(const lysc_type* type, std::string_view text) {
   const auto integer = integer_type(type);
   if (!integer || text.empty() || (text.size() > 1 && text.front() == '0')) return false;
@@ -146,17 +155,6 @@ bool is_plain_number(const lysc_type* type, std::string_view text) {
   }
   return false;
 }
-
-// Whether an identity has a prefix that is the name of no module.
-bool is_foreign_identity(const lysc_node* leaf, const lysc_type* type, std::string_view text) {
-  const auto colon = text.find(':');
-  if (type->basetype != LY_TYPE_IDENT || colon == std::string_view::npos || colon == 0)
-    return false;
-  const std::string prefix(text.substr(0, colon));
-  return ly_ctx_get_module_implemented(leaf->module->ctx, prefix.c_str()) == nullptr;
-}
-
-}  // namespace
 
 bool takes(const lysc_node* leaf, std::string_view text, std::string* canonical) {
   const char* kept = nullptr;

@@ -15,6 +15,10 @@ namespace ocifip {
 // there. `canonical`, when given, becomes the form that libyang keeps the value in.
 bool takes(const lysc_node* leaf, std::string_view text, std::string* canonical = nullptr);
 
+// Whether a text is plainly a number of a type of integers, as JSON writes it too, which is the
+// case of most. Others that the type takes are libyang's to judge.
+bool is_plain_number(const lysc_type* type, std::string_view text);
+
 // Whether the values of a leaf are IPv4 or IPv6 addresses. A type of addresses is known by what it
 // takes: modules define their own, as patterns of strings.
 bool has_ipv4_values(const lysc_node* leaf);
