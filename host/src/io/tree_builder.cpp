@@ -41,6 +41,28 @@ constexpr std::string_view kind_name(NodeKind kind) {
   }
 }
 
+// Up to this number of siblings, to compare them costs less than the memory of an index.
+constexpr std::size_t kFewSiblings = 8;
+
+// Whether a node that a model knows is among others.
+bool is_among(std::span<const DocumentNode> nodes, const DocumentNode& node) {
+  return std::any_of(nodes.begin(), nodes.end(), [&node](const DocumentNode& other) {
+    return other.schema != nullptr && is_same_node(other, node);
+  });
+}
+
+// How often an entry names a key is for the mapping to see. State may repeat a value.
+bool may_be_repeated(const DocumentNode& node) {
+  return is_key(node) || (node.kind == NodeKind::kLeafList && Models::is_state(node.schema));
+}
+
+std::string repeated(const DocumentNode& node) {
+  return "a second " + in_quotes(node.tag) +
+         (node.kind == NodeKind::kLeafList ? " with the same value"
+          : node.kind == NodeKind::kList   ? " with the same keys"
+                                           : "");
+}
+
 std::size_t order(const DocumentNode& node) {
   return node.schema == nullptr ? std::numeric_limits<std::size_t>::max()
                                 : Models::position(node.schema);
@@ -69,7 +91,7 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
   const bool is_bare = colon == std::string_view::npos;
   const auto tag = is_bare ? member : member.substr(colon + 1);
   const auto prefix = is_bare ? std::string_view() : member.substr(0, colon);
-  const auto known_namespace = models_.namespace_of(prefix);
+  const auto known_namespace = is_bare ? std::string_view() : models_.namespace_of(prefix);
   const lysc_node* schema = nullptr;
   if (is_known_place && is_bare) {
     const auto inherited = parent == nullptr ? "" : std::string_view(parent->module_namespace);
@@ -154,20 +176,18 @@ void TreeBuilder::check_kind(const DocumentNode& node) const {
 
 // Nodes that no model knows are what they look like.
 void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
+  // Most nodes have one child, or two.
+  const bool are_few = nodes.size() <= kFewSiblings;
   SiblingIndex index;
-  for (auto& node : nodes) {
+  for (std::size_t at = 0; at < nodes.size(); ++at) {
+    auto& node = nodes[at];
     if (node.schema == nullptr) continue;
     check_kind(node);
-    // How often an entry names a key is for the mapping to see. State may repeat a value.
-    const bool is_leaf_list = node.kind == NodeKind::kLeafList;
-    if (is_key(node) || (is_leaf_list && Models::is_state(node.schema))) continue;
-    if (index.find(node) != nullptr) {
-      fail(node.line, "a second " + in_quotes(node.tag) +
-                          (is_leaf_list                   ? " with the same value"
-                           : node.kind == NodeKind::kList ? " with the same keys"
-                                                          : ""));
-    }
-    index.add(node);
+    if (may_be_repeated(node)) continue;
+    const bool is_repeated =
+        are_few ? is_among(nodes.first(at), node) : index.find(node) != nullptr;
+    if (is_repeated) fail(node.line, repeated(node));
+    if (!are_few) index.add(node);
   }
 }
 
