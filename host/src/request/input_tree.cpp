@@ -31,8 +31,10 @@ std::span<InputNode> InputTree::build(const std::vector<DocumentNode>& nodes, Op
 void InputTree::fill(InputNode& node, const DocumentNode& from, Operation inherited,
                      const void* cause) {
   const Operation operation = operation_of(from, inherited);
-  node.tag = shared(from.tag);
-  node.module_namespace = shared(from.module_namespace);
+  const bool is_known = from.schema != nullptr;  // then the models keep the names
+  node.tag = is_known ? Models::tag(from.schema).c_str() : shared(from.tag);
+  node.module_namespace =
+      is_known ? Models::module_namespace(from.schema).c_str() : shared(from.module_namespace);
   node.kind = static_cast<std::uint8_t>(from.kind);
   node.edit_operation = static_cast<std::uint8_t>(operation);
   cause = from.cause == nullptr ? cause : from.cause;

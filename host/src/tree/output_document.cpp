@@ -15,24 +15,32 @@ std::vector<const ChildSlot*> slots_in_order(const OutputNode& node) {
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
     slots.push_back(slot);
   }
-  std::stable_sort(slots.begin(), slots.end(), [](const ChildSlot* first, const ChildSlot* second) {
+  const auto stands_before = [](const ChildSlot* first, const ChildSlot* second) {
     return first->place->order < second->place->order;
-  });
+  };
+  // A sort takes memory, and mappings nearly always write in schema order.
+  if (!std::is_sorted(slots.begin(), slots.end(), stands_before)) {
+    std::stable_sort(slots.begin(), slots.end(), stands_before);
+  }
   return slots;
 }
 
 std::vector<DocumentNode> children_of(const OutputNode& node);
 
+DocumentNode node_at(const Place& place) {
+  if (place.schema != nullptr) {
+    return node_of(place.schema);
+  }
+  DocumentNode document;
+  document.tag = place.tag;
+  document.module = place.module;
+  document.module_namespace = place.module_namespace;
+  return document;
+}
+
 DocumentNode to_document(const OutputNode& node) {
   const Place& place = *node.place;
-  DocumentNode document;
-  if (place.schema != nullptr) {
-    document = node_of(place.schema);
-  } else {
-    document.tag = place.tag;
-    document.module = place.module;
-    document.module_namespace = place.module_namespace;
-  }
+  DocumentNode document = node_at(place);
   document.kind = place.kind;
   if (node.head.value != nullptr) {
     document.value = node.head.value;
