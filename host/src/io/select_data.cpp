@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -57,6 +59,11 @@ class Level {
     return found;
   }
 
+  // The queries that give all the keys of an entry, or null if there are others.
+  [[nodiscard]] const Queries* only_entries() const {
+    return by_key_.empty() && others_.empty() ? &listed_ : nullptr;
+  }
+
  private:
   struct Hash {
     std::size_t operator()(const DocumentNode* key) const { return hash_value(*key); }
@@ -87,6 +94,7 @@ class Level {
       if (is_entry && entries_.find(query) == nullptr) {
         // The index hands out what may be changed; nothing here does.
         entries_.add(const_cast<DocumentNode&>(query));
+        listed_.push_back(&query);
       } else {
         place_of(query).push_back(&query);
       }
@@ -107,43 +115,112 @@ class Level {
   }
 
   SiblingIndex entries_;
+  Queries listed_;  // those of entries_
   std::vector<ByKey> by_key_;
   Queries others_;
+};
+
+// Finds entries in long lists. An index is made of a list when it is first searched.
+class LongLists {
+ public:
+  // The siblings that queries name by all of their keys, in the order of the data; nothing when all
+  // siblings are to be looked at instead.
+  std::optional<Queries> find(const Nodes& siblings, const Level& queries) {
+    const auto* entries = queries.only_entries();
+    if (entries == nullptr || siblings.size() < kLong || siblings.size() < entries->size()) {
+      return std::nullopt;
+    }
+    const auto [known, is_new] = lists_.try_emplace(&siblings);
+    if (is_new) known->second.fill(siblings);
+    if (known->second.has_twins) return std::nullopt;
+    Queries found;
+    for (const auto* entry : *entries) {
+      const auto* node = known->second.index.find(*entry);
+      if (node != nullptr) found.push_back(node);
+    }
+    std::sort(found.begin(), found.end(), std::less<>());
+    return found;
+  }
+
+ private:
+  static constexpr std::size_t kLong = 64;
+
+  struct List {
+    void fill(const Nodes& siblings) {
+      for (const auto& node : siblings) {
+        has_twins = has_twins || index.find(node) != nullptr;
+        // The index hands out what may be changed; nothing here does.
+        index.add(const_cast<DocumentNode&>(node));
+      }
+    }
+
+    SiblingIndex index;
+    bool has_twins = false;  // the index has but one of them
+  };
+
+  std::unordered_map<const Nodes*, List> lists_;
 };
 
 // What is selected of a node when nothing below it is named.
 enum class Below { kAll, kNothing };
 
 // Recursion is as deep as documents may be.
-Nodes select(const Nodes& data, const Level& queries, Below below) {
-  Nodes selected;
-  for (const auto& node : data) {
+class Selection {
+ public:
+  // `lists`, when given, are those of the data.
+  explicit Selection(Below below, LongLists* lists = nullptr) : below_(below), lists_(lists) {}
+
+  Nodes select(const Nodes& data, const Level& queries) {
+    Nodes selected;
+    const auto found = lists_ == nullptr ? std::nullopt : lists_->find(data, queries);
+    if (found) {
+      for (const auto* node : *found) add(*node, queries, selected);
+    } else {
+      for (const auto& node : data) add(node, queries, selected);
+    }
+    return selected;
+  }
+
+ private:
+  void add(const DocumentNode& node, const Level& queries, Nodes& selected) {
     const auto asking = queries.find(node);
-    if (asking.empty()) continue;
+    if (asking.empty()) return;
     const auto asks = [](const DocumentNode* query) { return asks_for_all(*query); };
     if (!is_inner(node) ||
-        (below == Below::kAll && std::any_of(asking.begin(), asking.end(), asks))) {
+        (below_ == Below::kAll && std::any_of(asking.begin(), asking.end(), asks))) {
       selected.push_back(node);
-      continue;
+      return;
     }
     auto part = bare(node);
-    for (auto& child : select(node.children, Level(asking), below)) {
+    for (auto& child : select(node.children, Level(asking))) {
       if (!is_key(child)) part.children.push_back(std::move(child));
     }
     const bool is_kept = node.kind == NodeKind::kList || !part.children.empty();
     if (is_kept) selected.push_back(std::move(part));
   }
-  return selected;
-}
+
+  Below below_;
+  LongLists* lists_;
+};
 
 }  // namespace
 
 Document select_data(const Document& data, const Document& query) {
-  return {data.name, select(data.roots, Level(query.roots), Below::kAll)};
+  return {data.name, Selection(Below::kAll).select(data.roots, Level(query.roots))};
 }
 
 Document select_named(const Document& data, const Document& query) {
-  return {data.name, select(data.roots, Level(query.roots), Below::kNothing)};
+  return {data.name, Selection(Below::kNothing).select(data.roots, Level(query.roots))};
+}
+
+class DataSelector::Lists : public LongLists {};
+
+DataSelector::DataSelector(const Document& data) : data_(data), lists_(std::make_unique<Lists>()) {}
+
+DataSelector::~DataSelector() = default;
+
+Document DataSelector::select(const Document& query) {
+  return {data_.name, Selection(Below::kAll, lists_.get()).select(data_.roots, Level(query.roots))};
 }
 
 }  // namespace ocifip

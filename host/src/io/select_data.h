@@ -2,6 +2,8 @@
 #ifndef OCIFIP_HOST_IO_SELECT_DATA_H_
 #define OCIFIP_HOST_IO_SELECT_DATA_H_
 
+#include <memory>
+
 #include "io/document.h"
 
 namespace ocifip {
@@ -12,8 +14,27 @@ namespace ocifip {
 // The order is the data's. The time grows with the sizes of both, whatever the numbers of entries.
 Document select_data(const Document& data, const Document& query);
 
-// The same, but what a query names without anything below it is selected by itself: entries with
-// their keys, and nothing of containers.
+// Selects from the same data again and again, as select_data() does: the time grows with what is
+// selected, and not with the length of lists of which entries are asked for by all of their keys.
+class DataSelector {
+ public:
+  // The data outlives the selector, and stays as it is.
+  explicit DataSelector(const Document& data);
+  ~DataSelector();
+  DataSelector(const DataSelector&) = delete;
+  DataSelector& operator=(const DataSelector&) = delete;
+
+  [[nodiscard]] Document select(const Document& query);
+
+ private:
+  class Lists;
+
+  const Document& data_;
+  std::unique_ptr<Lists> lists_;
+};
+
+// As select_data(), but what a query names without anything below it is selected by itself: entries
+// with their keys, and nothing of containers.
 Document select_named(const Document& data, const Document& query);
 
 }  // namespace ocifip
