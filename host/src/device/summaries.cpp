@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -126,16 +129,66 @@ bool is_ipv4_summary(const DocumentNode& root) {
   return root.module == kModule && root.tag == kTop;
 }
 
-DocumentNode ipv4_summary(const Models& models, const DeviceDirectory& device) {
+namespace {
+
+const DocumentNode* given_summary(const DeviceDirectory& device) {
   const auto& roots = device.device().native.roots;
   const auto given = std::find_if(roots.begin(), roots.end(), is_ipv4_summary);
-  SummaryBuilder summary(models,
-                         given == roots.end()
-                             ? node_of(models.child(nullptr, kTop, models.namespace_of(kModule)))
-                             : *given);
+  return given == roots.end() ? nullptr : &*given;
+}
+
+DocumentNode new_summary(const Models& models) {
+  return node_of(models.child(nullptr, kTop, models.namespace_of(kModule)));
+}
+
+void add_addresses(SummaryBuilder& summary, const InterfaceRecord& interface) {
+  if (interface.ipv4.primary || !interface.ipv4.secondaries.empty()) {
+    summary.add(subinterface_of(interface.name), interface.ipv4);
+  }
+}
+
+// What a summary has of some interfaces.
+DocumentNode part_of(const DocumentNode& summary, const std::unordered_set<std::string>& names) {
+  DocumentNode part = bare(summary);
+  for (const DocumentNode& interfaces : summary.children) {
+    DocumentNode& list = part.children.emplace_back(bare(interfaces));
+    std::copy_if(interfaces.children.begin(), interfaces.children.end(),
+                 std::back_inserter(list.children), [&](const DocumentNode& interface) {
+                   const std::string* name = key_value(interface, "name");
+                   return name != nullptr && names.contains(*name);
+                 });
+  }
+  return part;
+}
+
+}  // namespace
+
+DocumentNode ipv4_summary(const Models& models, const DeviceDirectory& device) {
+  const DocumentNode* given = given_summary(device);
+  SummaryBuilder summary(models, given == nullptr ? new_summary(models) : *given);
   for (const InterfaceRecord& interface : device.interfaces()) {
-    if (interface.ipv4.primary || !interface.ipv4.secondaries.empty()) {
-      summary.add(subinterface_of(interface.name), interface.ipv4);
+    add_addresses(summary, interface);
+  }
+  return summary.finish();
+}
+
+DocumentNode ipv4_summary(const Models& models, const DeviceDirectory& device,
+                          const std::vector<std::string>& native_names) {
+  std::unordered_set<std::string> interfaces;
+  std::vector<std::uint32_t> handles;
+  for (const std::string& name : native_names) {
+    interfaces.insert(subinterface_of(name).interface);
+    handles.push_back(device.handle_of(internal_name(name)));
+  }
+  std::sort(handles.begin(), handles.end());
+  handles.erase(std::unique(handles.begin(), handles.end()), handles.end());
+  const DocumentNode* given = given_summary(device);
+  SummaryBuilder summary(models,
+                         given == nullptr ? new_summary(models) : part_of(*given, interfaces));
+  for (const std::uint32_t handle : handles) {
+    const InterfaceRecord* interface = device.interface(handle);
+    if (interface != nullptr) {
+      add_addresses(summary, *interface);
     }
   }
   return summary.finish();
