@@ -1,6 +1,7 @@
 #include "mapping/mapper.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -15,14 +16,22 @@
 #include "mapping/envelope_checks.h"
 #include "mapping/input_checks.h"
 #include "mapping/interface_nodes.h"
+#include "mapping/joined_text.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
+#include "mapping/parts_report.h"
+#include "mapping/read_nodes.h"
 #include "mapping/subinterfaces.h"
 #include "result_codes.h"
 #include "tree/output_document.h"
 
 namespace ocifip {
 namespace {
+
+// Subinterfaces that are read together, when there are many.
+constexpr std::size_t kGroupSize = 200;
+
+constexpr const char* kNothingFound = "the device has nothing of what is asked for";
 
 std::uint32_t request_op(Content content) {
   return content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
@@ -61,54 +70,6 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
   }
 }
 
-// An empty value selects nothing: whoever asks for a leaf in XML has no way to give none.
-void forget_empty_values(std::vector<DocumentNode>& nodes) {
-  for (DocumentNode& node : nodes) {
-    if (node.value && node.value->empty()) {
-      node.value.reset();
-    }
-    forget_empty_values(node.children);
-  }
-}
-
-// An entry without keys asks for its whole list. It goes first: behind an entry with keys, it would
-// be taken for that one.
-void put_whole_lists_first(std::vector<DocumentNode>& nodes) {
-  const auto is_whole_list = [](const DocumentNode& node) {
-    return std::none_of(node.children.begin(), node.children.end(),
-                        [](const DocumentNode& child) { return is_key(child) && child.value; });
-  };
-  for (auto first = nodes.begin(); first != nodes.end();) {
-    const auto last = std::find_if(first, nodes.end(), [&](const DocumentNode& node) {
-      return node.schema != first->schema || node.tag != first->tag;
-    });
-    if (first->kind == NodeKind::kList) {
-      std::stable_partition(first, last, is_whole_list);
-    }
-    first = last;
-  }
-  for (DocumentNode& node : nodes) {
-    put_whole_lists_first(node.children);
-  }
-}
-
-// The families that a read asks for in part, as wholes, with what leads to them.
-std::vector<DocumentNode> families_in_part(const std::vector<DocumentNode>& nodes) {
-  std::vector<DocumentNode> found;
-  for (const DocumentNode& node : nodes) {
-    if (is_family(node)) {
-      if (!node.children.empty()) found.push_back(bare(node));
-      continue;
-    }
-    std::vector<DocumentNode> below = families_in_part(node.children);
-    if (below.empty()) continue;
-    DocumentNode way = bare(node);
-    std::move(below.begin(), below.end(), std::back_inserter(way.children));
-    found.push_back(std::move(way));
-  }
-  return found;
-}
-
 // Has the nodes of a document replaced that say nothing else, each subinterface as a whole: what
 // only leads to them is not.
 void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
@@ -131,11 +92,26 @@ std::optional<Operation> body_operation(const EditRequest& request, const Docume
   return is_apart ? std::optional(Operation::kWrite) : std::nullopt;
 }
 
-// Whether a read names a leaf, keys that choose an entry aside.
-bool asks_for_a_leaf(const DocumentNode& node) {
-  return std::any_of(node.children.begin(), node.children.end(), [](const DocumentNode& child) {
-    return child.kind >= NodeKind::kLeaf ? !is_key(child) || !child.value : asks_for_a_leaf(child);
-  });
+// Completes what is selected of the native data. State is no part of an answer that is to hold
+// configuration, also where the mapping asks for it by the way.
+template <class Summary>
+Document with_summary(Document data, const Document& queries, Content content,
+                      const Summary& summary) {
+  std::erase_if(data.roots, is_ipv4_summary);
+  if (std::any_of(queries.roots.begin(), queries.roots.end(), is_ipv4_summary)) {
+    merge_document(data, select_data({"summary", {summary()}}, queries));
+  }
+  if (content == Content::kConfig) {
+    std::erase_if(data.roots, [](const DocumentNode& root) {
+      return root.schema != nullptr && Models::is_state(root.schema);
+    });
+  }
+  return data;
+}
+
+template <class Element>
+void append(std::vector<Element>& to, std::vector<Element> from) {
+  std::move(from.begin(), from.end(), std::back_inserter(to));
 }
 
 // Whether a reply says more than which interfaces and subinterfaces there are.
@@ -300,39 +276,117 @@ void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) 
 Outcome Mapper::query(const QueryRequest& request, Format format) {
   const ActiveDevice active(device_);
   Outcome outcome;
-  map_query(read_query(request), format, [&](Request& run, cerrno result) {
-    outcome = finish(run, result, format, "the request asks the device for nothing");
-  });
+  map_query(query_of(read(request), device_.interface_names()), format,
+            [&](Request& run, cerrno result) {
+              outcome = finish(run, result, format, "the request asks the device for nothing");
+            });
   return outcome;
 }
 
+// The calls of the mapping, and its trace, are those of the read as a whole.
 Outcome Mapper::get(const QueryRequest& request, Format format) {
   const ActiveDevice active(device_);
-  const Query query = read_query(request);
+  Read asked = read(request);
+  if (format != Format::kCalls && !options_.trace) {
+    std::optional<Outcome> outcome = answer_in_groups(asked, format);
+    if (outcome) return std::move(*outcome);
+  }
+  return answer(query_of(std::move(asked), device_.interface_names()), format);
+}
+
+Outcome Mapper::answer(const Query& query, Format format) {
   Outcome outcome;
   map_query(query, format, [&](Request& run, cerrno result) {
     outcome = outcome_of(run, result);
-    if (!outcome.refusal) {
-      answer(query, to_document(run.output(), "queries"), format, outcome);
+    if (outcome.refusal) return;
+    const auto data = [this](const Document& queries, Content content) {
+      return device_data(queries, content);
+    };
+    const Document selected =
+        reply(query, to_document(run.output(), "queries"), format, data, outcome);
+    if (outcome.refusal) return;
+    if (!has_content(selected.roots)) {
+      outcome.notes.emplace_back(kNothingFound);
+    }
+    if (format != Format::kCalls) {
+      begin("printing");
+      outcome.text = print_document(selected, format, outcome.notes);
     }
   });
   return outcome;
 }
 
-// Completes the outcome of a query that became native queries.
+// Answers a read of many interfaces for some of them after the other, so that it takes little
+// memory: what all of them are asked is many times what the device has. Nothing when the read is
+// better answered as a whole: because its interfaces are few, or because of what only the whole
+// has in the right order, a refusal or remarks on what is asked.
+std::optional<Outcome> Mapper::answer_in_groups(const Read& read, Format format) {
+  const auto groups = read_groups(read.parts, device_.interface_names(), kGroupSize);
+  if (groups.size() < 2) return std::nullopt;
+  const SilentProgress progress(framework_.progress);
+  progress.begin("reading", groups);
+  DataSelector native(device_.device().native);
+  JoinedText text(format);
+  Remarks of_queries;
+  Remarks of_replies;
+  std::vector<std::string> of_printing;
+  bool is_found = false;
+  for (const ReadGroup& group : groups) {
+    const std::optional<PartialReply> reply = answer_group(read, group, native);
+    if (!reply) return std::nullopt;
+    of_queries.add(reply->query_notes);
+    of_replies.add(reply->reply_notes);
+    is_found = is_found || has_content(reply->selected.roots);
+    text.add(reply->selected, of_printing);
+    progress.advance(group);
+  }
+  Outcome outcome;
+  outcome.text = text.finish();
+  outcome.notes = of_queries.take();
+  append(outcome.notes, of_replies.take());
+  if (!is_found) outcome.notes.emplace_back(kNothingFound);
+  append(outcome.notes, std::move(of_printing));
+  return outcome;
+}
+
+// Nothing when the group cannot be answered by itself.
+std::optional<Mapper::PartialReply> Mapper::answer_group(const Read& read, const ReadGroup& group,
+                                                         DataSelector& native) {
+  const Query query =
+      query_of({reads_of(group, read.parts), read.notes, read.content}, group.native_names);
+  if (query.notes.size() != read.notes.size()) return std::nullopt;
+  std::optional<PartialReply> partial;
+  map_query(query, Format::kTree, [&](Request& run, cerrno result) {
+    Outcome outcome = outcome_of(run, result);
+    if (outcome.refusal) return;
+    PartialReply part;
+    part.query_notes = std::exchange(outcome.notes, {});
+    const auto data = [&](const Document& queries, Content content) {
+      return group_data(group, queries, content, native);
+    };
+    part.selected =
+        reply(query, to_document(run.output(), "queries"), Format::kTree, data, outcome);
+    if (outcome.refusal || !is_of_group(part.selected, group)) return;
+    part.reply_notes = std::move(outcome.notes);
+    partial = std::move(part);
+  });
+  return partial;
+}
+
+// What a query that became native queries is answered with; the outcome is that of both.
 //
 // Some leaves are read back from the native data of others: of families that are asked for in part,
 // the mapping is given all of the data, so that a leaf has the same value in every read.
-void Mapper::answer(const Query& query, Document queries, Format format, Outcome& outcome) {
+Document Mapper::reply(const Query& query, Document queries, Format format,
+                       const DeviceData& device_data, Outcome& outcome) {
   begin("selecting native data");
   if (!query.families.roots.empty()) {
     try {
-      Document more = native_queries(query.families, query.content);
-      std::move(more.roots.begin(), more.roots.end(), std::back_inserter(queries.roots));
+      append(queries.roots, native_queries(query.families, query.content).roots);
     } catch (ReadRefused& refused) {
       outcome.refusal = std::move(refused.refusal);
       outcome.notes.clear();
-      return;
+      return {};
     }
   }
   const Document data = device_data(queries, query.content);
@@ -347,34 +401,23 @@ void Mapper::answer(const Query& query, Document queries, Format format, Outcome
   outcome.text += reply.text;
   if (outcome.refusal) {
     outcome.notes.clear();
-    return;
+    return {};
   }
-  outcome.notes.insert(outcome.notes.end(), reply.notes.begin(), reply.notes.end());
-  const Document selected = select_data(to_document(run.output(), "reply"), query.asked);
-  if (!has_content(selected.roots)) {
-    outcome.notes.emplace_back("the device has nothing of what is asked for");
-  }
-  if (format != Format::kCalls) {
-    begin("printing");
-    outcome.text = print_document(selected, format, outcome.notes);
-  }
+  append(outcome.notes, std::move(reply.notes));
+  return select_data(to_document(run.output(), "reply"), query.asked);
 }
 
-// What the device has of what it is asked for. State is no part of an answer that is to hold
-// configuration, also where the mapping asks for it by the way.
+// What the device has of what it is asked for.
 Document Mapper::device_data(const Document& queries, Content content) const {
-  Document data = select_data(device_.device().native, queries);
-  std::erase_if(data.roots, is_ipv4_summary);
-  if (std::any_of(queries.roots.begin(), queries.roots.end(), is_ipv4_summary)) {
-    const Document summary = {"summary", {ipv4_summary(models_, device_)}};
-    merge_document(data, select_data(summary, queries));
-  }
-  if (content == Content::kConfig) {
-    std::erase_if(data.roots, [](const DocumentNode& root) {
-      return root.schema != nullptr && Models::is_state(root.schema);
-    });
-  }
-  return data;
+  return with_summary(select_data(device_.device().native, queries), queries, content,
+                      [this] { return ipv4_summary(models_, device_); });
+}
+
+// The same, of queries that concern a group.
+Document Mapper::group_data(const ReadGroup& group, const Document& queries, Content content,
+                            DataSelector& native) const {
+  return with_summary(native.select(queries), queries, content,
+                      [&] { return ipv4_summary(models_, device_, group.native_names); });
 }
 
 // The subinterfaces that a read names and the device has.
@@ -438,31 +481,42 @@ void Mapper::read_bodies(const EditRequest& request, std::optional<Operation> op
   }
 }
 
-// Each path is expanded by itself: merged first, one that names a leaf would narrow one that names
-// the container around it.
-Mapper::Query Mapper::read_query(const QueryRequest& request) {
-  std::vector<Document> parts;
-  Query query;
-  query.content = request.content.value_or(Content::kAll);
+Mapper::Read Mapper::read(const QueryRequest& request) {
+  Read read;
+  read.content = request.content.value_or(Content::kAll);
   if (request.document) {
-    parts.push_back(read_document(models_, *request.document));
-    query.content = content_of(request, parts.back());
-    if (reads_all(parts.back())) {
-      parts.back().roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
+    Document& part = read.parts.emplace_back(read_document(models_, *request.document));
+    read.content = content_of(request, part);
+    if (reads_all(part)) {
+      part.roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
     }
-    forget_empty_values(parts.back().roots);
+    forget_empty_values(part.roots);
   }
   for (const std::string& path : request.paths) {
-    parts.push_back(read_path(models_, path));
+    read.parts.push_back(read_path(models_, path));
   }
-  QueryExpansion expansion(models_, query.content, device_.interface_names(),
-                           [this](SchemaPath path) { return is_refused(path); });
   InputChecks checks(models_, InputRules(options_));
-  for (Document& part : parts) {
+  for (Document& part : read.parts) {
     checks.check_query(part);
   }
-  query.notes = checks.notes();
-  for (Document& part : parts) {
+  read.notes = checks.notes();
+  Document asked;
+  for (const Document& part : read.parts) {
+    asked.roots.insert(asked.roots.end(), part.roots.begin(), part.roots.end());
+  }
+  check_device(asked);
+  return read;
+}
+
+// What a read asks of the interfaces with these native names. Each part is expanded by itself:
+// merged first, one that names a leaf would narrow one that names the container around it.
+Mapper::Query Mapper::query_of(Read read, const std::vector<std::string>& native_names) {
+  Query query;
+  query.content = read.content;
+  query.notes = std::move(read.notes);
+  QueryExpansion expansion(models_, query.content, native_names,
+                           [this](SchemaPath path) { return is_refused(path); });
+  for (Document& part : read.parts) {
     query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
     Document families = {part.name, families_in_part(part.roots)};
     expansion.expand(part, query.notes);
@@ -472,7 +526,6 @@ Mapper::Query Mapper::read_query(const QueryRequest& request) {
     merge_document(query.families, std::move(families));
   }
   put_whole_lists_first(query.expanded.roots);
-  check_device(query.asked);
   return query;
 }
 

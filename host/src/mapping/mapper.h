@@ -11,12 +11,14 @@
 #include "device/device_directory.h"
 #include "device/subinterface_name.h"
 #include "io/models.h"
+#include "io/select_data.h"
 #include "mapping/device_check.h"
 #include "mapping/edit_cycle.h"
 #include "mapping/input_checks.h"
 #include "mapping/plugin.h"
 #include "mapping/probe.h"
 #include "mapping/query_expansion.h"
+#include "mapping/read_groups.h"
 #include "ocifip/host.h"
 #include "request/request.h"
 #include "tree/path_cache.h"
@@ -44,6 +46,13 @@ class Mapper {
   Outcome get(const QueryRequest& request, Format format);
 
  private:
+  // A query as its parts were asked.
+  struct Read {
+    std::vector<Document> parts;
+    std::vector<std::string> notes;
+    Content content = Content::kAll;
+  };
+
   // A query as its parts were asked, and what they are together when they are expanded.
   struct Query {
     Document asked;
@@ -62,12 +71,28 @@ class Mapper {
   void read_bodies(const EditRequest& request, std::optional<Operation> operation,
                    InputChecks& checks, Document& edit) const;
   [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
-  Query read_query(const QueryRequest& request);
+  Read read(const QueryRequest& request);
+  Query query_of(Read read, const std::vector<std::string>& native_names);
   void begin(const char* stage) const;
   void check_device(const Document& request);
-  void answer(const Query& query, Document queries, Format format, Outcome& outcome);
+  // What of the device's data a read is answered from, for queries.
+  using DeviceData = std::function<Document(const Document& queries, Content content)>;
+  // What came of a part of a read.
+  struct PartialReply {
+    Document selected;
+    std::vector<std::string> query_notes;
+    std::vector<std::string> reply_notes;
+  };
+  Outcome answer(const Query& query, Format format);
+  std::optional<Outcome> answer_in_groups(const Read& read, Format format);
+  std::optional<PartialReply> answer_group(const Read& read, const ReadGroup& group,
+                                           DataSelector& native);
+  Document reply(const Query& query, Document queries, Format format, const DeviceData& device_data,
+                 Outcome& outcome);
   Document native_queries(const Document& expanded, Content content);
   [[nodiscard]] Document device_data(const Document& queries, Content content) const;
+  [[nodiscard]] Document group_data(const ReadGroup& group, const Document& queries,
+                                    Content content, DataSelector& native) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;
   [[nodiscard]] std::optional<Refusal> find_left(const EditCycle& cycle,
                                                  const Document& native) const;
