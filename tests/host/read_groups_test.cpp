@@ -9,6 +9,7 @@
 #include "io_testing.h"
 #include "mapping/joined_text.h"
 #include "mapping/read_groups.h"
+#include "ocifip/host.h"
 
 namespace ocifip {
 namespace {
@@ -75,6 +76,43 @@ TEST(ReadGroups, AreLeftByOtherInterfaces) {
   EXPECT_TRUE(is_of_group({}, group));
   EXPECT_TRUE(is_of_group(interfaces("Eth1", "Eth2"), group));
   EXPECT_FALSE(is_of_group(interfaces("Eth1", "Eth3"), group));
+}
+
+// A device of more interfaces than are read together, each with an address.
+std::string large_device() {
+  std::string entries;
+  for (int i = 0; i < 450; ++i) {
+    entries += entries.empty() ? "" : ",";
+    entries +=
+        R"({"active":"act","interface-name":"Eth)" + std::to_string(i) +
+        R"(","Halvane-Ombrix-ipv4-io-cfg:ipv4-network":{"addresses":{"primary":{"address":")" +
+        "10.0." + std::to_string(i / 200) + "." + std::to_string(i % 200 + 1) +
+        R"(","netmask":"255.255.255.0"}}}})";
+  }
+  return R"({"node":"n","native":{"Halvane-Ombrix-ifmgr-cfg:interface-configurations":{)"
+         R"("interface-configuration":[)" +
+         entries + "]}}}";
+}
+
+TEST(Hosts, ReadManyInterfacesAsTheyReadSome) {
+  const Folder folder;
+  Host host({.plugin = OCIFIP_PLUGIN,
+             .models = OCIFIP_MODELS_DIR,
+             .device = folder.write("dev.json", large_device())});
+  const auto get = [&host](const std::vector<std::string>& paths) {
+    return host.get({.document = {}, .paths = paths}, Format::kTree).text;
+  };
+  std::string some;
+  for (int first = 0; first < 450; first += 90) {
+    std::vector<std::string> paths;
+    for (int i = first; i < first + 90; ++i) {
+      paths.push_back("/interfaces/interface[name=Eth" + std::to_string(i) + "]");
+    }
+    const std::string text = get(paths);
+    some += some.empty() ? text : text.substr(text.find('\n') + 1);
+  }
+  EXPECT_NE(some.find("10.0.2.50"), std::string::npos);
+  EXPECT_EQ(get({"/interfaces"}), some);
 }
 
 }  // namespace
