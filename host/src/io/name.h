@@ -31,7 +31,8 @@ class Name {
   }
   Name& operator=(std::string_view text) { return *this = Name(text); }
   ~Name() {
-    if (is_copy()) delete &text();
+    const std::string* kept = &text();
+    if (is_copy()) delete kept;
   }
 
   [[nodiscard]] const std::string& text() const {
