@@ -191,12 +191,12 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
     }
   } else if (member_ == "operation" || member_.ends_with(":operation")) {
     // Passed over, it would turn a delete into a write.
-    fail("unknown annotation " + in_quotes(member_) + ", an operation is \"" +
+    fail("unknown annotation " + in_quotes(member_) + builder_.here() + "; an operation is \"" +
          std::string(kOperationAnnotation) + "\"");
   } else if (annotations_ == OtherAnnotations::kRefused) {
-    fail("an annotation, " + in_quotes(member_));
+    fail("an annotation, " + in_quotes(member_) + builder_.here());
   } else if (!models_.has_annotation(member_)) {
-    fail("unknown annotation " + in_quotes(member_) +
+    fail("unknown annotation " + in_quotes(member_) + builder_.here() +
          did_you_mean(member_, {std::string(kOperationAnnotation)}));
   }
 }
@@ -350,17 +350,21 @@ void JsonReader::apply(const std::vector<Metadata>& all) {
     const auto found = members.find(name(builder_.json_node(metadata.member, metadata.line)));
     const auto quoted_name = in_quotes('@' + metadata.member);
     if (found == members.end()) {
-      builder_.fail(metadata.line, quoted_name + " is not beside what it annotates");
+      builder_.fail(metadata.line,
+                    quoted_name + " is not beside what it annotates" + builder_.here());
     }
     const auto& nodes = found->second;
     if (metadata.is_array && nodes.front()->kind == NodeKind::kLeaf) {
-      builder_.fail(metadata.line, quoted_name + " is an array, but what it annotates is not");
+      builder_.fail(metadata.line,
+                    quoted_name + " is an array, but what it annotates is not" + builder_.here());
     }
     if (!metadata.is_array && nodes.size() != 1) {
-      builder_.fail(metadata.line, quoted_name + " is not an array, but what it annotates is");
+      builder_.fail(metadata.line,
+                    quoted_name + " is not an array, but what it annotates is" + builder_.here());
     }
     if (metadata.operations.size() > nodes.size()) {
-      builder_.fail(metadata.line, quoted_name + " has more elements than what it annotates");
+      builder_.fail(metadata.line,
+                    quoted_name + " has more elements than what it annotates" + builder_.here());
     }
     for (std::size_t at = 0; at < metadata.operations.size(); ++at) {
       const auto& operation = metadata.operations[at];

@@ -355,11 +355,12 @@ void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* no
     const auto name = text_of(attribute.name);
     const bool is_netconf = text_of(attribute.module_namespace) == kNetconfNamespace;
     if (name != "operation" && is_netconf && node != nullptr) {
-      fail("unknown attribute " + in_quotes(name) + " of NETCONF" +
+      fail("unknown attribute " + in_quotes(name) + " of NETCONF" + builder_.here(node) +
            did_you_mean(name, {"operation"}));
     }
     if (name != "operation" && text_of(attribute.module_namespace).empty() && node != nullptr) {
-      fail("unknown attribute " + in_quotes(name) + did_you_mean(name, {"operation"}));
+      fail("unknown attribute " + in_quotes(name) + builder_.here(node) +
+           did_you_mean(name, {"operation"}));
     }
     if (name != "operation") continue;
     if (!is_netconf) {

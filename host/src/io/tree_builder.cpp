@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "io/document_nodes.h"
+#include "io/print_document.h"
 #include "io/text.h"
 
 namespace ocifip {
@@ -81,6 +82,21 @@ void TreeBuilder::fail(int line, const std::string& reason) const {
   throw input_error(name_, line, reason);
 }
 
+std::string TreeBuilder::here(const DocumentNode* node) const {
+  std::vector<DocumentNode> way;
+  for (std::size_t at = 0; at < open_.size(); ++at) {
+    const auto end = at + 1 < open_.size() ? open_[at + 1].first_child : pending_.size();
+    const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(open_[at].first_child);
+    const auto last = pending_.begin() + static_cast<std::ptrdiff_t>(end);
+    DocumentNode& step = way.emplace_back(bare(open_[at].node));
+    std::copy_if(first, last, std::back_inserter(step.children), is_key);
+  }
+  std::vector<const DocumentNode*> path;
+  for (const auto& step : way) path.push_back(&step);
+  if (node != nullptr) path.push_back(node);
+  return path.empty() ? "" : ", at " + instance_path(path);
+}
+
 DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
   const DocumentNode* parent = open_.empty() ? nullptr : &open_.back().node;
   const auto* parent_schema = parent ? parent->schema : nullptr;
@@ -102,7 +118,7 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
   }
   if (schema != nullptr) return node_at(schema, line);
   if (colon == 0 || !is_identifier(tag)) {
-    fail(line, in_quotes(member) + " is not the name of a node");
+    fail(line, in_quotes(member) + " is not the name of a node" + here());
   }
   DocumentNode node;
   node.tag = tag;
@@ -131,7 +147,7 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
     if (is_bare && schema == nullptr) schema = only_child(parent_schema, tag, line);
   }
   if (schema != nullptr) return node_at(schema, line);
-  if (!is_identifier(tag)) fail(line, in_quotes(tag) + " is not the name of a node");
+  if (!is_identifier(tag)) fail(line, in_quotes(tag) + " is not the name of a node" + here());
   DocumentNode node;
   node.tag = tag;
   node.line = line;
@@ -156,10 +172,14 @@ const lysc_node* TreeBuilder::only_child(const lysc_node* parent, std::string_vi
 }
 
 void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int line) const {
-  if (node.operation) fail(line, "two operations for one node");
+  const auto place = [&] {
+    const bool is_current = !at_top() && &node == &open_.back().node;
+    return is_current ? here() : here(&node);
+  };
+  if (node.operation) fail(line, "two operations for one node" + place());
   const auto* const found = std::find_if(kOperations.begin(), kOperations.end(),
                                          [&](const auto& row) { return row.first == operation; });
-  if (found == kOperations.end()) fail(line, "unknown operation " + in_quotes(operation));
+  if (found == kOperations.end()) fail(line, "unknown operation " + in_quotes(operation) + place());
   node.operation = found->second;
 }
 
@@ -171,7 +191,8 @@ void TreeBuilder::check_depth(int line) const {
 void TreeBuilder::check_kind(const DocumentNode& node) const {
   if (Models::kind(node.schema) == node.kind) return;
   fail(node.line, in_quotes(node.tag) + " is " + std::string(kind_name(Models::kind(node.schema))) +
-                      " in the model, but " + std::string(kind_name(node.kind)) + " here");
+                      " in the model, but " + std::string(kind_name(node.kind)) + " here" +
+                      here(&node));
 }
 
 // Nodes that no model knows are what they look like.
@@ -186,7 +207,7 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
     if (may_be_repeated(node)) continue;
     const bool is_repeated =
         are_few ? is_among(nodes.first(at), node) : index.find(node) != nullptr;
-    if (is_repeated) fail(node.line, repeated(node));
+    if (is_repeated) fail(node.line, repeated(node) + here(&node));
     if (!are_few) index.add(node);
   }
 }
@@ -198,12 +219,12 @@ void TreeBuilder::open(DocumentNode node) {
 }
 
 void TreeBuilder::close() {
+  check_siblings(children());
   auto [node, first_child] = std::move(open_.back());
   open_.pop_back();
   const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_child);
   node.children.assign(std::make_move_iterator(first), std::make_move_iterator(pending_.end()));
   pending_.erase(first, pending_.end());
-  check_siblings(node.children);
   arrange(node.children);
   pending_.push_back(std::move(node));
 }

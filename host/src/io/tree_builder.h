@@ -23,6 +23,10 @@ class TreeBuilder {
 
   [[noreturn]] void fail(int line, const std::string& reason) const;
 
+  // Where the innermost open node is, or one below it, to be put behind a reason:
+  // ", at /interfaces/interface[name='Eth1']"; "" at the top. Keys that come later are not known.
+  [[nodiscard]] std::string here(const DocumentNode* node = nullptr) const;
+
   // A node below the innermost open one, named as in JSON ("tag" or "module:tag") or as in XML.
   // Without a module it is the parent's, else one of the only other module that has such a child.
   // Throws InputError when there are several, and when the name cannot be a node's.
