@@ -92,6 +92,7 @@ std::string TreeBuilder::here(const DocumentNode* node) const {
     std::copy_if(first, last, std::back_inserter(step.children), is_key);
   }
   std::vector<const DocumentNode*> path;
+  path.reserve(way.size() + 1);
   for (const auto& step : way) path.push_back(&step);
   if (node != nullptr) path.push_back(node);
   return path.empty() ? "" : ", at " + instance_path(path);
