@@ -272,6 +272,16 @@ TEST(ModelsFolder, AnswersForEveryNode) {
   EXPECT_FALSE(Models::is_state(models().child(interface, "config", "")));
 }
 
+// What the check of some interfaces alone relies on.
+TEST(ModelsFolder, NativeDataIsNotWrongForWhatStandsElsewhere) {
+  for (const auto* node : models().children(nullptr)) {
+    if (!Models::module(node).starts_with("Halvane-")) continue;
+    EXPECT_FALSE(models().has_far_constraints(node)) << Models::tag(node);
+  }
+  // Its keys are references.
+  EXPECT_TRUE(models().has_far_constraints(models().child(nullptr, "interfaces", "")));
+}
+
 // Whatever module defines the type, and behind references, too.
 TEST(ModelsFolder, TellsWhatIsNamedByIpv6Addresses) {
   const auto is_named = [](std::initializer_list<const char*> path) {

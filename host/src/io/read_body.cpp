@@ -35,8 +35,8 @@ DocumentNode* holder_of_list(const Models& models, Document& document, const Bod
   return models.children(holder->schema).size() == 1 ? holder : nullptr;
 }
 
-// All values of a leaf-list go but those of the body.
-void remove_other_values(Document& document, const BodyPlace& place) {
+// All values of a leaf-list go: there is none that a replace could be said of.
+void remove_values(Document& document, const BodyPlace& place) {
   std::vector<DocumentNode>* nodes = &document.roots;
   for (std::size_t depth = 0; depth < place.way.size(); ++depth) nodes = &nodes->back().children;
   DocumentNode all = place.target;
@@ -101,13 +101,13 @@ Document read_body(const Models& models, const PathBody& body, std::optional<Ope
   const bool replaces = operation == Operation::kReplace;
   DocumentNode* list_holder = replaces ? holder_of_list(models, document, place) : nullptr;
   if (list_holder != nullptr) list_holder->operation = operation;
-  const bool replaces_values = replaces && place.target.kind == NodeKind::kLeafList;
-  for (DocumentNode& node : bodies(document, place)) {
+  const std::span<DocumentNode> nodes = bodies(document, place);
+  for (DocumentNode& node : nodes) {
     add_keys(document, place, node);
-    const bool is_told = list_holder != nullptr || replaces_values;
-    if (!node.operation && !is_told) node.operation = operation;
+    if (!node.operation && list_holder == nullptr) node.operation = operation;
   }
-  if (replaces_values) remove_other_values(document, place);
+  const bool is_leaf_list = place.target.kind == NodeKind::kLeafList;
+  if (replaces && is_leaf_list && nodes.empty()) remove_values(document, place);
   return document;
 }
 

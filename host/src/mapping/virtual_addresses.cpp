@@ -29,9 +29,10 @@ Nodes virtual_addresses(const DocumentNode& group) {
 
 // Whether the first address that the device has goes, and something is done to others.
 bool is_mixed(const Nodes& edited, const Nodes& former) {
-  return edited.size() > 1 && !former.empty() &&
+  return edited.size() > 1 &&
          std::any_of(edited.begin(), edited.end(), [&](const DocumentNode& node) {
-           return is_deleted(node) && (!node.value || has_same_value(node, former.front()));
+           const bool is_first = !former.empty() && has_same_value(node, former.front());
+           return is_deleted(node) && (!node.value || is_first);
          });
 }
 
