@@ -41,6 +41,10 @@ void each_native(const std::vector<DocumentNode>& nodes, std::string_view module
   step(step, nodes, path.begin());
 }
 
+bool is_native_interface(const DocumentNode& node) {
+  return is_native_node(node, "Halvane-Ombrix-ifmgr-cfg", "interface-configuration");
+}
+
 bool names_interface(const DocumentNode& leaf) {
   return leaf.tag == "interface-name" || leaf.tag == "interface";
 }

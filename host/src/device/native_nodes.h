@@ -29,6 +29,9 @@ using NativeVisitor = std::function<void(const DocumentNode&)>;
 void each_native(const std::vector<DocumentNode>& nodes, std::string_view module,
                  std::initializer_list<std::string_view> path, const NativeVisitor& visit);
 
+// Whether a node is the entry of an interface in its native configuration.
+bool is_native_interface(const DocumentNode& node);
+
 // Whether a leaf has the name of an interface or subinterface, by its own name.
 bool names_interface(const DocumentNode& leaf);
 

@@ -15,7 +15,6 @@ namespace {
 
 using Nodes = std::vector<DocumentNode>;
 
-constexpr std::string_view kInterfaceModule = "Halvane-Ombrix-ifmgr-cfg";
 constexpr std::string_view kArpModule = "Halvane-Ombrix-ipv4-arp-cfg";
 constexpr std::string_view kNeighborModule = "Halvane-Ombrix-ipv6-nd-cfg";
 constexpr std::string_view kVrrpModule = "Halvane-Ombrix-ipv4-vrrp-cfg";
@@ -39,36 +38,15 @@ bool leads_to_interfaces(const DocumentNode& entry) {
          is_native_node(entry, kVrrpModule, "interface");
 }
 
-bool is_interface(const DocumentNode& entry) {
-  return is_native_node(entry, kInterfaceModule, "interface-configuration");
-}
-
 std::size_t count(const Nodes& nodes) {
   std::size_t sum = nodes.size();
   for (const DocumentNode& node : nodes) sum += count(node.children);
   return sum;
 }
 
-// Finds the nodes of one level that are the same as those of another.
-class Counterparts {
- public:
-  // The nodes outlive this.
-  explicit Counterparts(const Nodes* nodes) {
-    if (nodes == nullptr) return;
-    // The index hands out what may be changed; nothing here does.
-    for (const DocumentNode& node : *nodes) index_.add(const_cast<DocumentNode&>(node));
-  }
-
-  [[nodiscard]] const DocumentNode* find(const DocumentNode& node) const {
-    return index_.find(node);
-  }
-
- private:
-  SiblingIndex index_;
-};
-
-const Nodes* children_of(const DocumentNode* node) {
-  return node == nullptr ? nullptr : &node->children;
+const Nodes& children_of(const DocumentNode* node) {
+  static const Nodes kNothing;
+  return node == nullptr ? kNothing : node->children;
 }
 
 DocumentNode removal_of(const DocumentNode& node) {
@@ -82,7 +60,7 @@ DocumentNode removal_of(const DocumentNode& node) {
 // and of the device's configuration; each of these may have nothing there.
 class Level {
  public:
-  Level(const Nodes& held, const Nodes* edit, const Nodes* way, const Nodes* native)
+  Level(const Nodes& held, const Nodes& edit, const Nodes& way, const Nodes& native)
       : held_(held),
         edit_nodes_(edit),
         native_nodes_(native),
@@ -116,22 +94,19 @@ class Level {
   [[nodiscard]] bool is_decided(const DocumentNode& node) const {
     const DocumentNode* edited = edit_.find(node);
     if (edited != nullptr && edited->operation) {
-      return is_deleting(*edited->operation) || *edited->operation == Operation::kReplace;
+      return is_deleted(*edited) || *edited->operation == Operation::kReplace;
     }
-    return edit_nodes_ != nullptr &&
-           std::any_of(edit_nodes_->begin(), edit_nodes_->end(), [&](const DocumentNode& each) {
-             return each.schema == node.schema && each.operation && is_deleting(*each.operation) &&
-                    each.kind == NodeKind::kList && each.children.empty();
-           });
+    return std::any_of(edit_nodes_.begin(), edit_nodes_.end(), [&](const DocumentNode& each) {
+      return each.schema == node.schema && is_deleted(each) && each.kind == NodeKind::kList &&
+             each.children.empty();
+    });
   }
 
   void add_leaf(const DocumentNode& node, Nodes& result) {
     result.push_back(removal_of(node));
     for (const Companion& row : kCompanions) {
       if (!is_native_node(node, row.module, row.leaf)) continue;
-      const DocumentNode* companion = native_nodes_ == nullptr
-                                          ? nullptr
-                                          : find_native(*native_nodes_, row.module, row.companion);
+      const DocumentNode* companion = find_native(native_nodes_, row.module, row.companion);
       if (companion != nullptr && edit_.find(*companion) == nullptr) {
         result.push_back(removal_of(*companion));
       }
@@ -139,8 +114,8 @@ class Level {
   }
 
   [[nodiscard]] bool goes_as_a_whole(const DocumentNode& entry) const {
-    if (entry.kind != NodeKind::kList || is_interface(entry) || edit_.find(entry) != nullptr ||
-        way_.find(entry) != nullptr) {
+    if (entry.kind != NodeKind::kList || is_native_interface(entry) ||
+        edit_.find(entry) != nullptr || way_.find(entry) != nullptr) {
       return false;
     }
     if (!leads_to_interfaces(entry)) return true;
@@ -161,11 +136,11 @@ class Level {
   }
 
   const Nodes& held_;
-  const Nodes* edit_nodes_;
-  const Nodes* native_nodes_;
-  Counterparts edit_;
-  Counterparts way_;
-  Counterparts native_;
+  const Nodes& edit_nodes_;
+  const Nodes& native_nodes_;
+  Siblings edit_;
+  Siblings way_;
+  Siblings native_;
 };
 
 // Joins removals to an edit: of what both have, the removals only lead to more.
@@ -189,7 +164,7 @@ void add_removals(Nodes& edit, Nodes removals) {
 
 bool remove_omitted(Document& edit, const HeldConfiguration& subtrees, const Document& native) {
   Nodes removals =
-      Level(subtrees.held.roots, &edit.roots, &subtrees.way.roots, &native.roots).removals();
+      Level(subtrees.held.roots, edit.roots, subtrees.way.roots, native.roots).removals();
   const bool removes = !removals.empty();
   add_removals(edit.roots, std::move(removals));
   return removes;

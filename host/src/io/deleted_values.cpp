@@ -7,16 +7,11 @@
 #include <string>
 
 #include "io/document_nodes.h"
+#include "io/leaf_types.h"
 #include "io/models.h"
 
 namespace ocifip {
 namespace {
-
-bool takes(const lysc_node* leaf, const std::string& text) {
-  const LY_ERR result =
-      lyd_value_validate(nullptr, leaf, text.data(), text.size(), nullptr, nullptr, nullptr);
-  return result == LY_SUCCESS || result == LY_EINCOMPLETE;
-}
 
 // A value of a leaf, found by trying: patterns and ranges cannot be read backwards.
 std::optional<std::string> some_value(const lysc_node* leaf) {
@@ -32,8 +27,7 @@ std::optional<std::string> some_value(const lysc_node* leaf) {
 }
 
 bool is_without_value(const DocumentNode& node) {
-  return node.kind == NodeKind::kLeaf && node.schema != nullptr && !node.value && node.operation &&
-         is_deleting(*node.operation);
+  return node.kind == NodeKind::kLeaf && node.schema != nullptr && !node.value && is_deleted(node);
 }
 
 bool lacks_deleted_value(const DocumentNode& node) {
@@ -50,12 +44,10 @@ void give_value(DocumentNode& leaf, const DocumentNode* data) {
 
 void give_deleted_values(std::vector<DocumentNode>& edit, const std::vector<DocumentNode>& data) {
   if (std::none_of(edit.begin(), edit.end(), lacks_deleted_value)) return;
-  SiblingIndex index;
-  // The index hands out what it was given, which is only looked at here.
-  for (const auto& node : data) index.add(const_cast<DocumentNode&>(node));
+  const Siblings siblings(data);
   const std::vector<DocumentNode> nothing;
   for (auto& node : edit) {
-    const DocumentNode* there = index.find(node);
+    const DocumentNode* there = siblings.find(node);
     if (is_without_value(node)) {
       give_value(node, there);
     } else {

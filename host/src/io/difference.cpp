@@ -16,21 +16,6 @@ using Nodes = std::vector<DocumentNode>;
 
 const Nodes kNothing;
 
-// Siblings to be looked up in.
-class Siblings {
- public:
-  explicit Siblings(const Nodes& nodes) {
-    // The index hands out what may be changed; nothing here does.
-    for (const auto& node : nodes) index_.add(const_cast<DocumentNode&>(node));
-  }
-  [[nodiscard]] const DocumentNode* find(const DocumentNode& node) const {
-    return index_.find(node);
-  }
-
- private:
-  SiblingIndex index_;
-};
-
 bool is_plain_container(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_plain_container(node.schema);
 }

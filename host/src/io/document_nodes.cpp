@@ -104,6 +104,10 @@ bool has_only_keys(const DocumentNode& node) {
   return std::all_of(node.children.begin(), node.children.end(), is_key);
 }
 
+bool asks_for_all(const DocumentNode& query) {
+  return std::all_of(query.children.begin(), query.children.end(), chooses_entry);
+}
+
 bool is_same_node(const DocumentNode& left, const DocumentNode& right) {
   if (left.kind != right.kind || left.tag != right.tag ||
       left.module_namespace != right.module_namespace) {

@@ -31,6 +31,10 @@ inline bool is_key(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_key(node.schema);
 }
 
+inline bool is_state(const DocumentNode& node) {
+  return node.schema != nullptr && Models::is_state(node.schema);
+}
+
 // A node of the data, without an operation, that is what this one is but for all below it: an entry
 // has its keys, a leaf its value.
 DocumentNode bare(const DocumentNode& node);
@@ -66,6 +70,12 @@ inline bool is_named(const DocumentNode& node, std::string_view module, std::str
 // Whether there is nothing below a node but keys.
 bool has_only_keys(const DocumentNode& node);
 
+// Whether a query's node is a key with a value, which only chooses an entry.
+inline bool chooses_entry(const DocumentNode& node) { return is_key(node) && node.value; }
+
+// Whether a query asks for all of what it names.
+bool asks_for_all(const DocumentNode& query);
+
 // Whether two siblings stand for the same node: a container or leaf of one name, entries with the
 // same keys, or the same value of a leaf-list. Entries without keys are never the same.
 bool is_same_node(const DocumentNode& left, const DocumentNode& right);
@@ -90,6 +100,21 @@ class SiblingIndex {
 
   std::vector<DocumentNode*> few_;
   std::unordered_set<DocumentNode*, Hash, IsSame> many_;  // used when they are no longer few
+};
+
+// The same for siblings that nobody changes, which outlive it.
+class Siblings {
+ public:
+  explicit Siblings(const std::vector<DocumentNode>& nodes) {
+    // The index hands out what may be changed; nothing here does.
+    for (const DocumentNode& node : nodes) index_.add(const_cast<DocumentNode&>(node));
+  }
+  [[nodiscard]] const DocumentNode* find(const DocumentNode& node) const {
+    return index_.find(node);
+  }
+
+ private:
+  SiblingIndex index_;
 };
 
 }  // namespace ocifip

@@ -21,19 +21,12 @@ bool is_inner(const DocumentNode& node) {
   return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
 }
 
-bool gives_value(const DocumentNode& child) { return is_key(child) && child.value; }
-
-// Whether a query asks for all of what it names: keys with values only choose an entry.
-bool asks_for_all(const DocumentNode& query) {
-  return std::all_of(query.children.begin(), query.children.end(), gives_value);
-}
-
 bool names(const DocumentNode& query, const DocumentNode& node) {
   if (query.tag != node.tag || query.module_namespace != node.module_namespace) return false;
   if (query.kind == NodeKind::kLeafList) return !query.value || has_same_value(query, node);
   return query.kind != NodeKind::kList ||
          std::all_of(query.children.begin(), query.children.end(), [&node](const auto& key) {
-           if (!gives_value(key)) return true;
+           if (!chooses_entry(key)) return true;
            const auto* named = find_key(node, key.tag);
            return named != nullptr && has_same_value(key, *named);
          });
@@ -103,7 +96,7 @@ class Level {
 
   // Where to keep a query that does not give all the keys of an entry.
   Queries& place_of(const DocumentNode& query) {
-    const auto key = std::find_if(query.children.begin(), query.children.end(), gives_value);
+    const auto key = std::find_if(query.children.begin(), query.children.end(), chooses_entry);
     if (query.kind != NodeKind::kList || key == query.children.end()) return others_;
     auto by_key = std::find_if(by_key_.begin(), by_key_.end(), [&](const ByKey& each) {
       return each.tag == query.tag && each.key == key->tag;

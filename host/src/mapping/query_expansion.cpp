@@ -7,12 +7,10 @@
 #include "device/subinterface_name.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
+#include "mapping/interface_nodes.h"
 
 namespace ocifip {
 namespace {
-
-constexpr std::string_view kInterfacesModule = "openconfig-interfaces";
-constexpr std::string_view kIpModule = "openconfig-if-ip";
 
 // A node of the interfaces model, by its tag and that of its parent's.
 bool is_own(const lysc_node* node, std::string_view tag) {
@@ -23,12 +21,6 @@ bool is_interface(const lysc_node* node) { return is_own(node, "interface"); }
 bool is_subinterface(const lysc_node* node) { return is_own(node, "subinterface"); }
 
 bool is_leaf(NodeKind kind) { return kind == NodeKind::kLeaf || kind == NodeKind::kLeafList; }
-
-// Whether nothing below a node is named: keys that have values only choose an entry.
-bool names_nothing_below(const DocumentNode& node) {
-  return std::all_of(node.children.begin(), node.children.end(),
-                     [](const DocumentNode& child) { return is_key(child) && child.value; });
-}
 
 const std::string* key_value(const DocumentNode& entry) {
   const auto key = std::find_if(entry.children.begin(), entry.children.end(), is_key);
@@ -55,7 +47,7 @@ void QueryExpansion::expand_node(DocumentNode& node) {
   }
   schema_path_.push_back(node.schema);
   nodes_.push_back(&node);
-  if (names_nothing_below(node)) {
+  if (asks_for_all(node)) {
     add_below(node);
   } else {
     multiply_entries(node);

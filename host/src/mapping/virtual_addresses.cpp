@@ -18,11 +18,10 @@ using Nodes = std::vector<DocumentNode>;
 Nodes virtual_addresses(const DocumentNode& group) {
   Nodes found;
   for (const DocumentNode& config : group.children) {
-    const bool is_state = config.schema != nullptr && Models::is_state(config.schema);
-    std::copy_if(config.children.begin(), config.children.end(), std::back_inserter(found),
-                 [&](const DocumentNode& node) {
-                   return !is_state && is_named(node, kIpModule, "virtual-address");
-                 });
+    if (is_state(config)) continue;
+    std::copy_if(
+        config.children.begin(), config.children.end(), std::back_inserter(found),
+        [](const DocumentNode& node) { return is_named(node, kIpModule, "virtual-address"); });
   }
   return found;
 }
@@ -87,7 +86,7 @@ class Settler {
   static void forget_state(Nodes& nodes) {
     std::erase_if(nodes, [](DocumentNode& node) {
       forget_state(node.children);
-      return node.schema != nullptr && Models::is_state(node.schema);
+      return is_state(node);
     });
   }
 
