@@ -36,6 +36,7 @@ constexpr std::array kWords = {
     Words{kPathMalformed, "path", "the path has no steps"},
     Words{kPathUnwritable, "path", "the path leads through a leaf"},
     Words{kDataMissing, "data-missing", "the node does not exist on the device"},
+    Words{kDataExists, "data-exists", "the node exists on the device already"},
     Words{kInvalidData, "invalid-data", "the models do not accept the resulting configuration"},
     Words{kRecordUnreadable, "record", "the database item is a record that cannot be served"},
     Words{kRecordSchemaMissing, "record", "the record's descriptor has no schema"},

@@ -35,6 +35,7 @@ inline constexpr cerrno kRecordBatch = 0x40801600;            // no batch is ope
 // Reasons for which the device does not take a native edit.
 inline constexpr cerrno kDataMissing = 0x40802000;  // a node that must be there is not
 inline constexpr cerrno kInvalidData = 0x40802200;  // what would come of it
+inline constexpr cerrno kDataExists = 0x40802400;   // a node that is created is there already
 
 // Results of mappings, as far as the host returns or tells them apart itself.
 inline constexpr cerrno kInvalidArguments = YFW_MAP_ERR_INVALID_ARGS;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "device/native_nodes.h"
 #include "device/native_part.h"
 #include "io/check_data.h"
 #include "io/document_nodes.h"
@@ -27,11 +28,6 @@ Operation operation_of(const DocumentNode& node) {
 
 bool is_leaf(const DocumentNode& node) {
   return node.kind == NodeKind::kLeaf || node.kind == NodeKind::kLeafList;
-}
-
-// An interface's entry in an edit only leads to what is below it.
-bool is_interface(const DocumentNode& node) {
-  return node.module == "Halvane-Ombrix-ifmgr-cfg" && node.tag == "interface-configuration";
 }
 
 // A list or leaf-list that is meant as a whole: an entry without any key, or no value.
@@ -171,6 +167,8 @@ bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
     return false;
   }
   if (is_deletion) return remove(level, edit);
+  const bool is_single = edit.kind != NodeKind::kContainer;
+  if (edit.is_created && is_single && level.find(edit) != nullptr) return refuse(kDataExists);
   return is_leaf(edit) ? write_leaf(level, edit) : write_inner(level, edit);
 }
 
@@ -210,7 +208,8 @@ bool NativeEditor::write_inner(Level& level, const DocumentNode& edit) {
 
 // Whether a container or entry is something when nothing is below it.
 bool stands_alone(const DocumentNode& node) {
-  if (node.kind == NodeKind::kList) return !is_interface(node);
+  // An interface's entry in an edit only leads to what is below it.
+  if (node.kind == NodeKind::kList) return !is_native_interface(node);
   return node.schema == nullptr || !Models::is_plain_container(node.schema);
 }
 

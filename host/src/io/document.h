@@ -33,7 +33,8 @@ struct DocumentNode {
   std::optional<Operation> operation;  // the node's own annotation, not what it inherits
   bool may_be_missing = false;         // of a deletion: that there is nothing to delete is no error
   int line = 0;                        // where it stands in its source, 0 when unknown
-  int place = 0;  // among the nodes of its source, from 1; 0 for one that was made
+  int place = 0;            // among the nodes of its source, from 1; 0 for one that was made
+  bool is_created = false;  // of a write: that there is something already is an error
   std::optional<std::string> value;    // a leaf's text; absent when the client gave none
   const void* cause = nullptr;         // of a deletion: those with the same one are one request's
   const lysc_node* schema = nullptr;   // null when no model knows the node

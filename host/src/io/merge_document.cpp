@@ -48,6 +48,7 @@ void Merger::merge_node(DocumentNode& target, DocumentNode addition) {
     return;
   }
   if (addition.operation) target.operation = addition.operation;
+  target.is_created = target.is_created || addition.is_created;
   auto children = std::exchange(addition.children, {});
   path_.push_back(&target);
   merge(target.children, std::move(children));

@@ -90,7 +90,8 @@ BodyPlace body_place(const Models& models, const std::string& path) {
   return place;
 }
 
-Document read_body(const Models& models, const PathBody& body, std::optional<Operation> operation) {
+Document read_body(const Models& models, const PathBody& body,
+                   std::optional<BodyOperation> operation) {
   const BodyPlace place = body_place(models, body.path);
   const std::string name = in_short(body.body.name);
   const std::string& text = body.body.text;
@@ -98,13 +99,18 @@ Document read_body(const Models& models, const PathBody& body, std::optional<Ope
   Document document = body.body.encoding == Encoding::kXml
                           ? read_xml(models, name, text, &place)
                           : read_json(models, name, text, OtherAnnotations::kPassedOver, &place);
-  const bool replaces = operation == Operation::kReplace;
+  const bool replaces = operation && operation->name == Operation::kReplace;
   DocumentNode* list_holder = replaces ? holder_of_list(models, document, place) : nullptr;
-  if (list_holder != nullptr) list_holder->operation = operation;
+  const auto operate = [&](DocumentNode& node) {
+    if (!operation) return;
+    node.operation = operation->name;
+    node.is_created = operation->creates;
+  };
+  if (list_holder != nullptr) operate(*list_holder);
   const std::span<DocumentNode> nodes = bodies(document, place);
   for (DocumentNode& node : nodes) {
     add_keys(document, place, node);
-    if (!node.operation && list_holder == nullptr) node.operation = operation;
+    if (!node.operation && list_holder == nullptr) operate(node);
   }
   const bool is_leaf_list = place.target.kind == NodeKind::kLeafList;
   if (replaces && is_leaf_list && nodes.empty()) remove_values(document, place);

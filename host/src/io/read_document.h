@@ -32,12 +32,17 @@ Document read_document(const Models& models, const Source& source);
 Document read_path(const Models& models, const std::string& path,
                    std::optional<Operation> operation = std::nullopt);
 
+struct BodyOperation {
+  Operation name;
+  bool creates = false;  // a write of what must not be there
+};
+
 // Reads the body of an instance path, its content: the children of a container or entry, as a JSON
 // object or XML elements; the value of a leaf, or an array of entries or values, as JSON. The
 // document is that of the path. `operation`, when given, is that of the node that the path names,
 // unless the body gives it one. Throws InputError, also for a body that names other keys.
 Document read_body(const Models& models, const PathBody& body,
-                   std::optional<Operation> operation = std::nullopt);
+                   std::optional<BodyOperation> operation = std::nullopt);
 
 // Adds a document's nodes to another's: entries with the same keys, and containers of the same
 // name, are joined; a leaf of the second replaces the first's. Throws InputError for a node that

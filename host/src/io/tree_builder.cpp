@@ -54,7 +54,7 @@ bool is_among(std::span<const DocumentNode> nodes, const DocumentNode& node) {
 
 // How often an entry names a key is for the mapping to see. State may repeat a value.
 bool may_be_repeated(const DocumentNode& node) {
-  return is_key(node) || (node.kind == NodeKind::kLeafList && Models::is_state(node.schema));
+  return is_key(node) || (node.kind == NodeKind::kLeafList && is_state(node));
 }
 
 std::string repeated(const DocumentNode& node) {
@@ -182,6 +182,7 @@ void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int l
                                          [&](const auto& row) { return row.first == operation; });
   if (found == kOperations.end()) fail(line, "unknown operation " + in_quotes(operation) + place());
   node.operation = found->second;
+  node.is_created = operation == "create";
 }
 
 void TreeBuilder::check_depth(int line) const {

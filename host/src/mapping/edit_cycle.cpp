@@ -76,10 +76,6 @@ bool has(const DocumentNode& read, const std::vector<DocumentNode>& data) {
   return (node->kind != NodeKind::kContainer && !is_subinterface(*node)) || !has_only_keys(*node);
 }
 
-bool is_state(const DocumentNode& root) {
-  return root.schema != nullptr && Models::is_state(root.schema);
-}
-
 // A read asks for all values of a leaf-list.
 void forget_value(DocumentNode& read) {
   if (read.kind == NodeKind::kLeafList) read.value.reset();
@@ -130,6 +126,10 @@ bool is_deleted_entry(const Subtree& subtree) {
 
 Refusal missing(const Subtree& subtree) {
   return {kDataMissing, subtree.tag, subtree.path, cerr_strerror(kDataMissing)};
+}
+
+Refusal existing(const Subtree& subtree) {
+  return {kDataExists, subtree.tag, subtree.path, cerr_strerror(kDataExists)};
 }
 
 }  // namespace
@@ -185,8 +185,7 @@ void EditCycle::map_part(const EditPart& part, Operation operation, RequestSetti
 void EditCycle::find_traces(const std::vector<DocumentNode>& nodes) {
   if (subtrees_.empty()) return;
   for (const DocumentNode& node : nodes) {
-    const bool is_deletion = node.operation && is_deleting(*node.operation);
-    if (node.cause != nullptr && is_deletion) traces_.insert(node.cause);
+    if (node.cause != nullptr && is_deleted(node)) traces_.insert(node.cause);
     find_traces(node.children);
   }
 }
@@ -257,8 +256,9 @@ std::optional<Refusal> EditCycle::judge_missing(const void* cause, const Refusal
   return is_on_device(*subtree) ? std::nullopt : std::optional(missing(*subtree));
 }
 
-std::optional<Refusal> EditCycle::find_missing() {
+std::optional<Refusal> EditCycle::find_misplaced() {
   for (const Subtree& subtree : subtrees_) {
+    if (subtree.must_be_absent && is_on_device(subtree)) return existing(subtree);
     const bool is_judged =
         subtree.is_single || subtree.is_subinterface || !traces_.contains(&subtree);
     if (subtree.must_be_there && is_judged && !is_on_device(subtree)) {
@@ -337,7 +337,7 @@ bool EditCycle::holds(const Subtree& subtree) const {
   return remove(read, subtree.way ? read_of(*subtree.way) : Document(), removals);
 }
 
-// Reads all that is deleted at once.
+// Reads all that is deleted or created at once.
 void EditCycle::read_deleted() {
   std::vector<Document> reads;
   const auto add = [&](const DocumentNode& asked) {
@@ -347,7 +347,8 @@ void EditCycle::read_deleted() {
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
     if (!is_known) continue;
-    if (subtree.must_be_there && !subtree.is_subinterface) add(subtree.all);
+    const bool is_judged = subtree.must_be_there || subtree.must_be_absent;
+    if (is_judged && !subtree.is_subinterface) add(subtree.all);
     if (subtree.entry) add(*subtree.entry);
   }
   deleted_ = reads_.answer(merged(std::move(reads)));

@@ -63,9 +63,9 @@ class EditCycle {
   // The refusal of a deletion of which the native edit finds nothing, given its cause there and its
   // refusal in native terms; nothing when it is on the device all the same. Asked after map().
   [[nodiscard]] std::optional<Refusal> judge_missing(const void* cause, const Refusal& native);
-  // The refusal of the first deletion of a single node that is not there, or of another one of
-  // which the native edit has no trace. Both throw ReadRefused.
-  [[nodiscard]] std::optional<Refusal> find_missing();
+  // The refusal of the first creation of what is there, or deletion of a single node that is not,
+  // or of another one of which the native edit has no trace. Both throw ReadRefused.
+  [[nodiscard]] std::optional<Refusal> find_misplaced();
   // The refusal of the first deletion of an entry that a device shows all the same, given reads of
   // that: the device with the edit applied. Throws ReadRefused.
   [[nodiscard]] std::optional<Refusal> find_left(const ConfigurationReads& reads) const;

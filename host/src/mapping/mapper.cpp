@@ -52,7 +52,7 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
                 Format format, Applied& applied) {
   applied.outcome = std::move(edit.outcome);
   if (!applied.outcome.refusal) {
-    applied.outcome.refusal = cycle.find_missing();
+    applied.outcome.refusal = cycle.find_misplaced();
   }
   if (applied.outcome.refusal) return;
   EditedNative edited =
@@ -83,13 +83,22 @@ void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
   }
 }
 
-// The operation of the nodes that bodies are of, where it is not that of all the edit. A replace by
-// default is theirs, and not one of the nodes around them; what a document says by default is the
-// document's alone.
-std::optional<Operation> body_operation(const EditRequest& request, const Document& document) {
-  if (request.operation == DefaultOperation::kReplace) return Operation::kReplace;
+// Marks the nodes that are created: their own operation, or that of what is around them, is one.
+void mark_created(std::vector<DocumentNode>& nodes, bool creates) {
+  for (DocumentNode& node : nodes) {
+    if (!node.operation) node.is_created = creates;
+    mark_created(node.children, node.is_created);
+  }
+}
+
+// The operation of the nodes that bodies are of, where it is not that of all the edit. A replace or
+// create by default is theirs, and not one of the nodes around them; what a document says by
+// default is the document's alone.
+std::optional<BodyOperation> body_operation(const EditRequest& request, const Document& document) {
+  if (request.operation == DefaultOperation::kReplace) return BodyOperation{Operation::kReplace};
+  if (request.operation == DefaultOperation::kCreate) return BodyOperation{Operation::kWrite, true};
   const bool is_apart = !request.operation && document.operation == Operation::kNone;
-  return is_apart ? std::optional(Operation::kWrite) : std::nullopt;
+  return is_apart ? std::optional(BodyOperation{Operation::kWrite}) : std::nullopt;
 }
 
 // Completes what is selected of the native data. State is no part of an answer that is to hold
@@ -102,9 +111,7 @@ Document with_summary(Document data, const Document& queries, Content content,
     merge_document(data, select_data({"summary", {summary()}}, queries));
   }
   if (content == Content::kConfig) {
-    std::erase_if(data.roots, [](const DocumentNode& root) {
-      return root.schema != nullptr && Models::is_state(root.schema);
-    });
+    std::erase_if(data.roots, is_state);
   }
   return data;
 }
@@ -117,7 +124,7 @@ void append(std::vector<Element>& to, std::vector<Element> from) {
 // Whether a reply says more than which interfaces and subinterfaces there are.
 bool has_content(const std::vector<DocumentNode>& nodes) {
   return std::any_of(nodes.begin(), nodes.end(), [](const DocumentNode& node) {
-    const bool is_entry = node.kind == NodeKind::kList && node.module != "openconfig-interfaces";
+    const bool is_entry = node.kind == NodeKind::kList && node.module != kInterfacesModule;
     const bool is_setting = node.kind >= NodeKind::kLeaf && !is_key(node);
     return is_entry || is_setting || has_content(node.children);
   });
@@ -461,6 +468,7 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
     if (default_operation(request, document) == DefaultOperation::kReplace) {
       replace_subinterfaces(document.roots);
     }
+    mark_created(document.roots, request.operation == DefaultOperation::kCreate);
   }
   read_bodies(request, body_operation(request, document), checks, edit);
   if (request.document) {
@@ -471,11 +479,12 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
   return edit;
 }
 
-void Mapper::read_bodies(const EditRequest& request, std::optional<Operation> operation,
+void Mapper::read_bodies(const EditRequest& request, std::optional<BodyOperation> operation,
                          InputChecks& checks, Document& edit) const {
   for (const PathBody& body : request.bodies) {
     Document document = read_body(models_, body, operation);
     checks.check_edit(document);
+    mark_created(document.roots, false);
     edit.name = document.name;
     merge_edit(edit, std::move(document));
   }

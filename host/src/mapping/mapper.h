@@ -11,6 +11,7 @@
 #include "device/device_directory.h"
 #include "device/subinterface_name.h"
 #include "io/models.h"
+#include "io/read_document.h"
 #include "io/select_data.h"
 #include "mapping/device_check.h"
 #include "mapping/edit_cycle.h"
@@ -68,7 +69,7 @@ class Mapper {
                       EditCycle& cycle);
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
-  void read_bodies(const EditRequest& request, std::optional<Operation> operation,
+  void read_bodies(const EditRequest& request, std::optional<BodyOperation> operation,
                    InputChecks& checks, Document& edit) const;
   [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Read read(const QueryRequest& request);

@@ -45,7 +45,7 @@ DocumentNode& last_of(DocumentNode& read, std::size_t length) {
 // Why a node can be deleted by nobody, or null.
 const char* reason_to_stay(const Path& path) {
   const DocumentNode& node = *path.back();
-  if (Models::is_state(node.schema)) return "state cannot be deleted";
+  if (is_state(node)) return "state cannot be deleted";
   if (path.size() < 3 || !is_leaf(node)) return nullptr;
   const DocumentNode& entry = *path[path.size() - 3];
   if (is_named(entry, kIpModule, "address"))
@@ -81,6 +81,7 @@ class SubtreeSearch {
       const bool is_entry = is_entry_of_subinterface(node) || is_subinterface(node);
       if (operation == Operation::kNone && is_entry) add_passed(node);
       if (operation == Operation::kWrite && loses_own_address(node)) replace_groups(node);
+      if (node.is_created && (is_leaf(node) || is_entry)) add_created(node);
       for (DocumentNode& child : node.children) visit(child, operation);
     }
     path_.pop_back();
@@ -114,6 +115,16 @@ class SubtreeSearch {
   void add_passed(const DocumentNode& entry) {
     Subtree& subtree = add(entry);
     subtree.must_be_there = true;
+    subtree.held.reset();
+  }
+
+  // What leads to IP, and state, may be there.
+  void add_created(const DocumentNode& node) {
+    const bool is_ip = std::any_of(path_.begin(), path_.end(),
+                                   [](const DocumentNode* above) { return is_family(*above); });
+    if (!is_ip || is_state(node)) return;
+    Subtree& subtree = add(node);
+    subtree.must_be_absent = true;
     subtree.held.reset();
   }
 

@@ -16,9 +16,10 @@ struct Subtree {
   std::string tag;   // of the node at its top
   std::string path;  // instance path of that node
   bool is_deleted = false;
-  bool must_be_there = false;  // deleted, not removed, or an entry that is passed through
-  bool is_entry = false;       // of a list below a subinterface
-  bool is_single = false;      // a leaf, or such an entry
+  bool must_be_there = false;   // deleted, not removed, or an entry that is passed through
+  bool must_be_absent = false;  // created
+  bool is_entry = false;        // of a list below a subinterface
+  bool is_single = false;       // a leaf, or such an entry
   bool is_subinterface = false;
   const char* undeletable = nullptr;  // why no mapping can delete it; null when one may
   bool is_read_back = true;           // not VRRP of another address than the interface's own
@@ -33,9 +34,10 @@ struct Subtree {
 
 // Finds the subtrees of an edit: nodes that an annotation replaces or deletes. Deletions below what
 // is replaced are subtrees, too, and are taken out of the edit. Subinterfaces, and entries
-// below them, whose operation is "none" are subtrees, too, that have to be there. Each deletion
-// gets its subtree as its cause. The deletion of an entry's settings, which its keys are among,
-// becomes that of the entry, if nothing else of the entry is edited.
+// below them, whose operation is "none" are subtrees, too, that have to be there, and leaves and
+// entries of IP that are created, which must not. Each deletion gets its subtree as its cause. The
+// deletion of an entry's settings, which its keys are among, becomes that of the entry, if nothing
+// else of the entry is edited.
 //
 // An address and a value of a leaf-list are the mapping's to write and delete, and are no part of
 // what it may leave. The VRRP groups of an interface are those of its own address.
