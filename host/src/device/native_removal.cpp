@@ -61,12 +61,12 @@ DocumentNode removal_of(const DocumentNode& node) {
 class Level {
  public:
   Level(const Nodes& held, const Nodes& edit, const Nodes& way, const Nodes& native)
-      : held_(held),
-        edit_nodes_(edit),
-        native_nodes_(native),
-        edit_(edit),
-        way_(way),
-        native_(native) {}
+      : held_(held), native_nodes_(native), edit_(edit), way_(way), native_(native) {
+    for (const DocumentNode& node : edit) {
+      const bool is_whole_list = node.kind == NodeKind::kList && node.children.empty();
+      if (is_whole_list && is_deleted(node)) deleted_lists_.push_back(node.schema);
+    }
+  }
 
   // What is to be added to the edit's level, and below nodes that it has.
   Nodes removals() {
@@ -96,10 +96,8 @@ class Level {
     if (edited != nullptr && edited->operation) {
       return is_deleted(*edited) || *edited->operation == Operation::kReplace;
     }
-    return std::any_of(edit_nodes_.begin(), edit_nodes_.end(), [&](const DocumentNode& each) {
-      return each.schema == node.schema && is_deleted(each) && each.kind == NodeKind::kList &&
-             each.children.empty();
-    });
+    return std::find(deleted_lists_.begin(), deleted_lists_.end(), node.schema) !=
+           deleted_lists_.end();
   }
 
   void add_leaf(const DocumentNode& node, Nodes& result) {
@@ -136,11 +134,11 @@ class Level {
   }
 
   const Nodes& held_;
-  const Nodes& edit_nodes_;
   const Nodes& native_nodes_;
   Siblings edit_;
   Siblings way_;
   Siblings native_;
+  std::vector<const lysc_node*> deleted_lists_;
 };
 
 // Joins removals to an edit: of what both have, the removals only lead to more.
