@@ -71,7 +71,7 @@ void add_merge(Subject& subject, const Layout& layout, bool traced) {
 }
 
 JobRequest read_back_of(const Subject& subject, std::uint32_t request_op, bool traced) {
-  return {.document = subject.device.device().native,
+  return {.document = subject.device.device().native.whole(),
           .settings = {.request_op = request_op, .trace = traced},
           .direction = Direction::kToOpenConfig};
 }
@@ -127,8 +127,8 @@ std::string whole_native_json(const Layout& layout) {
   Mapper mapper(platform().models, empty.device, platform().plugin.entries(), HostOptions{});
   std::vector<std::string> notes;
   return print_document(
-      mapper.apply(edit, empty.device.device().native, Format::kTree).native.value(), Format::kJson,
-      notes);
+      *mapper.apply(edit, empty.device.device().native.whole(), Format::kTree).native,
+      Format::kJson, notes);
 }
 
 void add_whole_report(Subject& subject, const Layout& /*layout*/, bool traced) {

@@ -4,10 +4,10 @@
 # shellcheck disable=SC2034 # what is set here is used there
 # shellcheck disable=SC2154 # and the other way round
 
-tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev nlohmann-json3-dev)
+tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 cppcheck shellcheck
   python3 python3-jsonschema ccache dpkg-dev file groff-base)
-bench_packages=(libbenchmark-dev libxslt1-dev libsimdjson-dev libyang-tools xsltproc valgrind python3) # the tests run the benchmarks, too
+bench_packages=(libbenchmark-dev libxslt1-dev libyang-tools xsltproc valgrind python3) # the tests run the benchmarks, too
 coverage_packages=(llvm-14)
 
 # What the compiler cache has from one clone of the repository serves another.

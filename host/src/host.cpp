@@ -36,8 +36,9 @@ class Host::Impl {
   explicit Impl(const HostOptions& options)
       : models_(options.models),
         device_file_(options.device),
-        device_text_(device_file_ ? read_file(*device_file_) : ""),
-        device_(device_file_ ? read_device(models_, *device_file_, device_text_)
+        device_text_(
+            std::make_shared<const std::string>(device_file_ ? read_file(*device_file_) : "")),
+        device_(device_file_ ? open_device(models_, *device_file_, device_text_)
                              : example_device(models_)),
         plugin_(options.plugin),
         mapper_(models_, device_, plugin_.entries(), options) {
@@ -45,7 +46,7 @@ class Host::Impl {
     check_items(device_);
   }
 
-  void check_device() const { check_native(models_, device_.device().native); }
+  void check_device() const { check_configuration(models_, device_.device().native); }
 
   Mapper& mapper() { return mapper_; }
 
@@ -60,7 +61,7 @@ class Host::Impl {
 
   Models models_;
   std::optional<std::string> device_file_;
-  std::string device_text_;  // as it was read or saved last
+  std::shared_ptr<const std::string> device_text_;  // as it was read or saved last
   DeviceDirectory device_;
   Plugin plugin_;
   Mapper mapper_;
@@ -71,14 +72,14 @@ Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
   if (request.save && !device_file_) {
     throw InputError("nothing to save to: no device file was given");
   }
-  Applied applied = mapper_.apply(request.edit, device_.device().native, format);
+  Applied applied = mapper_.apply(request.edit, device_.device().native.whole(), format);
   if (applied.native) {
     if (request.save) {
       save(*applied.native, [&] {
         if (request.before_saving) request.before_saving(applied.outcome);
       });
     }
-    device_.configure(std::move(*applied.native));
+    device_.configure(NativeConfiguration(std::move(applied.native)));
   }
   return std::move(applied.outcome);
 }
@@ -88,12 +89,12 @@ void Host::Impl::save(const Document& native, const std::function<void()>& ready
   Document saved = native;
   arrange_as_read(saved.roots);
   std::string text =
-      with_native(*device_file_, device_text_, print_document(saved, Format::kJson, notes));
-  if (read_file(*device_file_) != device_text_) {
+      with_native(*device_file_, *device_text_, print_document(saved, Format::kJson, notes));
+  if (read_file(*device_file_) != *device_text_) {
     throw InputError(*device_file_ + ": cannot be saved: it was changed since it was read");
   }
   save_file(*device_file_, text, ready);
-  device_text_ = std::move(text);
+  device_text_ = std::make_shared<const std::string>(std::move(text));
 }
 
 Host::Host(const HostOptions& options) : impl_(std::make_unique<Impl>(options)) {}

@@ -257,7 +257,7 @@ void Trial::check_outcome(const Outcome& outcome) {
 }
 
 void Trial::map(const tool::CommandLine& line, Device device) {
-  const Document native = device.native;
+  const Document native = device.native.whole();
   Session session(std::move(device));
   static constexpr auto kStandIns = stand_ins(std::make_index_sequence<64>());
   for (const EntryCallback& each : callbacks_of(session.entries)) {

@@ -49,7 +49,7 @@ class Session {
  public:
   // Throws InputError for a device that a host would not take.
   explicit Session(Device device) : directory_(std::move(device)) {
-    check_native(models(), directory_.device().native);
+    check_configuration(models(), directory_.device().native);
     check_items(directory_);
   }
 

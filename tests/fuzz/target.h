@@ -38,7 +38,7 @@ inline faults::Session& session() {
 // A document, as each kind of request may bring it.
 inline void run_document(Encoding encoding, const std::string& text) {
   const Source source{"input", text, encoding};
-  const Document& native = session().directory().device().native;
+  const Document& native = session().directory().device().native.whole();
   Mapper& mapper = session().mapper;
   attempt([&] { mapper.edit({source, {}}, Format::kXml); });
   attempt([&] { mapper.apply({source, {}, DefaultOperation::kReplace}, native, Format::kTree); });

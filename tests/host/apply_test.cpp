@@ -104,7 +104,7 @@ TEST(Differences, AreTheEditFromTheOneToTheOther) {
 TEST(NativeSections, AreHeldAgainstTheModels) {
   for (const auto& each : cases::read(OCIFIP_CASES "native-sections.txt")) {
     EXPECT_EQ(result_of([&] {
-                check_native(box(), read_device(box(), "dev.json", each["given"]).native);
+                check_native(box(), read_device(box(), "dev.json", each["given"]).native.whole());
                 return std::string();
               }),
               each["expected"])

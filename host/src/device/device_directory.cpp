@@ -24,36 +24,40 @@ void activate(const DeviceDirectory* directory) {
 
 }  // namespace
 
-DeviceDirectory::DeviceDirectory(Device device)
-    : device_(std::move(device)), configured_items_(items_configured_by(device_.native)) {
+DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
   if (device_.node) {
     enter_node(*device_.node);
   }
-  std::unordered_map<std::string, ConfiguredAddresses> configured;
-  for (ConfiguredAddresses& addresses : native_addresses(device_.native)) {
-    add_name(addresses.name);
-    configured.emplace(addresses.name, std::move(addresses));
-  }
-  for (const std::string& name : interfaces_named_elsewhere(device_.native)) {
+  const std::vector<InterfaceEntry> entries = device_.native.entries();
+  reserve(device_.interfaces.size() + entries.size());
+  for (const std::string& name : configured_interfaces(entries)) {
     add_name(name);
   }
   const std::vector<std::string> configured_names = names_;
   for (const DeviceInterface& interface : device_.interfaces) {
     add_name(interface.name);
-    enter_interface(interface, configured[interface.name]);
+    enter_interface(interface);
   }
   // What is configured is an interface, whether the device file lists it or not.
   for (const std::string& name : configured_names) {
     if (handle_of(internal_name(name)) == 0) {
       DeviceInterface interface;
       interface.name = name;
-      enter_interface(interface, configured[name]);
+      enter_interface(interface);
     }
   }
   // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
-  for (const auto& [interface, index] : subinterfaces_in(device_.native.roots)) {
+  for (const auto& [interface, index] : subinterfaces_in(device_.native.part({}).roots)) {
     add_name(native_name(interface, index));
   }
+}
+
+// Room for the names of interfaces; many are both listed and configured.
+void DeviceDirectory::reserve(std::size_t count) {
+  names_.reserve(count);
+  known_names_.reserve(count);
+  interfaces_.reserve(count);
+  handles_.reserve(count);
 }
 
 void DeviceDirectory::add_name(const std::string& name) {
@@ -64,7 +68,7 @@ void DeviceDirectory::add_name(const std::string& name) {
 
 bool DeviceDirectory::knows(const std::string& name) const { return known_names_.contains(name); }
 
-void DeviceDirectory::configure(Document native) {
+void DeviceDirectory::configure(NativeConfiguration native) {
   Device device = std::move(device_);
   device.native = std::move(native);
   *this = DeviceDirectory(std::move(device));
@@ -79,13 +83,14 @@ nodeid_t DeviceDirectory::enter_node(const std::string& name) {
   return static_cast<nodeid_t>(known - nodes_.begin()) + 1;
 }
 
-void DeviceDirectory::enter_interface(const DeviceInterface& interface,
-                                      const ConfiguredAddresses& configured) {
+void DeviceDirectory::enter_interface(const DeviceInterface& interface) {
   InterfaceRecord& record = interfaces_.emplace_back();
   record.name = interface.name;
   record.node = interface.node ? enter_node(*interface.node) : own_node();
-  record.ipv4 = interface.ipv4.value_or(configured.ipv4);
-  record.ipv6 = interface.ipv6.value_or(configured.ipv6);
+  if (interface.ipv4) record.ipv4 = *interface.ipv4;
+  if (interface.ipv6) record.ipv6 = *interface.ipv6;
+  record.lacks_ipv4 = !interface.ipv4;
+  record.lacks_ipv6 = !interface.ipv6;
   handles_.emplace(internal_name(record.name), static_cast<std::uint32_t>(interfaces_.size()));
 }
 
@@ -95,7 +100,38 @@ std::uint32_t DeviceDirectory::handle_of(const std::string& internal_name) const
 }
 
 const InterfaceRecord* DeviceDirectory::interface(std::uint32_t handle) const {
-  return handle == 0 || handle > interfaces_.size() ? nullptr : &interfaces_[handle - 1];
+  if (handle == 0 || handle > interfaces_.size()) return nullptr;
+  InterfaceRecord& record = interfaces_[handle - 1];
+  complete(record);
+  return &record;
+}
+
+const std::vector<InterfaceRecord>& DeviceDirectory::interfaces() const {
+  static_cast<void>(device_.native.whole());  // rather than part by part
+  for (InterfaceRecord& record : interfaces_) complete(record);
+  return interfaces_;
+}
+
+// Gives an interface the addresses that the native configuration has for it.
+void DeviceDirectory::complete(InterfaceRecord& record) const {
+  if (!record.lacks_ipv4 && !record.lacks_ipv6) return;
+  const Document& native = device_.native.part({record.name});
+  if (&native != configured_in_) {
+    configured_.clear();
+    for (ConfiguredAddresses& addresses : native_addresses(native)) {
+      configured_.emplace(addresses.name, std::move(addresses));
+    }
+    configured_in_ = &native;
+  }
+  const auto found = configured_.find(record.name);
+  if (found != configured_.end() && record.lacks_ipv4) record.ipv4 = found->second.ipv4;
+  if (found != configured_.end() && record.lacks_ipv6) record.ipv6 = found->second.ipv6;
+  record.lacks_ipv4 = record.lacks_ipv6 = false;
+}
+
+const DatabaseItems& DeviceDirectory::configured_items() const {
+  if (!configured_items_) configured_items_ = items_configured_by(device_.native.whole());
+  return *configured_items_;
 }
 
 // The device's own node is the first that was entered.

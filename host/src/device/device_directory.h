@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,6 +24,9 @@ struct InterfaceRecord {
   // The device file's, or those of the native configuration.
   DeviceAddresses ipv4;
   DeviceAddresses ipv6;
+  // Which of them are still to be taken from there.
+  bool lacks_ipv4 = false;
+  bool lacks_ipv6 = false;
 };
 
 class DeviceDirectory {
@@ -31,17 +35,17 @@ class DeviceDirectory {
 
   // Gives the device another native configuration, and what follows from it: addresses, names and
   // items of the database. Handles and node identifiers stay.
-  void configure(Document native);
+  void configure(NativeConfiguration native);
 
   [[nodiscard]] const Device& device() const { return device_; }
   // Items of the database that the native configuration implies; explicit ones hide them.
-  [[nodiscard]] const DatabaseItems& configured_items() const { return configured_items_; }
+  [[nodiscard]] const DatabaseItems& configured_items() const;
   // Handles count from 1; 0 is no interface.
   [[nodiscard]] std::uint32_t handle_of(const std::string& internal_name) const;
   [[nodiscard]] const InterfaceRecord* interface(std::uint32_t handle) const;
   // What the interface manager knows: the interfaces that the device file lists and those that the
   // native configuration names; the one with handle 1 first.
-  [[nodiscard]] const std::vector<InterfaceRecord>& interfaces() const { return interfaces_; }
+  [[nodiscard]] const std::vector<InterfaceRecord>& interfaces() const;
   // The local node, or NODEID_NONE. Node identifiers count from 1.
   [[nodiscard]] nodeid_t own_node() const;
   // Null for an identifier that no node has.
@@ -59,14 +63,18 @@ class DeviceDirectory {
  private:
   friend class ActiveDevice;
 
+  void reserve(std::size_t count);
   void add_name(const std::string& name);
   nodeid_t enter_node(const std::string& name);
-  void enter_interface(const DeviceInterface& interface, const ConfiguredAddresses& configured);
+  void enter_interface(const DeviceInterface& interface);
+  void complete(InterfaceRecord& record) const;
 
   Device device_;
-  DatabaseItems configured_items_;
+  mutable std::optional<DatabaseItems> configured_items_;  // when they have been asked for
   std::vector<std::string> nodes_;
-  std::vector<InterfaceRecord> interfaces_;
+  mutable std::vector<InterfaceRecord> interfaces_;  // some without addresses, until asked for
+  mutable std::unordered_map<std::string, ConfiguredAddresses> configured_;  // what follows has
+  mutable const Document* configured_in_ = nullptr;
   std::vector<std::string> names_;
   std::unordered_set<std::string> known_names_;
   std::unordered_map<std::string, std::uint32_t> handles_;

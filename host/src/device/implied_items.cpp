@@ -124,11 +124,9 @@ std::optional<DatabaseItem> interface_detail(const InterfaceRecord* interface) {
 DatabaseItems interface_details(const DeviceDirectory& directory) {
   DatabaseItems items;
   const std::string tail = detail_tail();
-  // Handles count from 1 without gaps.
-  for (std::uint32_t handle = 1; const InterfaceRecord* interface = directory.interface(handle);
-       ++handle) {
-    if (auto detail = interface_detail(interface)) {
-      items.emplace(std::string(kDetailHead) + internal_name(interface->name) + tail,
+  for (const InterfaceRecord& interface : directory.interfaces()) {
+    if (auto detail = interface_detail(&interface)) {
+      items.emplace(std::string(kDetailHead) + internal_name(interface.name) + tail,
                     std::move(*detail));
     }
   }
@@ -157,7 +155,7 @@ DatabaseItems neighbors(const DeviceDirectory& directory) {
   std::array<char, 16> node{};
   std::snprintf(node.data(), node.size(), "%x", directory.own_node());
   const std::string head = std::string(kNeighborHead) + node.data();
-  each_native(directory.device().native.roots, kNeighborModule,
+  each_native(directory.device().native.whole().roots, kNeighborModule,
               {"ipv6-neighbor", "neighbors", "neighbor"},
               [&](const DocumentNode& entry) { add_neighbor(head, entry, items); });
   return items;

@@ -1,6 +1,5 @@
 #include "device/native_addresses.h"
 
-#include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -77,28 +76,31 @@ DeviceAddresses ipv6_addresses(const DocumentNode& interface) {
   return addresses;
 }
 
-// Settings of an interface that stand elsewhere than below the interface's own.
+// A list whose entries make an interface known.
 struct InterfaceList {
   std::string_view module;
-  std::initializer_list<std::string_view> path;
-  std::string_view name;
+  std::string_view tag;
 };
 
-const InterfaceList kOtherLists[] = {
-    {"Halvane-Ombrix-ipv4-arp-cfg", {"arpgmp", "vrf", "entries", "entry"}, "interface"},
-    {"Halvane-Ombrix-ipv6-nd-cfg", {"ipv6-neighbor", "neighbors", "neighbor"}, "interface-name"},
-    {"Halvane-Ombrix-ipv4-vrrp-cfg", {"vrrp", "interfaces", "interface"}, "interface-name"},
+constexpr InterfaceList kInterfaceLists[] = {
+    {kInterfaceModule, "interface-configuration"},
+    {"Halvane-Ombrix-ipv4-arp-cfg", "entry"},
+    {"Halvane-Ombrix-ipv6-nd-cfg", "neighbor"},
+    {"Halvane-Ombrix-ipv4-vrrp-cfg", "interface"},
 };
 
 }  // namespace
 
-std::vector<std::string> interfaces_named_elsewhere(const Document& native) {
+std::vector<std::string> configured_interfaces(const std::vector<InterfaceEntry>& entries) {
   std::vector<std::string> names;
-  for (const InterfaceList& list : kOtherLists) {
-    each_native(native.roots, list.module, list.path, [&](const DocumentNode& entry) {
-      std::string name = native_leaf(entry, list.module, list.name);
-      if (!name.empty()) names.push_back(std::move(name));
-    });
+  for (const InterfaceList& list : kInterfaceLists) {
+    for (const InterfaceEntry& entry : entries) {
+      const bool is_of_list =
+          Models::module(entry.list) == list.module && Models::tag(entry.list) == list.tag;
+      if (is_of_list && entry.is_active && !entry.interface.empty()) {
+        names.emplace_back(entry.interface);
+      }
+    }
   }
   return names;
 }

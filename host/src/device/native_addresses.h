@@ -20,9 +20,9 @@ struct ConfiguredAddresses {
 // What is no address, netmask or prefix length counts as absent.
 std::vector<ConfiguredAddresses> native_addresses(const Document& native);
 
-// The names of interfaces that have static neighbors or VRRP, which the native configuration keeps
-// apart from the interface's own entry; a name may come several times.
-std::vector<std::string> interfaces_named_elsewhere(const Document& native);
+// The names of interfaces that have an active configuration, and then of those that have static
+// neighbors or VRRP, which the native configuration keeps apart; a name may come several times.
+std::vector<std::string> configured_interfaces(const std::vector<InterfaceEntry>& entries);
 
 }  // namespace ocifip
 

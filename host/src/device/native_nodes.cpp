@@ -45,10 +45,6 @@ bool is_native_interface(const DocumentNode& node) {
   return is_native_node(node, "Halvane-Ombrix-ifmgr-cfg", "interface-configuration");
 }
 
-bool names_interface(const DocumentNode& leaf) {
-  return leaf.tag == "interface-name" || leaf.tag == "interface";
-}
-
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag) {
   const DocumentNode* found = find_native(node.children, module, tag);
   return found == nullptr || !found->value ? "" : *found->value;

@@ -32,9 +32,6 @@ void each_native(const std::vector<DocumentNode>& nodes, std::string_view module
 // Whether a node is the entry of an interface in its native configuration.
 bool is_native_interface(const DocumentNode& node);
 
-// Whether a leaf has the name of an interface or subinterface, by its own name.
-bool names_interface(const DocumentNode& leaf);
-
 // The value of a leaf below a node; "" without the leaf or its value.
 std::string native_leaf(const DocumentNode& node, std::string_view module, std::string_view tag);
 

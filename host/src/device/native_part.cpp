@@ -3,29 +3,44 @@
 #include <algorithm>
 #include <utility>
 
-#include "device/native_nodes.h"
 #include "io/document_nodes.h"
 
 namespace ocifip {
 namespace {
 
-std::string interface_of(const std::string& name) { return name.substr(0, name.find('.')); }
+// The name of the interface that an entry is of, or null.
+const std::string* name_of(const DocumentNode& entry) {
+  const std::string* key = interface_key(entry.schema);
+  return key == nullptr ? nullptr : key_value(entry, *key);
+}
 
-// The key of an entry that names its interface, or null.
-const DocumentNode* name_of(const DocumentNode& entry) {
-  if (entry.kind != NodeKind::kList) return nullptr;
-  const auto found = std::find_if(
-      entry.children.begin(), entry.children.end(),
-      [](const DocumentNode& leaf) { return is_key(leaf) && leaf.value && names_interface(leaf); });
-  return found == entry.children.end() ? nullptr : &*found;
+// Whether there are entries of interfaces below a node.
+bool leads_to_interfaces(const Models& models, const lysc_node* node) {
+  const auto& children = models.children(node);
+  return std::any_of(children.begin(), children.end(), [&](const lysc_node* child) {
+    return interface_key(child) != nullptr || leads_to_interfaces(models, child);
+  });
+}
+
+// Adds the interfaces that a query names; false when it asks for others, too.
+bool add_asked(const Models& models, const DocumentNode& query, InterfaceNames& names) {
+  if (query.schema == nullptr) return false;
+  if (interface_key(query.schema) != nullptr) {
+    const std::string* name = name_of(query);
+    if (name != nullptr) names.add(*name);
+    return name != nullptr;
+  }
+  if (asks_for_all(query)) return !leads_to_interfaces(models, query.schema);
+  return std::all_of(query.children.begin(), query.children.end(),
+                     [&](const DocumentNode& child) { return add_asked(models, child, names); });
 }
 
 std::vector<DocumentNode> part_of(const std::vector<DocumentNode>& nodes,
                                   const InterfaceNames& interfaces) {
   std::vector<DocumentNode> part;
   for (const DocumentNode& node : nodes) {
-    if (const DocumentNode* name = name_of(node)) {
-      if (interfaces.contains(interface_of(*name->value))) part.push_back(node);
+    if (const std::string* name = name_of(node)) {
+      if (interfaces.contains(*name)) part.push_back(node);
       continue;
     }
     DocumentNode& copy = part.emplace_back(bare(node));
@@ -40,9 +55,18 @@ std::vector<DocumentNode> part_of(const std::vector<DocumentNode>& nodes,
 
 void add_mentioned(const std::vector<DocumentNode>& nodes, InterfaceNames& names) {
   for (const DocumentNode& node : nodes) {
-    if (node.value) names.insert(interface_of(*node.value));
+    if (node.value) names.add(*node.value);
     add_mentioned(node.children, names);
   }
+}
+
+const Document& part_asked(const Models& models, const NativeConfiguration& native,
+                           const Document& queries) {
+  InterfaceNames names;
+  const bool names_all =
+      std::all_of(queries.roots.begin(), queries.roots.end(),
+                  [&](const DocumentNode& root) { return add_asked(models, root, names); });
+  return names_all ? native.part(names) : native.whole();
 }
 
 bool has_far_constraints(const Models& models, const Document& native) {

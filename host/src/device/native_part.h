@@ -2,20 +2,20 @@
 #ifndef OCIFIP_HOST_DEVICE_NATIVE_PART_H_
 #define OCIFIP_HOST_DEVICE_NATIVE_PART_H_
 
-#include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "io/document.h"
 #include "io/models.h"
+#include "io/native_configuration.h"
 
 namespace ocifip {
 
-// Names of interfaces without their subinterfaces' indexes.
-using InterfaceNames = std::unordered_set<std::string>;
-
-// Adds every value in a tree that may be the name of an interface, or of one of its subinterfaces.
+// Adds every value in a tree that may be the native name of an interface or subinterface.
 void add_mentioned(const std::vector<DocumentNode>& nodes, InterfaceNames& names);
+
+// What has all of a configuration that queries ask for.
+const Document& part_asked(const Models& models, const NativeConfiguration& native,
+                           const Document& queries);
 
 // Whether a part of native data may be wrong for what stands in another.
 bool has_far_constraints(const Models& models, const Document& native);

@@ -7,12 +7,14 @@
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <unordered_map>
 #include <utility>
 
 #include "io/address_text.h"
 #include "io/check_data.h"
 #include "io/device_json.h"
 #include "io/document_nodes.h"
+#include "io/plain_json.h"
 #include "io/text.h"
 #include "ocifip/device.h"
 
@@ -33,18 +35,20 @@ bool has_control_character(std::string_view text) {
 // A value of the device file with the place that messages name it by.
 class Field {
  public:
-  Field(const std::string& file, std::string place, const Json& value)
-      : file_(file), place_(std::move(place)), value_(value) {}
+  // The whole file.
+  Field(const std::string& file, const Json& value) : file_(file), value_(value) {}
 
   // The place as messages name it.
-  [[nodiscard]] std::string place() const { return place_.empty() ? file_ : file_ + ": " + place_; }
+  [[nodiscard]] std::string place() const {
+    return parent_ == nullptr ? file_ : file_ + ": " + place_in_file();
+  }
 
   [[noreturn]] void fail(const std::string& reason) const { throw input_error(place(), 0, reason); }
 
   // Checks that it is an object with no other members than these.
   const Field& object(std::initializer_list<std::string_view> members) const {
     if (!value_.is_object()) fail("not an object");
-    for (const auto& [name, value] : value_.items()) {
+    for (const auto& [name, value] : value_.get_ref<const Json::object_t&>()) {
       if (std::find(members.begin(), members.end(), name) == members.end()) {
         member_field(name, value).fail("unknown field" + among(members));
       }
@@ -70,14 +74,14 @@ class Field {
   void each_element(Function function) const {
     if (!value_.is_array()) fail("not an array");
     for (std::size_t at = 0; at < value_.size(); ++at) {
-      function(Field(file_, place_ + '[' + std::to_string(at) + ']', value_[at]));
+      function(Field(*this, Step::kElement, {}, at, value_[at]));
     }
   }
   template <typename Function>
   void each_member(Function function) const {
     if (!value_.is_object()) fail("not an object");
-    for (const auto& [name, value] : value_.items()) {
-      function(name, Field(file_, place_ + '[' + in_quotes(name) + ']', value));
+    for (const auto& [name, value] : value_.get_ref<const Json::object_t&>()) {
+      function(name, Field(*this, Step::kNamed, name, 0, value));
     }
   }
 
@@ -123,8 +127,34 @@ class Field {
   }
 
  private:
+  // How a place goes on: `.name`, `[7]` or `["name"]`.
+  enum class Step { kMember, kElement, kNamed };
+
+  // A field within another, which outlives it. The name does, too.
+  Field(const Field& parent, Step step, std::string_view name, std::size_t number,
+        const Json& value)
+      : file_(parent.file_),
+        parent_(&parent),
+        step_(step),
+        name_(name),
+        number_(number),
+        value_(value) {}
+
   [[nodiscard]] Field member_field(std::string_view name, const Json& value) const {
-    return {file_, place_.empty() ? std::string(name) : place_ + '.' + std::string(name), value};
+    return {*this, Step::kMember, name, 0, value};
+  }
+
+  [[nodiscard]] std::string place_in_file() const {
+    std::string place = parent_->parent_ == nullptr ? "" : parent_->place_in_file();
+    switch (step_) {
+      case Step::kMember:
+        return place + (place.empty() ? "" : ".") + std::string(name_);
+      case Step::kElement:
+        return place + '[' + std::to_string(number_) + ']';
+      case Step::kNamed:
+        return place + '[' + in_quotes(name_) + ']';
+    }
+    return place;
   }
 
   // `; known here: "name" and "node"`
@@ -139,7 +169,10 @@ class Field {
   }
 
   const std::string& file_;
-  std::string place_;
+  const Field* parent_ = nullptr;
+  Step step_ = Step::kMember;
+  std::string_view name_;
+  std::size_t number_ = 0;
   const Json& value_;
 };
 
@@ -151,16 +184,20 @@ void check_is_native(const Document& native) {
   }
 }
 
+// Why a key has no name of an interface or subinterface, or "".
+std::string key_fault(const lysc_node* list, std::string_view key, const std::string& value) {
+  const bool is_configured = Models::module(list).ends_with("-cfg");
+  if (!is_configured) return "";
+  return value.empty() ? in_quotes(key) + " is empty" : native_name_fault(value);
+}
+
 // The interfaces that a native configuration names in keys.
 void check_native_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
-    const bool names_interface = node.tag == "interface-name" || node.tag == "interface";
-    const bool is_configured = node.module.ends_with("-cfg");
-    if (names_interface && is_configured && node.value && is_key(node)) {
-      const std::string fault =
-          node.value->empty() ? in_quotes(node.tag) + " is empty" : native_name_fault(*node.value);
-      if (!fault.empty()) throw input_error(file, node.line, fault);
-    }
+    const std::string* key = interface_key(node.schema);
+    const DocumentNode* leaf = key == nullptr ? nullptr : find_key(node, *key);
+    const std::string fault = leaf == nullptr ? "" : key_fault(node.schema, *key, *leaf->value);
+    if (!fault.empty()) throw input_error(file, leaf->line, fault);
     check_native_names(file, node.children);
   }
 }
@@ -210,18 +247,17 @@ DeviceInterface interface_of(const Field& field) {
 
 std::vector<DeviceInterface> interfaces_of(const Field& field) {
   std::vector<DeviceInterface> interfaces;
-  std::map<std::string, std::string> names;  // by their internal form
+  std::unordered_map<std::string, std::size_t> numbers;  // by internal names
   field.each_element([&](const Field& element) {
-    auto interface = interface_of(element);
-    const auto [known, is_new] = names.emplace(internal_name(interface.name), interface.name);
-    if (!is_new && known->second == interface.name) {
-      element.required("name").fail("a second interface " + in_quotes(interface.name));
-    }
-    if (!is_new) {
-      element.required("name").fail(in_quotes(interface.name) + " and " + in_quotes(known->second) +
-                                    " have one internal name, " + in_quotes(known->first));
-    }
-    interfaces.push_back(std::move(interface));
+    interfaces.push_back(interface_of(element));
+    const std::string& name = interfaces.back().name;
+    const auto [known, is_new] = numbers.emplace(internal_name(name), numbers.size());
+    if (is_new) return;
+    const std::string& other = interfaces[known->second].name;
+    element.required("name").fail(other == name
+                                      ? "a second interface " + in_quotes(name)
+                                      : in_quotes(name) + " and " + in_quotes(other) +
+                                            " have one internal name, " + in_quotes(known->first));
   });
   return interfaces;
 }
@@ -282,10 +318,11 @@ std::string native_name_fault(const std::string& name) {
          in_quotes(name.substr(0, dot));
 }
 
-Device read_device(const Models& models, const std::string& name, const std::string& text) {
-  check_text(name, text);
-  DeviceJson json = read_device_json(models, name, text);
-  const Field top(name, "", json.fields);
+namespace {
+
+// All of a device but its native configuration.
+Device device_of(const std::string& name, const Json& fields) {
+  const Field top(name, fields);
   top.object({"node", "interfaces", "native", "sysdb", "faults"});
 
   Device device;
@@ -294,9 +331,6 @@ Device read_device(const Models& models, const std::string& name, const std::str
   });
   top.with("interfaces", [&](const Field& list) { device.interfaces = interfaces_of(list); });
   top.with("native", [](const Field& native) { native.object({}); });
-  device.native = std::move(json.native);
-  check_is_native(device.native);
-  check_native_names(device.native.name, device.native.roots);
   top.with("sysdb", [&](const Field& sysdb) { device.sysdb = database_of(sysdb); });
   top.with("faults", [&](const Field& faults) {
     faults.object({"sysdb", "interface-manager", "node"});
@@ -307,11 +341,48 @@ Device read_device(const Models& models, const std::string& name, const std::str
   return device;
 }
 
+}  // namespace
+
+Device read_device(const Models& models, const std::string& name, const std::string& text) {
+  check_text(name, text);
+  DeviceJson json = read_device_json(models, name, text);
+  Device device = device_of(name, json.fields);
+  check_is_native(json.native);
+  check_native_names(json.native.name, json.native.roots);
+  device.native = NativeConfiguration(std::move(json.native));
+  return device;
+}
+
+Device open_device(const Models& models, const std::string& name,
+                   std::shared_ptr<const std::string> text) {
+  try {
+    DeviceText json = open_device_json(models, name, text);
+    Device device = device_of(name, json.fields);
+    if (json.native == nullptr) return device;
+    const std::vector<InterfaceEntry> entries = json.native->entries();
+    const bool is_sound = std::all_of(entries.begin(), entries.end(), [](const auto& entry) {
+      return key_fault(entry.list, {}, std::string(entry.interface)).empty();
+    });
+    device.native = NativeConfiguration(std::move(json.native));
+    check_is_native(device.native.part({}));
+    if (is_sound) return device;
+  } catch (const NotPlain&) {
+  } catch (const InputError&) {
+  }
+  // Whatever is wrong, it is told with its place.
+  return read_device(models, name, *text);
+}
+
 void check_native(const Models& models, const Document& native) {
   if (const auto fault = check_data(models, native)) {
     const std::string place = fault->path.empty() ? "" : ", at " + fault->path;
     throw input_error(native.name, fault->line, fault->reason + place);
   }
+}
+
+void check_configuration(const Models& models, const NativeConfiguration& native) {
+  // What the models accept needs no lines.
+  if (check_data(models, native.whole())) check_native(models, native.with_lines());
 }
 
 Device example_device(const Models& models) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 
 #include "io/document.h"
 #include "io/models.h"
+#include "io/native_configuration.h"
 #include "yfw/cerrno.h"
 
 namespace ocifip {
@@ -51,7 +53,7 @@ using DatabaseItems = std::map<std::string, DatabaseItem>;  // by full path
 struct Device {
   std::optional<std::string> node;  // node identity; absent when the device has none
   std::vector<DeviceInterface> interfaces;
-  Document native;  // native configuration
+  NativeConfiguration native;
   DatabaseItems sysdb;
   bool sysdb_absent = false;  // faults
   bool interface_manager_absent = false;
@@ -62,9 +64,17 @@ struct Device {
 // `device.json: interfaces[1].ipv4.primary: "10.0.0.1" has no prefix length`.
 Device read_device(const Models& models, const std::string& name, const std::string& text);
 
+// The same of a text that may be large: of the native configuration only what is asked for is read,
+// and what is wrong elsewhere in it is not seen. The models outlive the device.
+Device open_device(const Models& models, const std::string& name,
+                   std::shared_ptr<const std::string> text);
+
 // Throws InputError unless the models accept a native configuration, or a part of one:
 // `device.json: native:12: no model has this node, at /a/b`.
 void check_native(const Models& models, const Document& native);
+
+// The same of all of a configuration.
+void check_configuration(const Models& models, const NativeConfiguration& native);
 
 // The device that the tool uses when none is given, of example_device_file().
 Device example_device(const Models& models);

@@ -2,11 +2,13 @@
 #ifndef OCIFIP_HOST_IO_DEVICE_JSON_H_
 #define OCIFIP_HOST_IO_DEVICE_JSON_H_
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "io/document.h"
 #include "io/models.h"
+#include "io/native_configuration.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -19,6 +21,17 @@ struct DeviceJson {
 // Reads a text that has been checked (check_text). Throws InputError for text that is not JSON, for
 // a name that is twice in one object, for deep nesting, and as the reader of documents does.
 DeviceJson read_device_json(const Models& models, const std::string& name, const std::string& text);
+
+// The same of text without faults, of which "native" is read when it is asked for.
+struct DeviceText {
+  nlohmann::ordered_json fields;
+  std::shared_ptr<const NativeText> native;  // null when there is none
+};
+
+// The models outlive what comes of it. Throws NotPlain or InputError for text that has to be read
+// as read_device_json() does, which says what is wrong if something is.
+DeviceText open_device_json(const Models& models, const std::string& name,
+                            std::shared_ptr<const std::string> text);
 
 // The text of a device file with another object for "native", which is given as JSON. All else is
 // as it was, byte by byte; a file without the field has it at its end. Throws InputError for text

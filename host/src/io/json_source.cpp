@@ -5,6 +5,7 @@
 namespace ocifip {
 
 int JsonSource::line() {
+  if (text_.data() == nullptr) return 0;
   line_ += static_cast<int>(std::count(counted_, last_, '\n'));
   counted_ = last_;
   return line_;

@@ -46,8 +46,11 @@ class JsonSource {
   Iterator begin() { return {text_.data(), this}; }
   Iterator end() { return {text_.data() + text_.size(), this}; }
 
-  // Line of the token read last. The parser stops at the end of a token, or one character behind
-  // it, which may be a line feed.
+  // Of events that come from no text: they have no lines.
+  JsonSource() : JsonSource(std::string_view()) {}
+
+  // Line of the token read last, 0 without a text. The parser stops at the end of a token, or one
+  // character behind it, which may be a line feed.
   int line();
 
   // Place of the character read last.

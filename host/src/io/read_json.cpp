@@ -78,6 +78,9 @@ class JsonReader : public DocumentEvents {
     while (!builder_.at_top()) builder_.close();
     return builder_.finish();
   }
+  [[nodiscard]] const lysc_node* elements() const override {
+    return scopes_.back().kind == ScopeKind::kArray ? scopes_.back().element.schema : nullptr;
+  }
 
  private:
   [[noreturn]] void fail(const std::string& reason) { builder_.fail(source_.line(), reason); }

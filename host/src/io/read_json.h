@@ -21,6 +21,8 @@ class DocumentEvents : public JsonEvents {
  public:
   // The document, after the last event. Like events, throws InputError.
   virtual Document finish() = 0;
+  // What the elements are of the array that was begun last; null when no model knows it.
+  [[nodiscard]] virtual const lysc_node* elements() const = 0;
 };
 
 // A document within a text that the source reads; the models and the source outlive it.

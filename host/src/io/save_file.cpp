@@ -118,6 +118,9 @@ std::string read_file(const std::string& name) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
                                                              &std::fclose);
   std::string text;
+  std::error_code error;
+  const auto size = std::filesystem::file_size(name, error);
+  if (!error) text.reserve(static_cast<std::size_t>(size) + kRoomBehindText);
   std::array<char, 65536> part;
   std::size_t length = 0;
   while (file != nullptr && (length = std::fread(part.data(), 1, part.size(), file.get())) != 0) {

@@ -9,6 +9,8 @@
 namespace ocifip {
 
 // Reads a whole file. Throws InputError with the file's name and the system's reason.
+// Its capacity is larger by kRoomBehindText, as a rule, for parsers that look ahead.
+constexpr std::size_t kRoomBehindText = 64;
 std::string read_file(const std::string& name);
 
 // Gives a file other content, all or nothing: whenever it is read, and whatever interrupts the

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "device/subinterface_name.h"
+#include "io/check_data.h"
 #include "io/device_file.h"
 #include "io/document_nodes.h"
 #include "mapping/interface_nodes.h"
@@ -18,23 +20,59 @@ bool is_of_all(const DocumentNode& node) {
          std::any_of(node.children.begin(), node.children.end(), is_of_all);
 }
 
+// Adds an interface, and of its subinterfaces those that are named, or all when not all are named
+// that a request may be about.
+void add_concerned(const DocumentNode& interface, InterfaceNames& names) {
+  const std::string* name = key_value(interface, "name");
+  bool is_about_all = interface.operation || has_only_keys(interface);
+  for (const DocumentNode& child : interface.children) {
+    if (!is_named(child, kInterfacesModule, "subinterfaces")) continue;
+    is_about_all = is_about_all || child.operation || child.children.empty();
+    for (const DocumentNode& subinterface : child.children) {
+      const std::string* index = key_value(subinterface, "index");
+      is_about_all = is_about_all || index == nullptr;
+      if (index != nullptr) names.add(native_name(*name, *index));
+    }
+  }
+  if (is_about_all) names.add_all_of(*name);
+}
+
+// Adds every interface and subinterface that a request may be about: it may name them anywhere.
+InterfaceNames concerned(const Document& request) {
+  InterfaceNames names;
+  add_mentioned(request.roots, names);
+  for (const DocumentNode& root : request.roots) {
+    for (const DocumentNode& node : root.children) {
+      if (is_named(node, kInterfacesModule, "interface")) add_concerned(node, names);
+    }
+  }
+  return names;
+}
+
 }  // namespace
 
 void DeviceCheck::check(const Document& request) {
   if (is_all_accepted_) return;
-  const Document& native = device_.device().native;
+  const NativeConfiguration& native = device_.device().native;
   if (std::any_of(request.roots.begin(), request.roots.end(), is_of_all) ||
-      has_far_constraints(models_, native)) {
-    check_native(models_, native);
+      has_far_constraints(models_, native.part({}))) {
+    check_configuration(models_, native);
     is_all_accepted_ = true;
     return;
   }
-  InterfaceNames concerned;
-  add_mentioned(request.roots, concerned);
-  std::erase_if(concerned, [this](const std::string& name) { return accepted_.contains(name); });
-  if (concerned.empty() && !accepted_.empty()) return;
-  check_native(models_, part_of(native, concerned));
-  accepted_.merge(concerned);
+  const InterfaceNames interfaces = concerned(request);
+  if (has_accepted_ && accepted_.contains(interfaces)) return;
+  check_part(interfaces);
+  accepted_.add(interfaces);
+  has_accepted_ = true;
+}
+
+// What the models accept needs no lines.
+void DeviceCheck::check_part(const InterfaceNames& interfaces) const {
+  const NativeConfiguration& native = device_.device().native;
+  if (check_data(models_, part_of(native.part(interfaces), interfaces))) {
+    check_native(models_, part_of(native.with_lines(), interfaces));
+  }
 }
 
 }  // namespace ocifip

@@ -20,9 +20,12 @@ class DeviceCheck {
   void check(const Document& request);
 
  private:
+  void check_part(const InterfaceNames& interfaces) const;
+
   const Models& models_;
   const DeviceDirectory& device_;
   InterfaceNames accepted_;
+  bool has_accepted_ = false;
   bool is_all_accepted_ = false;
 };
 

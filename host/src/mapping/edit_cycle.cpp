@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "device/native_part.h"
 #include "device/native_promotion.h"
 #include "device/native_removal.h"
 #include "device/subinterface_name.h"
@@ -236,9 +237,9 @@ void EditCycle::remove_held(MappedEdit& mapped) {
 // Adds to a native edit the removal of what reads select on the device, and it does not write.
 bool EditCycle::remove(const Document& held, const Document& way, Document& edit) const {
   if (held.roots.empty()) return false;
-  const Document& native = device_.device().native;
   HeldConfiguration configuration;
   Document queries = reads_.native_queries(held);
+  const Document& native = part_asked(framework_.models, device_.device().native, queries);
   if (!way.roots.empty()) {
     const Document around = reads_.native_queries(way);
     forget_queries(queries.roots, around.roots);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "device/native_edit.h"
+#include "device/native_part.h"
 #include "device/summaries.h"
 #include "io/deleted_values.h"
 #include "io/difference.h"
@@ -66,7 +67,7 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
   if (changes.roots.empty()) {
     applied.outcome.notes.emplace_back("nothing changed on the device");
   } else {
-    applied.native = std::move(edited.native);
+    applied.native = std::make_shared<const Document>(std::move(edited.native));
   }
 }
 
@@ -189,7 +190,8 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   if (format != Format::kCalls) {
     begin("printing");
     if (format != Format::kTree) {
-      give_deleted_values(edit.native.roots, device_.device().native.roots);
+      give_deleted_values(edit.native.roots,
+                          part_asked(models_, device_.device().native, edit.native).roots);
     }
     outcome.text = print_document(edit.native, format, outcome.notes);
   }
@@ -205,7 +207,7 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
     apply_edit(models_, native, edit, cycle, format, applied);
     if (!applied.outcome.refusal && cycle.deletes_entries()) {
       applied.outcome.refusal =
-          applied.native ? find_left(cycle, *applied.native) : cycle.find_left(reads_);
+          applied.native ? find_left(cycle, applied.native) : cycle.find_left(reads_);
     }
   } catch (ReadRefused& refused) {
     applied.outcome.refusal = std::move(refused.refusal);
@@ -213,15 +215,16 @@ Applied Mapper::apply(const EditRequest& request, const Document& native, Format
   if (applied.outcome.refusal) {
     applied.outcome.notes.clear();
     if (format != Format::kCalls) applied.outcome.text.clear();
-    applied.native.reset();
+    applied.native = nullptr;
   }
   return applied;
 }
 
 // The refusal of a deletion of what a device with another configuration shows.
-std::optional<Refusal> Mapper::find_left(const EditCycle& cycle, const Document& native) const {
+std::optional<Refusal> Mapper::find_left(const EditCycle& cycle,
+                                         std::shared_ptr<const Document> native) const {
   Device device = device_.device();
-  device.native = native;
+  device.native = NativeConfiguration(std::move(native));
   const DeviceDirectory edited(std::move(device));
   const ActiveDevice active(edited);
   const Mapper reader(models_, edited, plugin_, options_);
@@ -332,7 +335,7 @@ std::optional<Outcome> Mapper::answer_in_groups(const Read& read, Format format)
   if (groups.size() < 2) return std::nullopt;
   const SilentProgress progress(framework_.progress);
   progress.begin("reading", groups);
-  DataSelector native(device_.device().native);
+  DataSelector native(device_.device().native.whole());
   JoinedText text(format);
   Remarks of_queries;
   Remarks of_replies;
@@ -416,8 +419,8 @@ Document Mapper::reply(const Query& query, Document queries, Format format,
 
 // What the device has of what it is asked for.
 Document Mapper::device_data(const Document& queries, Content content) const {
-  return with_summary(select_data(device_.device().native, queries), queries, content,
-                      [this] { return ipv4_summary(models_, device_); });
+  return with_summary(select_data(part_asked(models_, device_.device().native, queries), queries),
+                      queries, content, [this] { return ipv4_summary(models_, device_); });
 }
 
 // The same, of queries that concern a group.

@@ -3,6 +3,7 @@
 #define OCIFIP_HOST_MAPPING_MAPPER_H_
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -29,7 +30,7 @@ namespace ocifip {
 // What came of an edit that was to be applied.
 struct Applied {
   Outcome outcome;
-  std::optional<Document> native;  // the new configuration; absent when nothing changed
+  std::shared_ptr<const Document> native;  // the new configuration; null when nothing changed
 };
 
 class Mapper {
@@ -96,7 +97,7 @@ class Mapper {
                                     Content content, DataSelector& native) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;
   [[nodiscard]] std::optional<Refusal> find_left(const EditCycle& cycle,
-                                                 const Document& native) const;
+                                                 std::shared_ptr<const Document> native) const;
   bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
