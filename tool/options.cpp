@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <map>
 #include <string_view>
@@ -95,6 +96,23 @@ CLI::Validator not_empty() {
           std::string()};
 }
 
+// "--format" and "-f"; neither "-" nor a negative number.
+bool is_option(std::string_view argument) {
+  const auto dashes = std::min(argument.find_first_not_of('-'), argument.size());
+  const bool has_letter =
+      dashes < argument.size() && std::isalpha(static_cast<unsigned char>(argument[dashes])) != 0;
+  return dashes >= 2 || (dashes == 1 && has_letter);
+}
+
+// Of an option's value: an option where it would stand means that it was forgotten.
+CLI::Validator is_value() {
+  return {[](const std::string& argument) {
+            if (is_option(argument)) return in_quotes(argument) + " is an option, not a value";
+            return not_empty()(argument);
+          },
+          std::string()};
+}
+
 template <typename Value>
 using Words = std::map<std::string, Value>;
 
@@ -126,12 +144,12 @@ void add_format(CLI::App* command, Format& format, const Words<Format>& words,
 void add_libraries(CLI::App* command, HostOptions& host) {
   command->add_option("--plugin", host.plugin, "Mapping plug-in (default: the installed one)")
       ->type_name("PATH")
-      ->check(not_empty());
+      ->check(is_value());
   command
       ->add_option("-m,--models", host.models,
                    "Folder of YANG modules (default: the installed one)")
       ->type_name("DIR")
-      ->check(not_empty());
+      ->check(is_value());
 }
 
 // Whether a command works on a device that the user has to name.
@@ -145,7 +163,7 @@ void add_common_options(CLI::App* command, CommandLine& line, Device device) {
           "-d,--device", line.host.device,
           is_needed ? "Device file (required)" : "Device file (default: a built-in example device)")
       ->type_name("FILE")
-      ->check(not_empty());
+      ->check(is_value());
   add_format(command, line.format,
              {{"tree", Format::kTree},
               {"json", Format::kJson},
@@ -233,6 +251,19 @@ void sort_query_arguments(QueryCommand& query, std::vector<std::string> argument
   }
 }
 
+using Bodies = decltype(EditCommand::bodies);
+
+// That what stands behind --path is no option.
+void check_body(const std::string& path, const std::string& body) {
+  if (is_option(path)) {
+    throw UsageError("--path has no PATH: " + in_quotes(path) + " is an option");
+  }
+  if (is_option(body)) {
+    throw UsageError("--path " + in_short(path) + " has no body: " + in_quotes(body) +
+                     " is an option");
+  }
+}
+
 void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit, Device device) {
   add_choice(command, "-o,--op", edit.operation,
              Words<DefaultOperation>{{"merge", DefaultOperation::kMerge},
@@ -243,9 +274,16 @@ void add_edit_options(CLI::App* command, CommandLine& line, EditCommand& edit, D
              "Operation of nodes that carry none themselves (default: merge)");
   command->add_option("-x,--delete", edit.deletes, "Delete a node; may be repeated")
       ->type_name("PATH")
-      ->check(not_empty())
+      ->check(is_value())
       ->allow_extra_args(false);
-  command->add_option("-p,--path", edit.bodies, "Set what a node holds; may be repeated")
+  command
+      ->add_option_function<Bodies>(
+          "-p,--path",
+          [&edit](const Bodies& bodies) {
+            for (const auto& [path, body] : bodies) check_body(path, body);
+            edit.bodies = bodies;
+          },
+          "Set what a node holds; may be repeated")
       ->type_name("PATH BODY")
       ->check(not_empty())
       ->allow_extra_args(false);
