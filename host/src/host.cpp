@@ -12,6 +12,7 @@
 #include "io/models.h"
 #include "io/print_document.h"
 #include "io/save_file.h"
+#include "io/text.h"
 #include "io/tree_builder.h"
 #include "mapping/coverage.h"
 #include "mapping/mapper.h"
@@ -24,7 +25,7 @@ namespace {
 void check_models(const Models& models, const std::string& folder) {
   for (const char* module : {"openconfig-interfaces", "Halvane-Ombrix-ifmgr-cfg"}) {
     if (models.namespace_of(module).empty()) {
-      throw LoadError("cannot load the models in " + folder + ": no module " + module);
+      throw load_error("models in", folder, std::string("no module ") + module);
     }
   }
 }

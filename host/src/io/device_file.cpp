@@ -50,7 +50,7 @@ class Field {
     if (!value_.is_object()) fail("not an object");
     for (const auto& [name, value] : value_.get_ref<const Json::object_t&>()) {
       if (std::find(members.begin(), members.end(), name) == members.end()) {
-        member_field(name, value).fail("unknown field" + among(members));
+        member_field(in_short(name), value).fail("unknown field" + among(members));
       }
     }
     return *this;

@@ -16,6 +16,7 @@
 
 #include "io/leaf_types.h"
 #include "io/libyang_log.h"
+#include "io/text.h"
 #include "io/yang_text.h"
 #include "ocifip/host.h"
 
@@ -66,30 +67,27 @@ std::string text_of(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-LoadError load_error(const std::string& folder, const std::string& reason) {
-  return LoadError("cannot load the models in " + folder + ": " + reason);
-}
-
 // The names of the modules in a folder; files of several revisions ("name@date.yang") count once.
 std::set<std::string> modules_in(const std::string& folder) {
   std::error_code error;
   std::set<std::string> names;
   if (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error)) {
-    throw load_error(folder, "that is a file, not a folder");
+    throw load_error("models in", folder, "that is a file, not a folder");
   }
   std::filesystem::directory_iterator file(folder, error);
   for (; !error && file != std::filesystem::directory_iterator(); file.increment(error)) {
     const auto& path = file->path();
     if (path.extension() != ".yang") continue;
     if (file->is_directory(error)) {
-      throw load_error(folder, path.filename().string() + " is a folder, not a module");
+      throw load_error("models in", folder,
+                       in_short(path.filename().string()) + " is a folder, not a module");
     }
     if (is_submodule(text_of(path))) continue;
     const auto stem = path.stem().string();
     names.insert(stem.substr(0, stem.find('@')));
   }
-  if (error) throw load_error(folder, error.message());
-  if (names.empty()) throw load_error(folder, "no modules there");
+  if (error) throw load_error("models in", folder, error.message());
+  if (names.empty()) throw load_error("models in", folder, "no modules there");
   return names;
 }
 
@@ -176,7 +174,7 @@ void Models::Impl::load(const std::string& folder) {
   constexpr auto kOptions =
       LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD | LY_CTX_EXPLICIT_COMPILE;
   if (ly_ctx_new(folder.c_str(), kOptions, &created) != LY_SUCCESS) {
-    throw load_error(folder, "libyang refuses the folder");
+    throw load_error("models in", folder, "libyang refuses the folder");
   }
   context.reset(created);
   ly_ctx_set_module_imp_clb(created, &read_module, const_cast<char*>(folder.c_str()));
@@ -187,12 +185,12 @@ void Models::Impl::load(const std::string& folder) {
   const char* every_feature[] = {"*", nullptr};
   for (const auto& module : modules) {
     if (ly_ctx_load_module(created, module.c_str(), nullptr, every_feature) == nullptr) {
-      throw load_error(folder, module + ": " + first_reason(created));
+      throw load_error("models in", folder, in_short(module) + ": " + first_reason(created));
     }
   }
   const auto compiled = ly_ctx_compile(created);
   ly_ctx_set_module_imp_clb(created, nullptr, nullptr);
-  if (compiled != LY_SUCCESS) throw load_error(folder, first_reason(created));
+  if (compiled != LY_SUCCESS) throw load_error("models in", folder, first_reason(created));
 }
 
 void Models::Impl::index_modules() {

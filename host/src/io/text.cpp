@@ -129,6 +129,10 @@ InputError input_error(const std::string& name, int line, const std::string& rea
   return InputError(message.append(": ").append(reason));
 }
 
+LoadError load_error(const std::string& kind, const std::string& name, const std::string& reason) {
+  return LoadError("cannot load the " + kind + ' ' + in_short(name) + ": " + reason);
+}
+
 int line_at(std::string_view text, std::size_t at) {
   const auto before = text.substr(0, at);
   return 1 + static_cast<int>(std::count(before.begin(), before.end(), '\n'));

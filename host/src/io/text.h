@@ -14,6 +14,9 @@ namespace ocifip {
 // "NAME:LINE: reason", or "NAME: reason" for line 0. Control characters of the name are escaped.
 InputError input_error(const std::string& name, int line, const std::string& reason);
 
+// "cannot load the KIND NAME: reason", with what users gave as a name cut like every repeated text.
+LoadError load_error(const std::string& kind, const std::string& name, const std::string& reason);
+
 // Number of the line that a place in a text is on, counted from 1.
 int line_at(std::string_view text, std::size_t at);
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "io/text.h"
 #include "ocifip/contract_version.h"
 #include "ocifip/host.h"
 #include "records/registry.h"
@@ -74,12 +75,15 @@ std::string path_of(const std::string& file) {
 }
 
 [[noreturn]] void fail(const std::string& file, const std::string& reason) {
-  throw LoadError("cannot load the plug-in " + file + ": " + reason);
+  throw load_error("plug-in", file, reason);
 }
 
-std::string loader_error() {
+// What the loader says last, without the name of the library that it was given.
+std::string loader_error(const std::string& path) {
   const char* error = dlerror();
-  return error == nullptr ? "unknown reason" : error;
+  const std::string reason = error == nullptr ? "unknown reason" : error;
+  const bool is_named = reason.starts_with(path + ": ");
+  return in_one_line(is_named ? reason.substr(path.size() + 2) : reason);
 }
 
 // A contract version as users see it, "1.0".
@@ -134,10 +138,9 @@ void Plugin::Close::operator()(void* library) const { dlclose(library); }
 
 Plugin::Plugin(const std::string& file) {
   make_host_global();
-  library_.reset(dlopen(path_of(file).c_str(), RTLD_NOW | RTLD_LOCAL));
-  if (library_ == nullptr) {
-    fail(file, loader_error());
-  }
+  const auto path = path_of(file);
+  library_.reset(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+  if (library_ == nullptr) fail(file, loader_error(path));
   version_ = check_version(library_.get(), file);
   entries_.augments.subinterface_ipv4 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvla"));
   entries_.augments.subinterface_ipv6 = find(file, OCIFIP_SUBINTERFACE_ENTRY("lvlb"));

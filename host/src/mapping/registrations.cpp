@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "io/text.h"
 #include "yfw/interfaces_mapping.h"
 
 namespace ocifip {
@@ -27,7 +28,7 @@ constexpr std::string_view kOpenConfigTag = "interfaces";
 using RegistrationFunction = void (*)(yfw_map_reg_record*);
 
 [[noreturn]] void fail(const std::string& file, const std::string& reason) {
-  throw LoadError("cannot load the plug-in " + file + ": " + reason);
+  throw load_error("plug-in", file, reason);
 }
 
 bool is_complete(const yfw_map_reg_record& record) {

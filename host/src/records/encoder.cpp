@@ -74,7 +74,7 @@ void Encoder::encode(const SchemaStructure& structure, const Json* fields, const
       const bool is_known =
           std::any_of(structure.fields.begin(), structure.fields.end(),
                       [&name = name](const SchemaField& field) { return field.name == name; });
-      if (!is_known) fail(Place(place, name), "unknown field");
+      if (!is_known) fail(Place(place, in_short(name)), "unknown field");
     }
   }
   for (const SchemaField& field : structure.fields) {

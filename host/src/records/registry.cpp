@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "ocifip/host.h"
+#include "io/text.h"
 #include "records/codec_result.h"
 #include "records/decoder.h"
 #include "records/record_error.h"
@@ -68,11 +68,11 @@ void RecordRegistry::commit() {
 void load_records(void* library, const std::string& file) {
   for (const char* name : kRegistrations) {
     void* symbol = dlsym(library, name);
-    const std::string failure = "cannot load the plug-in " + file + ": ";
-    if (symbol == nullptr) throw LoadError(failure + "it does not export " + name);
+    const auto fail = [&](const std::string& reason) { throw load_error("plug-in", file, reason); };
+    if (symbol == nullptr) fail(std::string("it does not export ") + name);
     // What the loader passes is of no use to this codec.
     const cerrno result = reinterpret_cast<Registration>(symbol)(0, 0, 0, 0, 0, 0);
-    if (result != kOk) throw LoadError(failure + name + " fails with " + hexadecimal(result));
+    if (result != kOk) fail(std::string(name) + " fails with " + hexadecimal(result));
   }
 }
 
