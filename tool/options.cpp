@@ -200,15 +200,19 @@ void add_content(CLI::App* command, Target& content) {
              "Configuration and state, or configuration alone (default: all)");
 }
 
+bool is_folder(const std::string& argument) {
+  std::error_code error;
+  return std::filesystem::is_directory(argument, error);
+}
+
 bool is_path(const std::string& argument) {
   std::error_code error;
-  const bool is_file =
-      std::filesystem::exists(argument, error) && !std::filesystem::is_directory(argument, error);
+  const bool is_file = std::filesystem::exists(argument, error) && !is_folder(argument);
   return argument.starts_with('/') && !is_file;
 }
 
 void check_edit(const EditCommand& edit) {
-  if (edit.document && is_path(*edit.document)) {
+  if (edit.document && is_path(*edit.document) && !is_folder(*edit.document)) {
     throw UsageError("no such file: " + in_short(*edit.document) +
                      "; an instance path stands behind --path or --delete");
   }

@@ -74,6 +74,11 @@ std::string path_of(const std::string& file) {
   return std::filesystem::exists(file, error) ? std::filesystem::absolute(file).string() : file;
 }
 
+bool is_folder(const std::string& file) {
+  std::error_code error;
+  return std::filesystem::is_directory(file, error);
+}
+
 [[noreturn]] void fail(const std::string& file, const std::string& reason) {
   throw load_error("plug-in", file, reason);
 }
@@ -138,6 +143,7 @@ void Plugin::Close::operator()(void* library) const { dlclose(library); }
 
 Plugin::Plugin(const std::string& file) {
   make_host_global();
+  if (is_folder(file)) fail(file, "that is a folder, not a plug-in");
   const auto path = path_of(file);
   library_.reset(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
   if (library_ == nullptr) fail(file, loader_error(path));
