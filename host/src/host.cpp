@@ -91,10 +91,7 @@ void Host::Impl::save(const Document& native, const std::function<void()>& ready
   arrange_as_read(saved.roots);
   std::string text =
       with_native(*device_file_, *device_text_, print_document(saved, Format::kJson, notes));
-  if (read_file(*device_file_) != *device_text_) {
-    throw InputError(*device_file_ + ": cannot be saved: it was changed since it was read");
-  }
-  save_file(*device_file_, text, ready);
+  save_file(*device_file_, *device_text_, text, ready);
   device_text_ = std::make_shared<const std::string>(std::move(text));
 }
 

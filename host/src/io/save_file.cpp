@@ -81,7 +81,6 @@ Replacement::Replacement(std::string name, const std::filesystem::path& file)
 void Replacement::take_attributes() {
   struct stat former {};
   if (stat(file_.c_str(), &former) != 0) fail_here();
-  if (!S_ISREG(former.st_mode)) fail(name_, "cannot be saved: not a regular file");
   // A file that its user made read-only is not to be written, though its folder would allow it.
   if (faccessat(AT_FDCWD, file_.c_str(), W_OK, AT_EACCESS) != 0) fail_here();
   // Another's file becomes the user's own where the system does not allow to give it away. The
@@ -112,6 +111,14 @@ void Replacement::replace() {
   if (!is_synced) fail_for(name_, "saved, but its folder cannot be synchronized: ", errno);
 }
 
+// A pipe is told by what it is: read again, it is empty.
+void check_replaceable(const std::string& name, std::string_view former) {
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) fail_for(name, "cannot be saved: ", errno);
+  if (!S_ISREG(status.st_mode)) fail(name, "cannot be saved: not a regular file");
+  if (read_file(name) != former) fail(name, "cannot be saved: it was changed since it was read");
+}
+
 }  // namespace
 
 std::string read_file(const std::string& name) {
@@ -130,7 +137,9 @@ std::string read_file(const std::string& name) {
   return text;
 }
 
-void save_file(const std::string& name, std::string_view text, const std::function<void()>& ready) {
+void save_file(const std::string& name, std::string_view former, std::string_view text,
+               const std::function<void()>& ready) {
+  check_replaceable(name, former);
   std::error_code error;
   const auto file = std::filesystem::canonical(name, error);
   if (error) fail(name, "cannot be saved: " + error.message());
