@@ -538,34 +538,47 @@ void parse(CLI::App& program, CommandLine& line, int count, const char* const* a
   }
 }
 
+// What the commands take; the line gets that of the command that is called.
+struct Arguments {
+  EditCommand edit;
+  ApplyCommand apply;
+  QueryCommand query;
+  std::vector<std::string> query_arguments;
+  ReportCommand report;
+  DeviceArguments device;
+  InformationArguments asked;
+};
+
+void describe(CLI::App& program) {
+  program.set_version_flag("-V,--version",
+                           "ocifip " OCIFIP_VERSION " (contract " + contract_version() + ")");
+  program.footer(kEnding);
+  program.require_subcommand(1);
+}
+
+void add_commands(CLI::App& program, CommandLine& line, Arguments& given) {
+  add_edit(program, line, given.edit);
+  add_apply(program, line, given.apply);
+  add_query(program, line, given.query, given.query_arguments);
+  add_get(program, line, given.query, given.query_arguments);
+  add_report(program, line, given.report);
+  add_registrations(program, line);
+  add_coverage(program, line);
+  add_device(program, line, given.device);
+  add_help(program, line, given.asked);
+  add_completion(program, line, given.asked);
+}
+
 }  // namespace
 
 CommandLine read_command_line(int count, const char* const* arguments) {
   CommandLine line;
   line.host.plugin = default_plugin();
   line.host.models = default_models();
-  EditCommand edit;
-  ApplyCommand apply;
-  QueryCommand query;
-  ReportCommand report;
-  std::vector<std::string> query_arguments;
-  DeviceArguments device;
-  InformationArguments asked;
+  Arguments given;
   CLI::App program(kDescription, "ocifip");
-  program.set_version_flag("-V,--version",
-                           "ocifip " OCIFIP_VERSION " (contract " + contract_version() + ")");
-  program.footer(kEnding);
-  program.require_subcommand(1);
-  add_edit(program, line, edit);
-  add_apply(program, line, apply);
-  add_query(program, line, query, query_arguments);
-  add_get(program, line, query, query_arguments);
-  add_report(program, line, report);
-  add_registrations(program, line);
-  add_coverage(program, line);
-  add_device(program, line, device);
-  add_help(program, line, asked);
-  add_completion(program, line, asked);
+  describe(program);
+  add_commands(program, line, given);
   try {
     parse(program, line, count, arguments);
   } catch (const UsageError& error) {
