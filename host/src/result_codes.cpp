@@ -72,6 +72,8 @@ const Words* find_words(cerrno code) {
 
 }  // namespace
 
+bool has_words(cerrno code) { return find_words(code) != nullptr; }
+
 std::string_view result_name(cerrno code) {
   const Words* words = find_words(code);
   return words == nullptr ? kPlainName : words->name;

@@ -43,6 +43,9 @@ inline constexpr cerrno kUnsupported = YFW_MAP_ERR_UNSUPPORTED;
 inline constexpr cerrno kListKey = YFW_MAP_ERR_LIST_KEY;
 inline constexpr cerrno kKeyDelete = YFW_MAP_ERR_KEY_DELETE;
 
+// Whether cerr_strerror has a sentence for a result, and not its number alone.
+bool has_words(cerrno code);
+
 // One word for a result, as "unsupported"; "error" for a result without a word of its own.
 std::string_view result_name(cerrno code);
 

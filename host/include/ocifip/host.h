@@ -84,7 +84,7 @@ struct ReportRequest {
 // Why the mapping refused a request, or the device the native edit that came of it.
 struct Refusal {
   std::uint32_t code = 0;
-  std::string tag;      // the refused node's tag, or ""
+  std::string tag;      // of the refused node, else of the innermost one being walked; or ""
   std::string path;     // instance path of the node, or of the nodes being walked
   std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
   std::string hint{};   // the host's sentence beside it, without a full stop; "" for none

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "device/device_directory.h"
 #include "device/subinterface_name.h"
 #include "io/text.h"
 #include "ocifip/nearest_name.h"
@@ -89,6 +90,20 @@ std::string tag_hint(const Models& models, Nodes nodes, std::string_view tag) {
          in_quotes(std::string(Models::module(meant)) + ':' + *nearest);
 }
 
+// Where a code without words comes from: an item of the device's database that cannot be read.
+std::string database_hint(cerrno code) {
+  const auto* directory = DeviceDirectory::active();
+  if (has_words(code) || directory == nullptr) return {};
+  std::vector<std::string> paths;
+  for (const auto& [path, item] : directory->device().sysdb) {
+    if (item.error == code) paths.push_back(path);
+  }
+  if (paths.empty()) return {};
+  return paths.size() == 1
+             ? "the database item " + in_quotes(paths[0]) + " fails with this code"
+             : std::to_string(paths.size()) + " items of the database fail with this code";
+}
+
 }  // namespace
 
 std::string refusal_hint(const Models& models, cerrno code, Nodes nodes, std::string_view tag) {
@@ -101,7 +116,7 @@ std::string refusal_hint(const Models& models, cerrno code, Nodes nodes, std::st
     case YFW_TEXT_NO_SPACE:
       return name_hint(nodes);
     default:
-      return {};
+      return database_hint(code);
   }
 }
 

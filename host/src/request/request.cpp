@@ -14,6 +14,7 @@ namespace ocifip {
 namespace {
 
 constexpr const char* kAllocationName = "YFW HOST";
+constexpr const char* kNoWords = "the plug-in returned a code that has no words";
 
 // What instance_path looks at: the node, and of an entry its keys.
 DocumentNode path_step(const InputNode& node, const lysc_node* schema) {
@@ -162,13 +163,15 @@ cerrno Request::refuse(cerrno code, const char* tag, const char* message) {
 }
 
 Refusal Request::refusal(cerrno code) const {
+  const std::string tag = state_.unsupported_tag == nullptr ? "" : state_.unsupported_tag;
+  const auto nodes = failing_nodes();
+  const bool is_of_walked = tag.empty() && !nodes.empty() && nodes.back()->tag != nullptr;
   Refusal refusal;
   refusal.code = code;
-  refusal.tag = state_.unsupported_tag == nullptr ? "" : state_.unsupported_tag;
-  const auto nodes = failing_nodes();
-  refusal.path = refused_path(nodes, refusal.tag);
+  refusal.tag = is_of_walked ? nodes.back()->tag : tag;
+  refusal.path = refused_path(nodes, tag);
   refusal.message = refusal_message(code);
-  refusal.hint = refusal_hint(framework_.models, code, nodes, refusal.tag);
+  refusal.hint = refusal_hint(framework_.models, code, nodes, tag);
   return refusal;
 }
 
@@ -188,7 +191,8 @@ std::string Request::refused_path(std::vector<const InputNode*> nodes, std::stri
 }
 
 std::string Request::refusal_message(cerrno code) const {
-  std::string message = error_line_.empty() ? cerr_strerror(code) : error_line_;
+  std::string message = has_words(code) ? cerr_strerror(code) : kNoWords;
+  if (!error_line_.empty()) message = error_line_;
   if (state_.error_message != nullptr) {
     message = state_.error_message;
   }
