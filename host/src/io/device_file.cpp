@@ -311,11 +311,14 @@ std::string native_name_fault(const std::string& name) {
   if (has_control_character(name)) return in_quotes(name) + kHasControlCharacter;
   const std::size_t dot = name.find('.');
   if (dot == 0) return in_quotes(name) + " begins with a dot";
-  if (dot == std::string::npos || name.find_first_not_of('0', dot + 1) != std::string::npos) {
-    return "";
+  if (dot == std::string::npos) return "";
+  if (name.find_first_not_of('0', dot + 1) == std::string::npos) {
+    return in_quotes(name) + " is subinterface 0, whose native name is " +
+           in_quotes(name.substr(0, dot));
   }
-  return in_quotes(name) + " is subinterface 0, whose native name is " +
-         in_quotes(name.substr(0, dot));
+  const bool is_number = name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
+  const bool has_zero = is_number && name[dot + 1] == '0';
+  return has_zero ? in_quotes(name) + " has a subinterface index that begins with 0" : "";
 }
 
 namespace {

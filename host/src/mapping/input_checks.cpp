@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "device/subinterface_name.h"
 #include "io/device_file.h"
 #include "io/document_nodes.h"
 #include "io/text.h"
@@ -105,12 +106,23 @@ void check_top(const Document& document) {
   }
 }
 
+// Why a name is none of an interface; empty when it is one.
+std::string interface_name_fault(const std::string& name) {
+  std::string fault = native_name_fault(name);
+  if (!fault.empty()) return fault;
+  const auto [interface, index] = subinterface_of(name);
+  const bool is_number = index.find_first_not_of("0123456789") == std::string::npos;
+  return is_number && name != interface ? in_quotes(name) + " is that of subinterface " + index +
+                                              " of " + in_quotes(interface)
+                                        : "";
+}
+
 // An interface whose native name would be read as another's.
 void check_names(const Document& document) {
   for (const DocumentNode& root : document.roots) {
     for (const DocumentNode& interface : root.children) {
       const DocumentNode* name = find_key(interface, "name");
-      const std::string fault = name == nullptr ? "" : native_name_fault(*name->value);
+      const std::string fault = name == nullptr ? "" : interface_name_fault(*name->value);
       if (!fault.empty()) fail(document, *name, "interface name " + fault);
     }
   }
