@@ -80,10 +80,20 @@ std::string missing_key_hint(const DocumentNode& entry) {
   return {};
 }
 
+// The cause of the first deletion below an entry; null when there is none.
+const void* cause_below(const DocumentNode& entry) {
+  for (const DocumentNode& child : entry.children) {
+    const void* cause = child.cause != nullptr ? child.cause : cause_below(child);
+    if (cause != nullptr) return cause;
+  }
+  return nullptr;
+}
+
 class NativeEditor {
  public:
   // Why the edit is refused; nothing when the target has been edited.
-  std::optional<Refusal> edit(Nodes& target, const Nodes& edit, const JudgeMissing& judge_missing);
+  std::optional<Refusal> edit(Nodes& target, const Nodes& edit,
+                              const JudgeDeletion& judge_deletion);
 
  private:
   // Deletions with one cause, as far as what they delete is not there: one of them stands for all.
@@ -110,14 +120,17 @@ class NativeEditor {
   std::vector<Cause> causes_;              // in the order of the edit
   std::unordered_map<const void*, std::size_t> positions_;
   std::optional<Refusal> refusal_;
+  const void* keyless_ = nullptr;  // of a deletion below an entry that is refused for its keys
 };
 
 std::optional<Refusal> NativeEditor::edit(Nodes& target, const Nodes& edit,
-                                          const JudgeMissing& judge_missing) {
-  if (!apply(target, edit)) return refusal_;
+                                          const JudgeDeletion& judge_deletion) {
+  if (!apply(target, edit)) {
+    return keyless_ && judge_deletion ? judge_deletion(keyless_, *refusal_) : refusal_;
+  }
   for (const auto& cause : causes_) {
     if (cause.has_effect || !cause.missing) continue;
-    auto refusal = judge_missing ? judge_missing(cause.name, *cause.missing) : cause.missing;
+    auto refusal = judge_deletion ? judge_deletion(cause.name, *cause.missing) : cause.missing;
     if (refusal) return refusal;
   }
   return std::nullopt;
@@ -164,6 +177,7 @@ bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
   if (lacks_key(edit)) {
     refuse(kListKey);
     refusal_->hint = missing_key_hint(edit);
+    keyless_ = cause_below(edit);
     return false;
   }
   if (is_deletion) return remove(level, edit);
@@ -262,10 +276,10 @@ std::optional<Refusal> edit_tree(std::vector<DocumentNode>& nodes,
 }
 
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
-                         const JudgeMissing& judge_missing) {
+                         const JudgeDeletion& judge_deletion) {
   EditedNative result{native, std::nullopt};
   NativeEditor editor;
-  result.refusal = editor.edit(result.native.roots, edit.roots, judge_missing);
+  result.refusal = editor.edit(result.native.roots, edit.roots, judge_deletion);
   if (!result.refusal) {
     const auto fault = check_part(models, result.native, edit);
     if (fault) result.refusal = invalid(*fault);

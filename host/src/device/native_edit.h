@@ -24,12 +24,13 @@ struct EditedNative {
 // there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 //
-// `judge_missing`, when given, is asked of each cause that deletes nothing which is there, with the
-// refusal in terms of the edit; it gives the refusal, or nothing when the edit may go on.
-using JudgeMissing =
+// `judge_deletion`, when given, is asked of each cause that deletes nothing which is there, and of
+// one that deletes below an entry without its keys, with the refusal in terms of the edit. It gives
+// the refusal; for what is not there, nothing when the edit may go on.
+using JudgeDeletion =
     std::function<std::optional<Refusal>(const void* cause, const Refusal& refusal)>;
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
-                         const JudgeMissing& judge_missing = {});
+                         const JudgeDeletion& judge_deletion = {});
 
 // The same for siblings of any tree, without a look at the models. The refusal, or nothing when all
 // of it is applied.

@@ -27,6 +27,7 @@ namespace {
 // leaves to be asked for.
 constexpr std::size_t kMostAtOnce = 1000;
 
+constexpr const char* kDeletedWithMore = "it is deleted only with the container around it";
 constexpr const char* kNothingMapped = "nothing of it is configuration that is mapped";
 
 // Gives deletions the causes that the document names.
@@ -250,10 +251,13 @@ bool EditCycle::remove(const Document& held, const Document& way, Document& edit
   return remove_omitted(edit, configuration, native);
 }
 
-std::optional<Refusal> EditCycle::judge_missing(const void* cause, const Refusal& native) {
+std::optional<Refusal> EditCycle::judge_deletion(const void* cause, const Refusal& native) {
   const auto subtree = std::find_if(subtrees_.begin(), subtrees_.end(),
                                     [&](const Subtree& each) { return &each == cause; });
   if (subtree == subtrees_.end()) return native;
+  if (native.code == kListKey) {
+    return Refusal{kUnsupported, subtree->tag, subtree->path, kDeletedWithMore};
+  }
   return is_on_device(*subtree) ? std::nullopt : std::optional(missing(*subtree));
 }
 

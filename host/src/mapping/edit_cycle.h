@@ -60,9 +60,10 @@ class EditCycle {
   MappedEdit map(Document edit, DefaultOperation operation, Purpose purpose,
                  const RequestSettings& settings);
 
-  // The refusal of a deletion of which the native edit finds nothing, given its cause there and its
-  // refusal in native terms; nothing when it is on the device all the same. Asked after map().
-  [[nodiscard]] std::optional<Refusal> judge_missing(const void* cause, const Refusal& native);
+  // The refusal of a deletion that the native edit cannot make, given its cause there and its
+  // refusal in native terms; nothing when there is nothing to delete in native terms, but on the
+  // device all the same. Asked after map().
+  [[nodiscard]] std::optional<Refusal> judge_deletion(const void* cause, const Refusal& native);
   // The refusal of the first creation of what is there, or deletion of a single node that is not,
   // or of another one of which the native edit has no trace. Both throw ReadRefused.
   [[nodiscard]] std::optional<Refusal> find_misplaced();

@@ -58,7 +58,7 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
   if (applied.outcome.refusal) return;
   EditedNative edited =
       edit_native(models, native, edit.native, [&](const void* cause, const Refusal& refusal) {
-        return cycle.judge_missing(cause, refusal);
+        return cycle.judge_deletion(cause, refusal);
       });
   applied.outcome.refusal = std::move(edited.refusal);
   if (applied.outcome.refusal) return;
