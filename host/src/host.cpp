@@ -58,7 +58,7 @@ class Host::Impl {
   [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
 
  private:
-  void save(const Document& native, const std::function<void()>& ready);
+  void save(Document& native, const std::function<void()>& ready);
 
   Models models_;
   std::optional<std::string> device_file_;
@@ -85,12 +85,13 @@ Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
   return std::move(applied.outcome);
 }
 
-void Host::Impl::save(const Document& native, const std::function<void()>& ready) {
+// The configuration is printed in the order that it was read in, and is as it was afterwards.
+void Host::Impl::save(Document& native, const std::function<void()>& ready) {
   std::vector<std::string> notes;  // none: what is saved has been checked
-  Document saved = native;
-  arrange_as_read(saved.roots);
+  arrange_as_read(native.roots);
   std::string text =
-      with_native(*device_file_, *device_text_, print_document(saved, Format::kJson, notes));
+      with_native(*device_file_, *device_text_, print_document(native, Format::kJson, notes));
+  arrange_all(native.roots);
   save_file(*device_file_, *device_text_, text, ready);
   device_text_ = std::make_shared<const std::string>(std::move(text));
 }

@@ -150,24 +150,35 @@ bool DeviceReader::end_array() {
 }
 
 // The lines behind the first get the indentation of the line that the text is put into.
-void indent_like(std::string_view line, std::string& text) {
+std::string indented_like(std::string_view line, std::string text) {
   const auto indentation = line.substr(0, line.find_first_not_of(" \t"));
-  for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
-    text.insert(at + 1, indentation);
+  if (indentation.empty()) return text;
+  std::string indented;
+  indented.reserve(text.size() + text.size() / 8);
+  for (const char c : text) {
+    indented += c;
+    if (c == '\n') indented += indentation;
   }
+  return indented;
+}
+
+// Puts another text in the place of a part of a text.
+std::string replaced(const std::string& text, std::size_t begin, std::size_t end,
+                     std::string native) {
+  native.erase(native.find_last_not_of('\n') + 1);
+  const auto line = text.rfind('\n', begin) + 1;
+  const auto head = std::string_view(text).substr(line, begin - line);
+  return text.substr(0, begin) + indented_like(head, std::move(native)) + text.substr(end);
 }
 
 std::string DeviceReader::with_native(std::string native) const {
-  native.erase(native.find_last_not_of('\n') + 1);
   if (native_end_ > native_begin_) {
-    const auto line = text_.rfind('\n', native_begin_) + 1;
-    indent_like(std::string_view(text_).substr(line, native_begin_ - line), native);
-    return text_.substr(0, native_begin_) + native + text_.substr(native_end_);
+    return replaced(text_, native_begin_, native_end_, std::move(native));
   }
+  native.erase(native.find_last_not_of('\n') + 1);
   const auto last = text_.find_last_not_of(" \t\r\n", end_ - 1);
-  indent_like("  ", native);
   return text_.substr(0, last + 1) + (text_[last] == '{' ? "\n" : ",\n") +
-         "  \"native\": " + native + '\n' + text_.substr(end_);
+         "  \"native\": " + indented_like("  ", std::move(native)) + '\n' + text_.substr(end_);
 }
 
 // The object "native" of a device file.
@@ -278,6 +289,11 @@ DeviceText open_device_json(const Models& models, const std::string& name,
 
 std::string with_native(const std::string& name, const std::string& text,
                         const std::string& native) {
+  const std::string_view former = object_text(text, kNative);
+  if (!former.empty()) {
+    const auto begin = static_cast<std::size_t>(former.data() - text.data());
+    return replaced(text, begin, begin + former.size(), native);
+  }
   JsonSource source(text);
   DeviceReader reader(name, text, source, nullptr);
   Json::sax_parse(source.begin(), source.end(), &reader);

@@ -151,6 +151,20 @@ PlainJson::PlainJson(const std::string& text) {
   }
 }
 
+std::string_view object_text(const std::string& text, std::string_view name) {
+  simdjson::ondemand::parser parser;
+  simdjson::ondemand::document document;
+  simdjson::ondemand::object member;
+  std::string_view found;
+  const simdjson::padded_string_view padded(text.data(), text.size(), text.capacity());
+  if (parser.iterate(padded).get(document) != simdjson::SUCCESS ||
+      document.find_field(name).get_object().get(member) != simdjson::SUCCESS ||
+      member.raw_json().get(found) != simdjson::SUCCESS) {
+    return {};
+  }
+  return found.substr(0, found.rfind('}') + 1);  // what follows is space
+}
+
 nlohmann::ordered_json to_json(PlainJson::Value value) { return to_json(value, 1); }
 
 void send(PlainJson::Value value, JsonEvents& events,

@@ -11,6 +11,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "io/json_source.h"
 
@@ -37,6 +38,10 @@ class PlainJson {
   simdjson::dom::parser parser_;
   Value top_;
 };
+
+// The text of the first member of a text's object that has a name and is an object itself. "" when
+// there is none, and for text without room behind it (read_file).
+std::string_view object_text(const std::string& text, std::string_view name);
 
 // A value as nlohmann-json has it. Throws NotPlain.
 nlohmann::ordered_json to_json(PlainJson::Value value);

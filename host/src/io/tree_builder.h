@@ -81,6 +81,9 @@ class TreeBuilder {
 // were read from.
 void arrange_as_read(std::vector<DocumentNode>& nodes);
 
+// Puts them back into schema order.
+void arrange_all(std::vector<DocumentNode>& nodes);
+
 // Puts the children of a node into schema order: keys first, unknown nodes last.
 void arrange(std::vector<DocumentNode>& children);
 

@@ -67,7 +67,7 @@ void apply_edit(const Models& models, const Document& native, MappedEdit& edit, 
   if (changes.roots.empty()) {
     applied.outcome.notes.emplace_back("nothing changed on the device");
   } else {
-    applied.native = std::make_shared<const Document>(std::move(edited.native));
+    applied.native = std::make_shared<Document>(std::move(edited.native));
   }
 }
 

@@ -30,7 +30,7 @@ namespace ocifip {
 // What came of an edit that was to be applied.
 struct Applied {
   Outcome outcome;
-  std::shared_ptr<const Document> native;  // the new configuration; null when nothing changed
+  std::shared_ptr<Document> native;  // the new configuration; null when nothing changed
 };
 
 class Mapper {
