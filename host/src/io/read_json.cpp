@@ -9,6 +9,7 @@
 
 #include "io/json_source.h"
 #include "io/netconf.h"
+#include "io/plain_json.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
 #include "ocifip/nearest_name.h"
@@ -388,6 +389,14 @@ Document read_json(const Models& models, const std::string& name, std::string_vi
   JsonSource source(text);
   JsonReader reader(models, name, source, annotations, place);
   nlohmann::json::sax_parse(source.begin(), source.end(), &reader);
+  return reader.finish();
+}
+
+Document read_plain_json(const Models& models, const std::string& name, const std::string& text) {
+  const PlainJson json(text);
+  JsonSource nowhere;
+  JsonReader reader(models, name, nowhere, OtherAnnotations::kPassedOver, nullptr);
+  send(json.top(), reader, {});
   return reader.finish();
 }
 

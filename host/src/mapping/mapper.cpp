@@ -441,9 +441,10 @@ std::vector<SubinterfaceName> Mapper::concerned(const Document& read) const {
 
 Outcome Mapper::report(const ReportRequest& request, Format format) {
   const ActiveDevice active(device_);
-  Document document = read_document(models_, request.data);
-  check_is_data(document);
-  check_native_data(models_, document, plugin_.read_back, InputRules(options_));
+  const Document document = read_checked(models_, request.data, [this](Document& data) {
+    check_is_data(data);
+    check_native_data(models_, data, plugin_.read_back, InputRules(options_));
+  });
   check_device(document);
   const InputTree input(document, Operation::kWrite);
   Request run(framework_, input,
@@ -465,9 +466,10 @@ Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) cons
   }
   Document document;
   if (request.document) {
-    document = read_document(models_, *request.document);
-    check_is_edit(document);
-    checks.check_edit(document);
+    document = read_checked(models_, *request.document, [&checks](Document& given) {
+      check_is_edit(given);
+      checks.check_edit(given);
+    });
     if (default_operation(request, document) == DefaultOperation::kReplace) {
       replace_subinterfaces(document.roots);
     }
