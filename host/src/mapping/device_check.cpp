@@ -1,6 +1,7 @@
 #include "mapping/device_check.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "device/subinterface_name.h"
 #include "io/check_data.h"
@@ -20,34 +21,46 @@ bool is_of_all(const DocumentNode& node) {
          std::any_of(node.children.begin(), node.children.end(), is_of_all);
 }
 
-// Adds an interface, and of its subinterfaces those that are named, or all when not all are named
-// that a request may be about.
-void add_concerned(const DocumentNode& interface, InterfaceNames& names) {
-  const std::string* name = key_value(interface, "name");
-  bool is_about_all = interface.operation || has_only_keys(interface);
-  for (const DocumentNode& child : interface.children) {
-    if (!is_named(child, kInterfacesModule, "subinterfaces")) continue;
-    is_about_all = is_about_all || child.operation || child.children.empty();
-    for (const DocumentNode& subinterface : child.children) {
-      const std::string* index = key_value(subinterface, "index");
-      is_about_all = is_about_all || index == nullptr;
-      if (index != nullptr) names.add(native_name(*name, *index));
-    }
+// The interfaces and subinterfaces that a request may be about: those that it is of, and what the
+// device knows of those that it names.
+class ConcernedInterfaces {
+ public:
+  ConcernedInterfaces(const DeviceDirectory& device, const Document& request) : device_(device) {
+    for (const DocumentNode& root : request.roots) add_named(root);
   }
-  if (is_about_all) names.add_all_of(*name);
-}
 
-// Adds every interface and subinterface that a request may be about: it may name them anywhere.
-InterfaceNames concerned(const Document& request) {
-  InterfaceNames names;
-  add_mentioned(request.roots, names);
-  for (const DocumentNode& root : request.roots) {
-    for (const DocumentNode& node : root.children) {
-      if (is_named(node, kInterfacesModule, "interface")) add_concerned(node, names);
+  InterfaceNames names() { return std::move(names_); }
+
+ private:
+  void add_named(const DocumentNode& node) {
+    if (is_named(node, kInterfacesModule, "interface")) {
+      add_interface(node);
+    } else if (node.value && device_.knows(*node.value)) {
+      names_.add(*node.value);
     }
+    for (const DocumentNode& child : node.children) add_named(child);
   }
-  return names;
-}
+
+  // Of its subinterfaces those that are named, and all when not all are that it may be about.
+  void add_interface(const DocumentNode& interface) {
+    const std::string& name = *key_value(interface, "name");
+    bool is_about_all = interface.operation || has_only_keys(interface);
+    for (const DocumentNode& child : interface.children) {
+      if (!is_named(child, kInterfacesModule, "subinterfaces")) continue;
+      is_about_all = is_about_all || child.operation || child.children.empty();
+      for (const DocumentNode& subinterface : child.children) {
+        const std::string* index = key_value(subinterface, "index");
+        is_about_all = is_about_all || index == nullptr;
+        if (index != nullptr) names_.add(native_name(name, *index));
+      }
+    }
+    names_.add(name);
+    if (is_about_all) names_.add_all_of(name);
+  }
+
+  const DeviceDirectory& device_;
+  InterfaceNames names_;
+};
 
 }  // namespace
 
@@ -60,7 +73,7 @@ void DeviceCheck::check(const Document& request) {
     is_all_accepted_ = true;
     return;
   }
-  const InterfaceNames interfaces = concerned(request);
+  const InterfaceNames interfaces = ConcernedInterfaces(device_, request).names();
   if (has_accepted_ && accepted_.contains(interfaces)) return;
   check_part(interfaces);
   accepted_.add(interfaces);
