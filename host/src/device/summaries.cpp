@@ -132,7 +132,8 @@ bool is_ipv4_summary(const DocumentNode& root) {
 namespace {
 
 const DocumentNode* given_summary(const DeviceDirectory& device) {
-  const auto& roots = device.device().native.part({}).roots;
+  const Document& native = device.device().native.part({});
+  const auto& roots = native.roots;
   const auto given = std::find_if(roots.begin(), roots.end(), is_ipv4_summary);
   return given == roots.end() ? nullptr : &*given;
 }

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "io/check_plain_data.h"
 #include "io/document_nodes.h"
 #include "io/leaf_types.h"
 #include "io/libyang_log.h"
@@ -297,6 +298,7 @@ bool DataTree::add_children(const DocumentNode& node, lyd_node* made) {
 }  // namespace
 
 std::optional<DataFault> check_data(const Models& models, const Document& document) {
+  if (is_plainly_accepted(models, document)) return std::nullopt;
   return DataTree(models).check(document);
 }
 

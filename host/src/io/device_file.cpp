@@ -357,16 +357,16 @@ Device read_device(const Models& models, const std::string& name, const std::str
 }
 
 Device open_device(const Models& models, const std::string& name,
-                   std::shared_ptr<const std::string> text) {
+                   const std::shared_ptr<const std::string>& text) {
   try {
-    DeviceText json = open_device_json(models, name, text);
-    Device device = device_of(name, json.fields);
-    if (json.native == nullptr) return device;
-    const std::vector<InterfaceEntry> entries = json.native->entries();
+    std::shared_ptr<const NativeText> native;
+    Device device = device_of(name, open_device_json(models, name, text, native));
+    if (native == nullptr) return device;
+    const std::vector<InterfaceEntry> entries = native->entries();
     const bool is_sound = std::all_of(entries.begin(), entries.end(), [](const auto& entry) {
       return key_fault(entry.list, {}, std::string(entry.interface)).empty();
     });
-    device.native = NativeConfiguration(std::move(json.native));
+    device.native = NativeConfiguration(std::move(native));
     check_is_native(device.native.part({}));
     if (is_sound) return device;
   } catch (const NotPlain&) {

@@ -67,7 +67,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
 // The same of a text that may be large: of the native configuration only what is asked for is read,
 // and what is wrong elsewhere in it is not seen. The models outlive the device.
 Device open_device(const Models& models, const std::string& name,
-                   std::shared_ptr<const std::string> text);
+                   const std::shared_ptr<const std::string>& text);
 
 // Throws InputError unless the models accept a native configuration, or a part of one:
 // `device.json: native:12: no model has this node, at /a/b`.

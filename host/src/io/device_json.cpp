@@ -269,22 +269,20 @@ DeviceJson read_device_json(const Models& models, const std::string& name,
   return {reader.fields(), native->finish()};
 }
 
-DeviceText open_device_json(const Models& models, const std::string& name,
-                            std::shared_ptr<const std::string> text) {
+Json open_device_json(const Models& models, const std::string& name,
+                      const std::shared_ptr<const std::string>& text,
+                      std::shared_ptr<const NativeText>& native) {
   const auto json = std::make_shared<const PlainJson>(*text);
   simdjson::dom::object members;
   if (json->top().get_object().get(members) != simdjson::SUCCESS) throw NotPlain();
-  DeviceText device;
-  device.fields = Json::object();
+  Json fields = Json::object();
   for (const auto& [member, value] : members) {
     const bool is_native = member == kNative && value.is_object();
-    if (device.fields.contains(member)) throw NotPlain();
-    device.fields[std::string(member)] = is_native ? Json::object() : to_json(value);
-    if (is_native) {
-      device.native = std::make_shared<const PlainNative>(models, name, text, json, value);
-    }
+    if (fields.contains(member)) throw NotPlain();
+    fields[std::string(member)] = is_native ? Json::object() : to_json(value);
+    if (is_native) native = std::make_shared<const PlainNative>(models, name, text, json, value);
   }
-  return device;
+  return fields;
 }
 
 std::string with_native(const std::string& name, const std::string& text,

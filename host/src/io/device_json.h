@@ -22,16 +22,12 @@ struct DeviceJson {
 // a name that is twice in one object, for deep nesting, and as the reader of documents does.
 DeviceJson read_device_json(const Models& models, const std::string& name, const std::string& text);
 
-// The same of text without faults, of which "native" is read when it is asked for.
-struct DeviceText {
-  nlohmann::ordered_json fields;
-  std::shared_ptr<const NativeText> native;  // null when there is none
-};
-
-// The models outlive what comes of it. Throws NotPlain or InputError for text that has to be read
-// as read_device_json() does, which says what is wrong if something is.
-DeviceText open_device_json(const Models& models, const std::string& name,
-                            std::shared_ptr<const std::string> text);
+// Reads the fields of a text without faults, and gives what "native" is read from when it is asked
+// for, or null when there is none; the models outlive that. Throws NotPlain or InputError for text
+// that has to be read by read_device_json(), which says what is wrong if something is.
+nlohmann::ordered_json open_device_json(const Models& models, const std::string& name,
+                                        const std::shared_ptr<const std::string>& text,
+                                        std::shared_ptr<const NativeText>& native);
 
 // The text of a device file with another object for "native", which is given as JSON. All else is
 // as it was, byte by byte; a file without the field has it at its end. Throws InputError for text

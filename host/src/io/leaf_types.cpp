@@ -203,6 +203,16 @@ std::string expected_value(const lysc_node* leaf) {
   return "a value of its type";
 }
 
+bool ValueCheck::takes(const lysc_node* leaf, const std::string& value) {
+  const auto* type = type_of(leaf);
+  if (is_plain_number(type, value)) return true;
+  const auto last = taken_.find(type);
+  if (last != taken_.end() && last->second == value) return true;
+  if (!ocifip::takes(leaf, value)) return false;
+  taken_.insert_or_assign(type, value);
+  return true;
+}
+
 bool ValueCheck::settle(const lysc_node* leaf, std::string& value) {
   const auto* type = type_of(leaf);
   if (is_plain_number(type, value)) return true;
@@ -210,7 +220,7 @@ bool ValueCheck::settle(const lysc_node* leaf, std::string& value) {
   if (last != taken_.end() && last->second == value) return true;
   std::string canonical;
   const bool is_number = integer_type(type).has_value();
-  if (!takes(leaf, value, is_number ? &canonical : nullptr)) {
+  if (!ocifip::takes(leaf, value, is_number ? &canonical : nullptr)) {
     return is_foreign_identity(leaf, type, value);
   }
   if (is_number) {

@@ -30,6 +30,8 @@ std::string expected_value(const lysc_node* leaf);
 // The same as takes() for the many values of a document.
 class ValueCheck {
  public:
+  bool takes(const lysc_node* leaf, const std::string& value);
+
   // Returns whether the leaf takes the value. A number is put into the form that it has in a
   // mapping: "+024" becomes "24". An identity of a module that is not among the models, or of a
   // prefix that is the document's own, cannot be judged and is taken.

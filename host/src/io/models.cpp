@@ -10,6 +10,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <system_error>
 #include <unordered_map>
@@ -52,6 +53,8 @@ struct Index {
   const ModuleNames* module = nullptr;
   std::size_t position = 0;
   bool names_by_ipv6 = false;
+  std::optional<bool> has_constraints;  // these when they have been asked for
+  std::optional<bool> has_far_constraints;
   std::vector<const lysc_node*> children;
   std::vector<std::string> keys;
   std::unordered_map<QualifiedName, const lysc_node*, QualifiedNameHash> by_name;
@@ -334,25 +337,61 @@ bool Models::names_by_ipv6(const lysc_node* node) {
   return node != nullptr && index_of(node).names_by_ipv6;
 }
 
-bool Models::has_far_constraints(const lysc_node* node) const {
-  const auto is_conditional = [](const lysc_node* each) {
-    return lysc_node_musts(each) != nullptr || lysc_node_when(each) != nullptr;
-  };
-  if (is_conditional(node)) return true;
+namespace {
+
+bool is_within_choice(const lysc_node* node) {
+  return node->parent != nullptr && (node->parent->nodetype & (LYS_CHOICE | LYS_CASE)) != 0;
+}
+
+bool is_conditional(const lysc_node* node) {
+  if (lysc_node_musts(node) != nullptr || lysc_node_when(node) != nullptr) return true;
   // Choices and cases are no data nodes, but have conditions.
-  for (const auto* above = node->parent;
-       above != nullptr && (above->nodetype & (LYS_CHOICE | LYS_CASE)) != 0;
-       above = above->parent) {
-    if (is_conditional(above)) return true;
-  }
+  return is_within_choice(node) && is_conditional(node->parent);
+}
+
+// Whether the data of a node itself may be wrong for what stands elsewhere.
+bool is_far_constrained(const lysc_node* node) {
+  if (is_conditional(node)) return true;
   if (node->nodetype == LYS_LIST) {
     const auto* list = reinterpret_cast<const lysc_node_list*>(node);
     if (list->uniques != nullptr || list->min != 0 || list->max != UINT32_MAX) return true;
   }
-  if (is_leaf(node) && has_references(type_of(node))) return true;
-  const auto& below = impl_->index(node).children;
-  return std::any_of(below.begin(), below.end(),
-                     [this](const lysc_node* child) { return has_far_constraints(child); });
+  return Models::is_leaf(node) && has_references(type_of(node));
+}
+
+bool has_number_of_values(const lysc_node* node) {
+  if (node->nodetype != LYS_LEAFLIST) return false;
+  const auto* values = reinterpret_cast<const lysc_node_leaflist*>(node);
+  return values->min != 0 || values->max != UINT32_MAX;
+}
+
+bool is_constrained(const lysc_node* node) {
+  return is_far_constrained(node) || is_flagged(node, LYS_MAND_TRUE) || is_within_choice(node) ||
+         has_number_of_values(node) || Models::is_any(node);
+}
+
+}  // namespace
+
+bool Models::has_far_constraints(const lysc_node* node) const {
+  Index& index = index_of(node);
+  if (!index.has_far_constraints) {
+    index.has_far_constraints =
+        is_far_constrained(node) ||
+        std::any_of(index.children.begin(), index.children.end(),
+                    [this](const lysc_node* child) { return has_far_constraints(child); });
+  }
+  return *index.has_far_constraints;
+}
+
+bool Models::has_constraints(const lysc_node* node) const {
+  Index& index = index_of(node);
+  if (!index.has_constraints) {
+    index.has_constraints =
+        is_constrained(node) ||
+        std::any_of(index.children.begin(), index.children.end(),
+                    [this](const lysc_node* child) { return has_constraints(child); });
+  }
+  return *index.has_constraints;
 }
 
 bool Models::is_empty_leaf(const lysc_node* node) {

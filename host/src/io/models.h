@@ -67,6 +67,9 @@ class Models {
   // Whether the data of a node, or below it, may be wrong for what stands elsewhere: by references,
   // conditions, unique values or numbers of entries.
   [[nodiscard]] bool has_far_constraints(const lysc_node* node) const;
+  // Whether that holds, or one of its nodes may be wrong for what is beside or below it: whether
+  // there is more to check than each node alone, with the keys of an entry.
+  [[nodiscard]] bool has_constraints(const lysc_node* node) const;
   // A container without presence, which says nothing by being there.
   [[nodiscard]] static bool is_plain_container(const lysc_node* node);
 
