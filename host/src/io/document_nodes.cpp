@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <iterator>
 
 #include "io/ipv6_text.h"
 
@@ -63,8 +62,9 @@ DocumentNode bare(const DocumentNode& node) {
   result.value = node.value;
   result.line = node.line;
   result.schema = node.schema;
-  std::copy_if(node.children.begin(), node.children.end(), std::back_inserter(result.children),
-               is_key);
+  // Keys are the first children: what follows them may be a long list.
+  const auto last = std::find_if_not(node.children.begin(), node.children.end(), is_key);
+  result.children.assign(node.children.begin(), last);
   return result;
 }
 

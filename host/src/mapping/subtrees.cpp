@@ -75,7 +75,7 @@ class SubtreeSearch {
       add(node);
       node.cause = &found_.back();
     } else if (is_replaced(node)) {
-      add(node);
+      add_replaced();
       take_deletions(node);
     } else {
       const bool is_entry = is_entry_of_subinterface(node) || is_subinterface(node);
@@ -168,6 +168,17 @@ class SubtreeSearch {
     });
   }
 
+  // Where the device has no such subinterface, nothing is held of what is replaced. Left out, such
+  // subtrees save a quarter of an edit that replaces 10,000 new subinterfaces.
+  void add_replaced() {
+    std::string interface = interface_name();
+    if (!interface.empty() && !device_.knows(interface)) return;
+    Subtree& subtree = found_.emplace_back();
+    subtree.interface = std::move(interface);
+    subtree.held = held();
+    if (is_in_entry()) subtree.way = read_of(path_, path_.size() - 1);
+  }
+
   Subtree& add(const DocumentNode& node) {
     Subtree& subtree = found_.emplace_back();
     subtree.tag = node.tag;
@@ -185,14 +196,19 @@ class SubtreeSearch {
     subtree.is_read_back = address == 0 || path_.size() == address ||
                            !is_named(*path_[address], kIpModule, "vrrp") ||
                            is_own(*path_[address - 1]);
-    const bool is_in_entry = std::any_of(path_.begin(), path_.end() - 1, [](const auto* above) {
-      return above->kind == NodeKind::kList && !is_walked_entry(*above);
-    });
-    if (is_in_entry) subtree.way = read_of(path_, path_.size() - 1);
-    if (is_in_entry && subtree.is_deleted) {
+    if (!is_in_entry()) return subtree;
+    subtree.way = read_of(path_, path_.size() - 1);
+    if (subtree.is_deleted) {
       subtree.entry = read_of(path_, subtree.is_read_back ? depth_of_entry() : address);
     }
     return subtree;
+  }
+
+  // Whether an entry that is no subinterface stands above the node at hand.
+  [[nodiscard]] bool is_in_entry() const {
+    return std::any_of(path_.begin(), path_.end() - 1, [](const auto* above) {
+      return above->kind == NodeKind::kList && !is_walked_entry(*above);
+    });
   }
 
   // How many nodes lead to the innermost entry above the node at hand, itself among them.

@@ -12,6 +12,7 @@
 
 namespace ocifip {
 
+// Of a subtree that is only replaced, just the interface, what is held, and the way are given.
 struct Subtree {
   std::string tag;   // of the node at its top
   std::string path;  // instance path of that node
@@ -37,7 +38,8 @@ struct Subtree {
 // below them, whose operation is "none" are subtrees, too, that have to be there, and leaves and
 // entries of IP that are created, which must not. Each deletion gets its subtree as its cause. The
 // deletion of an entry's settings, which its keys are among, becomes that of the entry, if nothing
-// else of the entry is edited.
+// else of the entry is edited. A replace of what is in a subinterface that the device does not know
+// is no subtree: nothing is held of it.
 //
 // An address and a value of a leaf-list are the mapping's to write and delete, and are no part of
 // what it may leave. The VRRP groups of an interface are those of its own address.
