@@ -160,9 +160,10 @@ void add_removals(Nodes& edit, Nodes removals) {
 
 }  // namespace
 
-bool remove_omitted(Document& edit, const HeldConfiguration& subtrees, const Document& native) {
+bool remove_omitted(Document& edit, const HeldConfiguration& subtrees) {
+  if (subtrees.native == nullptr) return false;
   Nodes removals =
-      Level(subtrees.held.roots, edit.roots, subtrees.way.roots, native.roots).removals();
+      Level(subtrees.held.roots, edit.roots, subtrees.way.roots, subtrees.native->roots).removals();
   const bool removes = !removals.empty();
   add_removals(edit.roots, std::move(removals));
   return removes;

@@ -11,12 +11,14 @@ namespace ocifip {
 struct HeldConfiguration {
   Document held;
   Document way;  // the part of it that belongs to what is around the subtrees: it stays
+  // The device's, or what has all of it that was asked for; null when nothing was.
+  const Document* native = nullptr;
 };
 
 // Adds to a native edit the removal of what subtrees hold and the edit neither writes nor deletes
 // nor replaces. The entry of a list that only leads to interfaces is removed when nothing else is
 // in it; any other entry goes as a whole. Returns whether something was added.
-bool remove_omitted(Document& edit, const HeldConfiguration& subtrees, const Document& native);
+bool remove_omitted(Document& edit, const HeldConfiguration& subtrees);
 
 }  // namespace ocifip
 

@@ -42,16 +42,23 @@ void give_value(DocumentNode& leaf, const DocumentNode* data) {
 
 }  // namespace
 
-void give_deleted_values(std::vector<DocumentNode>& edit, const std::vector<DocumentNode>& data) {
+void DeletedValues::give(Document& edit) {
+  const auto& nodes = edit.roots;
+  if (std::any_of(nodes.begin(), nodes.end(), lacks_deleted_value)) {
+    give(edit.roots, data_of_(edit));
+  }
+}
+
+void DeletedValues::give(std::vector<DocumentNode>& edit, const std::vector<DocumentNode>& data) {
+  static const std::vector<DocumentNode> kNothing;
   if (std::none_of(edit.begin(), edit.end(), lacks_deleted_value)) return;
-  const Siblings siblings(data);
-  const std::vector<DocumentNode> nothing;
+  const Siblings& siblings = siblings_.try_emplace(&data, data).first->second;
   for (auto& node : edit) {
     const DocumentNode* there = siblings.find(node);
     if (is_without_value(node)) {
       give_value(node, there);
     } else {
-      give_deleted_values(node.children, there == nullptr ? nothing : there->children);
+      give(node.children, there == nullptr ? kNothing : there->children);
     }
   }
 }

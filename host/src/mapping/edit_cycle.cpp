@@ -7,7 +7,6 @@
 
 #include "device/native_part.h"
 #include "device/native_promotion.h"
-#include "device/native_removal.h"
 #include "device/subinterface_name.h"
 #include "io/document_nodes.h"
 #include "io/read_document.h"
@@ -137,7 +136,7 @@ Refusal existing(const Subtree& subtree) {
 }  // namespace
 
 MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose purpose,
-                          const RequestSettings& settings) {
+                          const RequestSettings& settings, const NativePartTaker& take) {
   const Operation inherited =
       operation == DefaultOperation::kNone ? Operation::kNone : Operation::kWrite;
   MappedEdit mapped;
@@ -150,9 +149,11 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
     subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
     if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
     if (purpose == Purpose::kDevice) drop_absent(edit.roots, inherited, mapped.outcome.refusal);
-    const std::vector<EditPart> parts = parts_of(std::move(edit), operation);
-    for (const EditPart& part : parts) {
-      if (!mapped.outcome.refusal) map_part(part, inherited, settings, mapped);
+    std::vector<EditPart> parts = parts_of(std::move(edit), operation);
+    const NativePartTaker& taker = parts.size() == 1 ? take : NativePartTaker();
+    for (EditPart& part : parts) {
+      if (mapped.outcome.refusal) break;
+      map_part(std::move(part), inherited, settings, taker, mapped);
     }
     if (!mapped.outcome.refusal) complete(mapped);
   } catch (ReadRefused& refused) {
@@ -162,9 +163,10 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
   return mapped;
 }
 
-void EditCycle::map_part(const EditPart& part, Operation operation, RequestSettings settings,
-                         MappedEdit& mapped) {
+void EditCycle::map_part(EditPart part, Operation operation, RequestSettings settings,
+                         const NativePartTaker& take, MappedEdit& mapped) {
   const InputTree input(part.document, operation);
+  part.document = {};  // the largest thing in memory, if it were kept
   settings.request_op = part.request_op;
   settings.operation = operation;
   Request request(framework_, input, settings);
@@ -175,6 +177,13 @@ void EditCycle::map_part(const EditPart& part, Operation operation, RequestSetti
   mapped.outcome.notes.insert(mapped.outcome.notes.end(), outcome.notes.begin(),
                               outcome.notes.end());
   mapped.has_effect = mapped.has_effect || has_effect(*request.output().root());
+  if (take && is_complete()) {
+    mapped.is_in_parts = to_documents(request.output(), "output", [&](Document native) {
+      settle_promotions(native);
+      take(std::move(native));
+    });
+    if (mapped.is_in_parts) return;
+  }
   Document native = to_document(request.output(), "output");
   if (!subtrees_.empty()) name_causes(request, native.roots);
   if (mapped.native.roots.empty()) {
@@ -215,12 +224,26 @@ void EditCycle::complete(MappedEdit& mapped) {
 
 // Adds the removal of what subtrees hold.
 void EditCycle::remove_held(MappedEdit& mapped) {
+  each_held([&](const HeldConfiguration& held) {
+    if (remove_omitted(mapped.native, held)) mapped.has_effect = true;
+    return true;
+  });
+}
+
+// Whether nothing of the device, and no refusal, comes to what the mapping makes of the edit.
+bool EditCycle::is_complete() const {
+  return std::none_of(subtrees_.begin(), subtrees_.end(),
+                      [](const Subtree& subtree) { return subtree.is_deleted; }) &&
+         each_held([](const HeldConfiguration& held) { return held.held.roots.empty(); });
+}
+
+// Calls a function with what subtrees hold, a bounded part at a time, while it returns true.
+// Returns whether it always did.
+bool EditCycle::each_held(const std::function<bool(const HeldConfiguration&)>& visit) const {
   std::map<std::size_t, HeldReads> reads;  // by the depth of the entries around the subtrees
-  const auto remove_part = [&](HeldReads& part) {
-    const bool removes =
-        remove(merged(std::move(part.held)), merged(std::move(part.way)), mapped.native);
-    mapped.has_effect = mapped.has_effect || removes;
-    part = {};
+  const auto visit_part = [&](HeldReads& part) {
+    HeldReads taken = std::exchange(part, {});
+    return visit(held_configuration(merged(std::move(taken.held)), merged(std::move(taken.way))));
   };
   for (const Subtree& subtree : subtrees_) {
     const bool is_known = subtree.interface.empty() || device_.knows(subtree.interface);
@@ -230,17 +253,18 @@ void EditCycle::remove_held(MappedEdit& mapped) {
     reads_.expand(read);
     part.held.push_back(std::move(read));
     if (subtree.way) part.way.push_back(read_of(*subtree.way));
-    if (part.held.size() == kMostAtOnce) remove_part(part);
+    if (part.held.size() == kMostAtOnce && !visit_part(part)) return false;
   }
-  for (auto& [depth, part] : reads) remove_part(part);
+  return std::all_of(reads.begin(), reads.end(), [&](auto& row) { return visit_part(row.second); });
 }
 
-// Adds to a native edit the removal of what reads select on the device, and it does not write.
-bool EditCycle::remove(const Document& held, const Document& way, Document& edit) const {
-  if (held.roots.empty()) return false;
+// What reads select on the device.
+HeldConfiguration EditCycle::held_configuration(const Document& held, const Document& way) const {
   HeldConfiguration configuration;
+  if (held.roots.empty()) return configuration;
   Document queries = reads_.native_queries(held);
   const Document& native = part_asked(framework_.models, device_.device().native, queries);
+  configuration.native = &native;
   if (!way.roots.empty()) {
     const Document around = reads_.native_queries(way);
     forget_queries(queries.roots, around.roots);
@@ -248,7 +272,7 @@ bool EditCycle::remove(const Document& held, const Document& way, Document& edit
   }
   configuration.held = select_data(native, queries);
   std::erase_if(configuration.held.roots, is_state);
-  return remove_omitted(edit, configuration, native);
+  return configuration;
 }
 
 std::optional<Refusal> EditCycle::judge_deletion(const void* cause, const Refusal& native) {
@@ -339,7 +363,9 @@ bool EditCycle::holds(const Subtree& subtree) const {
   Document read = read_of(*subtree.held);
   reads_.expand(read);
   Document removals;
-  return remove(read, subtree.way ? read_of(*subtree.way) : Document(), removals);
+  const HeldConfiguration held =
+      held_configuration(read, subtree.way ? read_of(*subtree.way) : Document());
+  return remove_omitted(removals, held);
 }
 
 // Reads all that is deleted or created at once.

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "device/device_directory.h"
+#include "device/native_removal.h"
 #include "mapping/edit_parts.h"
 #include "mapping/plugin.h"
 #include "mapping/subtrees.h"
@@ -37,8 +38,12 @@ struct ReadRefused {
 struct MappedEdit {
   Outcome outcome;  // its text are the calls, if these were recorded
   Document native;
+  bool is_in_parts = false;  // the native edit was handed over in parts
   bool has_effect = false;
 };
+
+// Takes a native edit part by part.
+using NativePartTaker = std::function<void(Document part)>;
 
 // One edit. What a framework adds to what the mapping writes is done here: the mapping is entered
 // once for each kind of request that the edit holds, and what a replaced or deleted subtree holds
@@ -57,8 +62,11 @@ class EditCycle {
   // Maps an edit. `operation` is that of nodes that say none: a replace is said by the nodes that
   // it is of, and is a merge here. Of the settings, the request's kind and operation are not looked
   // at.
+  //
+  // A long edit to which nothing of the device is to be added goes to `take`, if there is one, in
+  // parts that follow each other: documents of one container with some entries of one list.
   MappedEdit map(Document edit, DefaultOperation operation, Purpose purpose,
-                 const RequestSettings& settings);
+                 const RequestSettings& settings, const NativePartTaker& take = {});
 
   // The refusal of a deletion that the native edit cannot make, given its cause there and its
   // refusal in native terms; nothing when there is nothing to delete in native terms, but on the
@@ -73,13 +81,16 @@ class EditCycle {
   [[nodiscard]] bool deletes_entries() const;
 
  private:
-  void map_part(const EditPart& part, Operation operation, RequestSettings settings,
-                MappedEdit& mapped);
+  void map_part(EditPart part, Operation operation, RequestSettings settings,
+                const NativePartTaker& take, MappedEdit& mapped);
   void find_traces(const std::vector<DocumentNode>& nodes);
   [[nodiscard]] std::optional<Refusal> find_undeletable() const;
   void complete(MappedEdit& mapped);
   void remove_held(MappedEdit& mapped);
-  bool remove(const Document& held, const Document& way, Document& edit) const;
+  [[nodiscard]] bool is_complete() const;
+  bool each_held(const std::function<bool(const HeldConfiguration&)>& visit) const;
+  [[nodiscard]] HeldConfiguration held_configuration(const Document& held,
+                                                     const Document& way) const;
   bool drop_absent(std::vector<DocumentNode>& nodes, Operation inherited,
                    std::optional<Refusal>& refusal);
   [[nodiscard]] bool is_on_device(const Subtree& subtree);

@@ -158,14 +158,14 @@ void Mapper::begin(const char* stage) const {
 }
 
 MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
-                            EditCycle& cycle) {
+                            EditCycle& cycle, const NativePartTaker& take) {
   InputChecks checks(models_, InputRules(options_));
   Document edit = read_edit(request, checks);
   check_device(edit);
   const DefaultOperation operation = default_operation(request, edit);
   MappedEdit mapped =
       cycle.map(std::move(edit), operation, purpose,
-                {.record_calls = format == Format::kCalls, .trace = options_.trace});
+                {.record_calls = format == Format::kCalls, .trace = options_.trace}, take);
   if (!mapped.outcome.refusal) {
     const auto notes = checks.notes();
     mapped.outcome.notes.insert(mapped.outcome.notes.begin(), notes.begin(), notes.end());
@@ -176,10 +176,26 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
 Outcome Mapper::edit(const EditRequest& request, Format format) {
   const ActiveDevice active(device_);
   EditCycle cycle(framework_, plugin_, device_, reads_);
+  // The first part of an edit is nearly always all of it. For each of many, those before would be
+  // read again.
+  bool is_first = true;
+  DeletedValues deleted([&](const Document& part) -> const std::vector<DocumentNode>& {
+    const NativeConfiguration& native = device_.device().native;
+    const bool is_part = std::exchange(is_first, false);
+    return (is_part ? part_asked(models_, native, part) : native.whole()).roots;
+  });
+  JoinedText text(format);
+  std::vector<std::string> of_printing;
+  const NativePartTaker print = [&](Document part) {
+    if (format != Format::kTree) deleted.give(part);
+    text.add(part, of_printing);
+  };
+  // Of XML, the top element tells whether there are operations anywhere below it.
+  const bool is_joined = format == Format::kJson || format == Format::kTree;
   MappedEdit edit = map_edit(
       request, format,
       format == Format::kCalls ? EditCycle::Purpose::kCalls : EditCycle::Purpose::kNativeEdit,
-      cycle);
+      cycle, is_joined ? print : NativePartTaker());
   Outcome outcome = std::move(edit.outcome);
   if (outcome.refusal) {
     return outcome;
@@ -187,12 +203,12 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   if (!edit.has_effect) {
     outcome.notes.emplace_back("the request maps to nothing on the device");
   }
-  if (format != Format::kCalls) {
+  if (edit.is_in_parts) {
+    outcome.text = text.finish();
+    append(outcome.notes, std::move(of_printing));
+  } else if (format != Format::kCalls) {
     begin("printing");
-    if (format != Format::kTree) {
-      give_deleted_values(edit.native.roots,
-                          part_asked(models_, device_.device().native, edit.native).roots);
-    }
+    if (format != Format::kTree) deleted.give(edit.native);
     outcome.text = print_document(edit.native, format, outcome.notes);
   }
   return outcome;

@@ -67,7 +67,7 @@ class Mapper {
   // Take a request as the mapping left it, and the mapping's result.
   using Mapped = std::function<void(Request& request, cerrno result)>;
   MappedEdit map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
-                      EditCycle& cycle);
+                      EditCycle& cycle, const NativePartTaker& take = {});
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
   void read_bodies(const EditRequest& request, std::optional<BodyOperation> operation,

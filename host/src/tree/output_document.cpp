@@ -10,6 +10,9 @@
 namespace ocifip {
 namespace {
 
+// Entries of a part, which is small enough to stay in the processor's cache while it is printed.
+constexpr std::size_t kEntriesOfPart = 100;
+
 std::vector<const ChildSlot*> slots_in_order(const OutputNode& node) {
   std::vector<const ChildSlot*> slots;
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
@@ -38,7 +41,8 @@ DocumentNode node_at(const Place& place) {
   return document;
 }
 
-DocumentNode to_document(const OutputNode& node) {
+// A node without its children.
+DocumentNode bare_document(const OutputNode& node) {
   const Place& place = *node.place;
   DocumentNode document = node_at(place);
   document.kind = place.kind;
@@ -51,6 +55,11 @@ DocumentNode to_document(const OutputNode& node) {
   }
   document.cause = node.cause;
   document.may_be_missing = node.may_be_missing;
+  return document;
+}
+
+DocumentNode to_document(const OutputNode& node) {
+  DocumentNode document = bare_document(node);
   document.children = children_of(node);
   return document;
 }
@@ -74,11 +83,57 @@ std::vector<DocumentNode> children_of(const OutputNode& node) {
   return children;
 }
 
+// The one node below another, or null.
+const ChildSlot* only_slot(const OutputNode& node) {
+  return node.slots != nullptr && node.slots->next == nullptr ? node.slots : nullptr;
+}
+
+bool has_keys(const OutputNode& entry) {
+  const auto& keys = entry.place->keys;
+  return !keys.empty() && std::all_of(keys.begin(), keys.end(), [&](const Place* key) {
+    return OutputTree::key_value(&entry, key).data() != nullptr;
+  });
+}
+
+// The list that all of a tree is, when it can be handed over in parts, or null.
+const ChildSlot* long_list(const OutputNode& root) {
+  const ChildSlot* top = only_slot(root);
+  if (top == nullptr || top->place->kind != NodeKind::kContainer ||
+      !OutputTree::is_shown(top->first) || operation_of(*top->first) != NIDL_YFW_EDIT_WRITE) {
+    return nullptr;
+  }
+  const ChildSlot* list = only_slot(*top->first);
+  if (list == nullptr || !list->place->is_list() || list->place->schema == nullptr) return nullptr;
+  for (const OutputNode* entry = list->first; entry != nullptr; entry = entry->next) {
+    if (!OutputTree::is_shown(entry)) continue;
+    if (!has_keys(*entry) || operation_of(*entry) == NIDL_YFW_EDIT_NONE) return nullptr;
+  }
+  return list;
+}
+
 }  // namespace
 
 Document to_document(OutputTree& tree, std::string name) {
   tree.complete_keys();
   return {std::move(name), children_of(*tree.root())};
+}
+
+bool to_documents(OutputTree& tree, const std::string& name,
+                  const std::function<void(Document part)>& take) {
+  tree.complete_keys();
+  const ChildSlot* list = long_list(*tree.root());
+  if (list == nullptr) return false;
+  const DocumentNode container = bare_document(*list->first->parent);
+  for (const OutputNode* entry = list->first; entry != nullptr;) {
+    Document part = {name, {container}};
+    auto& entries = part.roots.front().children;
+    entries.reserve(kEntriesOfPart);
+    for (; entry != nullptr && entries.size() < kEntriesOfPart; entry = entry->next) {
+      if (OutputTree::is_shown(entry)) entries.push_back(to_document(*entry));
+    }
+    if (!entries.empty()) take(std::move(part));
+  }
+  return true;
 }
 
 }  // namespace ocifip

@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_TREE_OUTPUT_DOCUMENT_H_
 #define OCIFIP_HOST_TREE_OUTPUT_DOCUMENT_H_
 
+#include <functional>
 #include <string>
 
 #include "io/document.h"
@@ -13,6 +14,12 @@ namespace ocifip {
 // order, keys first. Operations other than a plain write are annotations, but for keys, which have
 // none of their own.
 Document to_document(OutputTree& tree, std::string name);
+
+// The same in parts, which follow each other in the document: each has some of the entries of its
+// one long list. False, and nothing is handed over, when the tree is anything else than a container
+// of that list, all of whose entries have their keys and do something.
+bool to_documents(OutputTree& tree, const std::string& name,
+                  const std::function<void(Document part)>& take);
 
 }  // namespace ocifip
 
