@@ -5,10 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include "io/growing_text.h"
 #include "io/json_value.h"
 #include "io/models.h"
 #include "io/netconf.h"
 #include "io/print_parts.h"
+#include "io/text.h"
 
 namespace ocifip {
 namespace {
@@ -27,6 +29,12 @@ bool is_in_array(const DocumentNode* node) {
 
 bool has_same_name(const DocumentNode* left, const DocumentNode* right) {
   return left->tag == right->tag && left->module_namespace == right->module_namespace;
+}
+
+// The names of known modules have one text each, so that nearly always a pointer tells.
+bool has_same_module(const DocumentNode& left, const DocumentNode& right) {
+  const bool are_known = !left.module.empty() && !right.module.empty();
+  return are_known ? left.module == right.module : module_name(left) == module_name(right);
 }
 
 // Whether it is certain, from their order in the schema, that nodes of one name stand together.
@@ -65,8 +73,8 @@ class JsonPrinter {
 
   std::string print(const Document& document) {
     append_object(document.roots, {});
-    out_ += '\n';
-    return std::move(out_);
+    out_.add('\n');
+    return out_.text();
   }
 
  private:
@@ -77,14 +85,14 @@ class JsonPrinter {
   void append_node(const DocumentNode& node, std::string_view without_value);
   void append_operation(const DocumentNode& node);
   void append_name(const DocumentNode& node, std::string_view before);
+  void append_value(std::string_view value);
 
   void open(char bracket);
   void close(char bracket);
   void separate();
 
   std::vector<std::string>& notes_;
-  std::string out_;
-  std::string name_;  // the one being printed, which keeps its memory for the next
+  GrowingText out_;
   NodePath path_;
   std::size_t depth_ = 0;
   bool is_first_ = true;  // nothing stands yet in the innermost object or array
@@ -96,7 +104,7 @@ void JsonPrinter::append_object(const std::vector<DocumentNode>& children,
   open('{');
   if (!operation.empty()) {
     separate();
-    out_ += "\"@\": ";
+    out_.add("\"@\": ");
     append_operation(*path_.back());
   }
   auto nodes = shown_nodes(children, path_, notes_);
@@ -150,7 +158,7 @@ void JsonPrinter::append_array_metadata(Range elements) {
   for (const auto* element : elements) {
     separate();
     if (is_object(element) || shown_operation(*element).empty()) {
-      out_ += "null";
+      out_.add("null");
     } else {
       append_operation(*element);
     }
@@ -164,17 +172,17 @@ void JsonPrinter::append_node(const DocumentNode& node, std::string_view without
     append_object(node.children, shown_operation(node));
     path_.pop_back();
   } else if (!node.value) {
-    out_ += without_value;
+    out_.add(without_value);
   } else {
     switch (json_form(node)) {
       case JsonForm::kString:
-        append_value(out_, *node.value);
+        append_value(*node.value);
         break;
       case JsonForm::kBare:
-        out_ += *node.value;
+        out_.add(*node.value);
         break;
       case JsonForm::kEmpty:
-        out_ += "[null]";
+        out_.add("[null]");
         break;
     }
   }
@@ -183,34 +191,47 @@ void JsonPrinter::append_node(const DocumentNode& node, std::string_view without
 void JsonPrinter::append_operation(const DocumentNode& node) {
   open('{');
   separate();
-  append_value(out_, kOperationAnnotation);
-  out_ += ": ";
-  append_value(out_, shown_operation(node));
+  append_value(kOperationAnnotation);
+  out_.add(": ");
+  append_value(shown_operation(node));
   close('}');
 }
 
 // Appends the name of the member that a node is, with its module where that is not its parent's.
 void JsonPrinter::append_name(const DocumentNode& node, std::string_view before) {
-  name_ = before;
-  const auto module = module_name(node);
-  const bool is_inherited = path_.empty() ? module.empty() : module == module_name(*path_.back());
-  if (!is_inherited) {
-    name_ += module;
-    name_ += ':';
-  }
-  name_ += node.tag.text();
+  const bool is_inherited =
+      path_.empty() ? module_name(node).empty() : has_same_module(node, *path_.back());
   if (node.schema == nullptr) {
-    append_value(out_, name_);
+    std::string name(before);
+    if (!is_inherited) name.append(module_name(node)).append(":");
+    append_value(name.append(node.tag));
   } else {  // identifiers have nothing to be escaped
-    out_ += '"';
-    out_ += name_;
-    out_ += '"';
+    out_.add('"');
+    out_.add(before);
+    if (!is_inherited) {
+      out_.add(module_name(node));
+      out_.add(':');
+    }
+    out_.add(node.tag);
+    out_.add('"');
   }
-  out_ += ": ";
+  out_.add(": ");
+}
+
+void JsonPrinter::append_value(std::string_view value) {
+  if (is_plain(value)) {
+    out_.add('"');
+    out_.add(value);
+    out_.add('"');
+  } else {
+    std::string quoted;
+    ocifip::append_value(quoted, value);
+    out_.add(quoted);
+  }
 }
 
 void JsonPrinter::open(char bracket) {
-  out_ += bracket;
+  out_.add(bracket);
   ++depth_;
   is_first_ = true;
 }
@@ -218,16 +239,16 @@ void JsonPrinter::open(char bracket) {
 void JsonPrinter::close(char bracket) {
   --depth_;
   if (!is_first_) {
-    out_ += '\n';
-    indent(out_, depth_);
+    out_.add('\n');
+    out_.add(2 * depth_, ' ');
   }
-  out_ += bracket;
+  out_.add(bracket);
   is_first_ = false;
 }
 
 void JsonPrinter::separate() {
-  out_ += is_first_ ? "\n" : ",\n";
-  indent(out_, depth_);
+  out_.add(is_first_ ? "\n" : ",\n");
+  out_.add(2 * depth_, ' ');
   is_first_ = false;
 }
 

@@ -29,6 +29,9 @@ std::size_t utf8_length(std::string_view text);
 // The text with U+FFFD in place of each byte that is not part of a UTF-8 character.
 std::string valid_utf8(std::string_view text);
 
+// Whether a text is ASCII that needs no escapes in double quotes.
+bool is_plain(std::string_view text);
+
 // Appends a text in double quotes, escaped as a JSON string.
 void append_quoted(std::string& out, std::string_view text);
 

@@ -13,38 +13,42 @@ namespace {
 // Entries of a part, which is small enough to stay in the processor's cache while it is printed.
 constexpr std::size_t kEntriesOfPart = 100;
 
-std::vector<const ChildSlot*> slots_in_order(const OutputNode& node) {
+bool stands_before(const ChildSlot* first, const ChildSlot* second) {
+  return first->place->order < second->place->order;
+}
+
+// Calls a function with the slots of a node in schema order.
+template <class Visit>
+void each_slot(const OutputNode& node, const Visit& visit) {
   std::vector<const ChildSlot*> slots;
+  bool is_sorted = true;
+  for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
+    is_sorted = is_sorted && (slot->next == nullptr || !stands_before(slot->next, slot));
+  }
+  // Mappings nearly always write in schema order: then nothing takes memory.
+  if (is_sorted) {
+    for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) visit(*slot);
+    return;
+  }
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
     slots.push_back(slot);
   }
-  const auto stands_before = [](const ChildSlot* first, const ChildSlot* second) {
-    return first->place->order < second->place->order;
-  };
-  // A sort takes memory, and mappings nearly always write in schema order.
-  if (!std::is_sorted(slots.begin(), slots.end(), stands_before)) {
-    std::stable_sort(slots.begin(), slots.end(), stands_before);
-  }
-  return slots;
+  std::stable_sort(slots.begin(), slots.end(), stands_before);
+  for (const ChildSlot* slot : slots) visit(*slot);
 }
 
 std::vector<DocumentNode> children_of(const OutputNode& node);
 
-DocumentNode node_at(const Place& place) {
-  if (place.schema != nullptr) {
-    return node_of(place.schema);
-  }
-  DocumentNode document;
-  document.tag = place.tag;
-  document.module = place.module;
-  document.module_namespace = place.module_namespace;
-  return document;
-}
-
-// A node without its children.
-DocumentNode bare_document(const OutputNode& node) {
+// Fills a new node but for its children.
+void fill_alone(DocumentNode& document, const OutputNode& node) {
   const Place& place = *node.place;
-  DocumentNode document = node_at(place);
+  if (place.schema != nullptr) {
+    document = node_of(place.schema);
+  } else {
+    document.tag = place.tag;
+    document.module = place.module;
+    document.module_namespace = place.module_namespace;
+  }
   document.kind = place.kind;
   if (node.head.value != nullptr) {
     document.value = node.head.value;
@@ -55,31 +59,27 @@ DocumentNode bare_document(const OutputNode& node) {
   }
   document.cause = node.cause;
   document.may_be_missing = node.may_be_missing;
-  return document;
 }
 
-DocumentNode to_document(const OutputNode& node) {
-  DocumentNode document = bare_document(node);
+// Fills a new node: made in its place, it is not moved.
+void fill(DocumentNode& document, const OutputNode& node) {
+  fill_alone(document, node);
   document.children = children_of(node);
-  return document;
 }
 
 // Recursion is as deep as the longest path that was written.
 std::vector<DocumentNode> children_of(const OutputNode& node) {
-  const auto slots = slots_in_order(node);
   std::size_t count = 0;
-  for (const ChildSlot* slot : slots) {
+  for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
     count += slot->count;
   }
   std::vector<DocumentNode> children;
   children.reserve(count);
-  for (const ChildSlot* slot : slots) {
-    for (const OutputNode* child = slot->first; child != nullptr; child = child->next) {
-      if (OutputTree::is_shown(child)) {
-        children.push_back(to_document(*child));
-      }
+  each_slot(node, [&children](const ChildSlot& slot) {
+    for (const OutputNode* child = slot.first; child != nullptr; child = child->next) {
+      if (OutputTree::is_shown(child)) fill(children.emplace_back(), *child);
     }
-  }
+  });
   return children;
 }
 
@@ -123,13 +123,14 @@ bool to_documents(OutputTree& tree, const std::string& name,
   tree.complete_keys();
   const ChildSlot* list = long_list(*tree.root());
   if (list == nullptr) return false;
-  const DocumentNode container = bare_document(*list->first->parent);
+  DocumentNode container;
+  fill_alone(container, *list->first->parent);
   for (const OutputNode* entry = list->first; entry != nullptr;) {
     Document part = {name, {container}};
     auto& entries = part.roots.front().children;
     entries.reserve(kEntriesOfPart);
     for (; entry != nullptr && entries.size() < kEntriesOfPart; entry = entry->next) {
-      if (OutputTree::is_shown(entry)) entries.push_back(to_document(*entry));
+      if (OutputTree::is_shown(entry)) fill(entries.emplace_back(), *entry);
     }
     if (!entries.empty()) take(std::move(part));
   }
