@@ -14,6 +14,7 @@
 #include "mapping/interface_nodes.h"
 #include "mapping/map_input.h"
 #include "mapping/outcomes.h"
+#include "mapping/said_operations.h"
 #include "mapping/unaffected.h"
 #include "mapping/virtual_addresses.h"
 #include "result_codes.h"
@@ -141,13 +142,15 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
       operation == DefaultOperation::kNone ? Operation::kNone : Operation::kWrite;
   MappedEdit mapped;
   try {
-    if (purpose != Purpose::kCalls && inherited == Operation::kWrite) {
+    const SaidOperations said = said_operations(edit.roots);
+    if (purpose != Purpose::kCalls && inherited == Operation::kWrite && said.deletion) {
       settle_virtual_addresses(edit, [&](Document read) {
         return reads_.expand(read) ? reads_.answer(read) : Document();
       });
     }
-    subtrees_ = find_subtrees(framework_.models, device_, inherited, edit);
-    if (purpose != Purpose::kCalls) drop_unaffected(edit, inherited);
+    subtrees_ = find_subtrees(framework_.models, device_, inherited, said, edit);
+    const bool has_none = inherited == Operation::kNone || said.none;
+    if (purpose != Purpose::kCalls && has_none) drop_unaffected(edit, inherited);
     if (purpose == Purpose::kDevice) drop_absent(edit.roots, inherited, mapped.outcome.refusal);
     std::vector<EditPart> parts = parts_of(std::move(edit), operation);
     const NativePartTaker& taker = parts.size() == 1 ? take : NativePartTaker();

@@ -57,10 +57,13 @@ const char* reason_to_stay(const Path& path) {
 
 class SubtreeSearch {
  public:
-  SubtreeSearch(const Models& models, const DeviceDirectory& device)
-      : models_(models), device_(device) {}
+  SubtreeSearch(const Models& models, const DeviceDirectory& device, const SaidOperations& said)
+      : models_(models), device_(device), said_(said) {}
 
   std::deque<Subtree> run(Document& edit, Operation operation) {
+    const bool has_any = said_.replace || said_.deletion || said_.none || said_.creation ||
+                         operation == Operation::kNone;
+    if (!has_any) return {};
     for (DocumentNode& root : edit.roots) visit(root, operation);
     return std::move(found_);
   }
@@ -76,7 +79,7 @@ class SubtreeSearch {
       node.cause = &found_.back();
     } else if (is_replaced(node)) {
       add_replaced();
-      take_deletions(node);
+      if (said_.deletion || said_.write) take_deletions(node);
     } else {
       const bool is_entry = is_entry_of_subinterface(node) || is_subinterface(node);
       if (operation == Operation::kNone && is_entry) add_passed(node);
@@ -280,6 +283,7 @@ class SubtreeSearch {
 
   const Models& models_;
   const DeviceDirectory& device_;
+  const SaidOperations& said_;
   std::deque<Subtree> found_;
   Path path_;
 };
@@ -287,8 +291,8 @@ class SubtreeSearch {
 }  // namespace
 
 std::deque<Subtree> find_subtrees(const Models& models, const DeviceDirectory& device,
-                                  Operation operation, Document& edit) {
-  return SubtreeSearch(models, device).run(edit, operation);
+                                  Operation operation, const SaidOperations& said, Document& edit) {
+  return SubtreeSearch(models, device, said).run(edit, operation);
 }
 
 }  // namespace ocifip

@@ -9,6 +9,7 @@
 #include "device/device_directory.h"
 #include "io/document.h"
 #include "io/models.h"
+#include "mapping/said_operations.h"
 
 namespace ocifip {
 
@@ -43,8 +44,11 @@ struct Subtree {
 //
 // An address and a value of a leaf-list are the mapping's to write and delete, and are no part of
 // what it may leave. The VRRP groups of an interface are those of its own address.
+//
+//   operation  of nodes that say none
+//   said       what the nodes of the edit say
 std::deque<Subtree> find_subtrees(const Models& models, const DeviceDirectory& device,
-                                  Operation operation, Document& edit);
+                                  Operation operation, const SaidOperations& said, Document& edit);
 
 }  // namespace ocifip
 
