@@ -10,18 +10,12 @@ constexpr std::size_t kLargestBlock = std::size_t{1} << 20;
 
 }  // namespace
 
-void* Arena::allocate(std::size_t size, std::size_t alignment) {
-  void* place = next_;
-  if (next_ == nullptr || std::align(alignment, size, place, left_) == nullptr) {
-    block_size_ = std::min(2 * block_size_, kLargestBlock);
-    left_ = std::max(size + alignment, block_size_);
-    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(left_));
-    place = blocks_.back().get();
-    std::align(alignment, size, place, left_);
-  }
-  next_ = static_cast<std::byte*>(place) + size;
-  left_ -= size;
-  return place;
+void* Arena::allocate_in_new_block(std::size_t size, std::size_t alignment) {
+  block_size_ = std::min(2 * block_size_, kLargestBlock);
+  left_ = std::max(size + alignment, block_size_);
+  blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(left_));
+  next_ = blocks_.back().get();
+  return allocate(size, alignment);
 }
 
 const char* Arena::copy(std::string_view text) {

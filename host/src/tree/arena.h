@@ -3,6 +3,7 @@
 #define OCIFIP_HOST_TREE_ARENA_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -19,7 +20,17 @@ class Arena {
   Arena(const Arena&) = delete;
   Arena& operator=(const Arena&) = delete;
 
-  void* allocate(std::size_t size, std::size_t alignment);
+  // The alignment is a power of two.
+  void* allocate(std::size_t size, std::size_t alignment) {
+    const std::size_t padding = (0 - reinterpret_cast<std::uintptr_t>(next_)) & (alignment - 1);
+    if (padding + size > left_) {
+      return allocate_in_new_block(size, alignment);
+    }
+    std::byte* place = next_ + padding;
+    next_ = place + size;
+    left_ -= padding + size;
+    return place;
+  }
 
   template <class T, class... Arguments>
   T* make(Arguments&&... arguments) {
@@ -40,6 +51,8 @@ class Arena {
   const char* copy(std::string_view text);
 
  private:
+  void* allocate_in_new_block(std::size_t size, std::size_t alignment);
+
   std::vector<std::unique_ptr<std::byte[]>> blocks_;
   std::byte* next_ = nullptr;
   std::size_t left_ = 0;
