@@ -151,6 +151,9 @@ cerrno Placement::write(const PathWrite& write, OutputNode** created) {
       node = tree_.name_entry(node, key, write.value);
     }
     keep_interface(node->place->is_key ? node->parent : node);
+    if (step->role == PlaceRole::kNativeInterface && i + 1 < start->steps.size()) {
+      i += follow(&node, start->steps.subspan(i + 1));
+    }
   }
   put(node, write.value, write.source);
   *created = node;
@@ -329,6 +332,26 @@ void Placement::keep_interface(OutputNode* entry) {
   if (is_needed && request_.state().current_ifname[0] != '\0') {
     tree_.set_interface(entry, request_.native_interface_name());
   }
+}
+
+// Goes from a native interface through the containers that begin a way; returns how many. Nearly
+// all writes go through those that the last one went through: they stay where they are for as long
+// as the interface does.
+std::size_t Placement::follow(OutputNode** node, Steps way) {
+  WayBelow& last = request_.last_way();
+  if (last.interface != *node) {
+    last.interface = *node;
+    last.nodes.clear();
+  }
+  std::size_t count = 0;
+  for (; count + 1 < way.size() && !way[count]->is_list(); ++count) {
+    if (count == last.nodes.size() || last.nodes[count]->place != way[count]) {
+      last.nodes.resize(count);
+      last.nodes.push_back(tree_.child(*node, way[count]));
+    }
+    *node = last.nodes[count];
+  }
+  return count;
 }
 
 // Whether an entry waits for the name of another interface than the one being mapped.

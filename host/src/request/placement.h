@@ -61,6 +61,7 @@ class Placement {
   void keep_interface(OutputNode* entry);
   [[nodiscard]] bool is_of_another_interface(const OutputNode* entry) const;
   [[nodiscard]] bool stands_for_all(const OutputNode* entry, const Place* key) const;
+  std::size_t follow(OutputNode** node, Steps way);
   OutputNode* arrive(OutputNode* parent, const Place* step, const PathWrite& write);
   OutputNode* new_entry(OutputNode* parent, const Place* list);
   OutputNode* entry_on_the_way(OutputNode* parent, const Place* list, bool make);

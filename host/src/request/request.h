@@ -61,6 +61,12 @@ struct NativeInterface {
   OutputNode* entry = nullptr;
 };
 
+// The containers below a native interface that the last write went through, down to a list.
+struct WayBelow {
+  OutputNode* interface = nullptr;
+  std::vector<OutputNode*> nodes;
+};
+
 class Request {
  public:
   // The input lives as long as the request.
@@ -120,6 +126,7 @@ class Request {
   [[nodiscard]] std::string native_interface_name() const;
   // The native interface that was written to last.
   [[nodiscard]] NativeInterface& last_native_interface() { return native_interface_; }
+  [[nodiscard]] WayBelow& last_way() { return last_way_; }
 
   // A remark for the user; the same one is kept once.
   void note(const std::string& remark);
@@ -163,6 +170,7 @@ class Request {
   std::vector<const InputNode*> output_list_;
   std::string trim_prefix_;
   NativeInterface native_interface_;
+  WayBelow last_way_;
   std::vector<std::string> notes_;
   std::string error_line_;
   std::optional<std::vector<const InputNode*>> failing_nodes_;
