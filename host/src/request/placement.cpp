@@ -1,6 +1,7 @@
 #include "request/placement.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -368,7 +369,8 @@ OutputNode* Placement::native_interface(OutputNode* parent, const Place* list, b
   const yfw_map_request_state& state = request_.state();
   NativeInterface& known = request_.last_native_interface();
   if (known.entry == nullptr || known.entry->parent != parent || known.entry->place != list ||
-      known.name != state.current_ifname || known.index != state.current_subif_index) {
+      std::strcmp(known.name.c_str(), state.current_ifname) != 0 ||
+      std::strcmp(known.index.c_str(), state.current_subif_index) != 0) {
     const std::string name = request_.native_interface_name();
     known = {state.current_ifname, state.current_subif_index,
              named_entry(parent, list, native_interface_keys(*list, name), make)};

@@ -60,16 +60,16 @@ cerrno find_entry(Request& request, const ListSearch& search, bool make,
     return kInvalidArgument;
   }
   OutputNode* parent = parent_of_list(placement, *start, make);
-  OutputNode* entry = OutputTree::find_entry_by_key(parent, list, key, search.value);
+  OutputTree& tree = request.output();
+  OutputNode* entry = tree.find_entry_by_key(parent, list, key, search.value);
   if (entry == nullptr && make) {
-    OutputTree& tree = request.output();
     entry = tree.name_entry(tree.add_entry(parent, list), key, search.value);
     OutputTree::show(entry);
   }
   if (entry == nullptr) {
     return kNotFound;
   }
-  request.output().make_current(entry);
+  tree.make_current(entry);
   store(found, entry);
   return kOk;
 }

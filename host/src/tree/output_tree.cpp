@@ -13,6 +13,11 @@ constexpr std::size_t kShortList = 8;
 
 std::uint8_t contract_kind(const Place& place) { return static_cast<std::uint8_t>(place.kind); }
 
+bool is_complete(KeyValues values) {
+  return std::all_of(values.begin(), values.end(),
+                     [](std::string_view value) { return value.data() != nullptr; });
+}
+
 bool is_complete(const OutputNode* entry) {
   const auto& keys = entry->place->keys;
   return !keys.empty() && std::all_of(keys.begin(), keys.end(), [&](const Place* key) {
@@ -57,6 +62,15 @@ bool matches(const OutputNode* entry, KeyValues wanted) {
     }
   }
   return true;
+}
+
+template <class Visit>
+void for_each_entry(ChildSlot* slot, const Visit& visit) {
+  for (OutputNode* entry = slot->first; entry != nullptr; entry = entry->next) {
+    if (entry->joined == nullptr) {
+      visit(entry);
+    }
+  }
 }
 
 // Whether one of two siblings in the same slot stands before the other.
@@ -201,8 +215,9 @@ OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted, const Outp
   const auto is_wanted = [&](const OutputNode* entry) {
     return entry != but && entry->joined == nullptr && matches(entry, wanted);
   };
-  if (slot->index != nullptr) {
-    return slot->index->find(hash_keys(slot->place, wanted), is_wanted);
+  const KeyIndex* index = is_complete(wanted) ? slot->index : slot->index_of_single_keys;
+  if (index != nullptr) {
+    return index->find(hash_keys(slot->place, wanted), is_wanted);
   }
   OutputNode* entry = slot->first;
   while (entry != nullptr && !is_wanted(entry)) {
@@ -218,12 +233,17 @@ OutputNode* OutputTree::find_entry(const OutputNode* parent, const Place* list, 
 OutputNode* OutputTree::find_entry_by_key(const OutputNode* parent, const Place* list,
                                           const Place* key, std::string_view value) {
   const std::size_t ordinal = ordinal_of(list, key);
-  if (ordinal == list->keys.size()) {
+  ChildSlot* slot = find_slot(parent, list);
+  if (ordinal == list->keys.size() || slot == nullptr) {
     return nullptr;
+  }
+  if (slot->index != nullptr && slot->index_of_single_keys == nullptr && list->keys.size() > 1) {
+    slot->index_of_single_keys = arena_.make<KeyIndex>();
+    for_each_entry(slot, [&](OutputNode* entry) { index_single_keys(slot, entry); });
   }
   std::vector<std::string_view> wanted(list->keys.size());
   wanted[ordinal] = value;
-  return find(find_slot(parent, list), wanted);
+  return find(slot, wanted);
 }
 
 OutputNode* OutputTree::entry(OutputNode* parent, const Place* list, KeyValues values) {
@@ -339,27 +359,29 @@ void OutputTree::complete_keys() {
 
 void OutputTree::index_all(ChildSlot* slot) {
   slot->index = arena_.make<KeyIndex>();
-  for (OutputNode* entry = slot->first; entry != nullptr; entry = entry->next) {
-    if (entry->joined == nullptr) {
-      index_keys(slot, entry);
-    }
-  }
+  for_each_entry(slot, [&](OutputNode* entry) { index_keys(slot, entry); });
 }
 
-// Enters an entry under all its keys, and under each one of several that no other entry has.
 void OutputTree::index_keys(ChildSlot* slot, OutputNode* entry) {
   if (slot->index == nullptr) {
     return;
   }
-  const std::vector<std::string_view> values = key_values(entry);
   if (is_complete(entry)) {
-    slot->index->insert(arena_, hash_keys(slot->place, values), entry);
+    slot->index->insert(arena_, hash_keys(slot->place, key_values(entry)), entry);
   }
-  for (std::size_t i = 0; values.size() > 1 && i < values.size(); ++i) {
+  if (slot->index_of_single_keys != nullptr) {
+    index_single_keys(slot, entry);
+  }
+}
+
+// Enters an entry under each of its keys that no other entry has.
+void OutputTree::index_single_keys(ChildSlot* slot, OutputNode* entry) {
+  const std::vector<std::string_view> values = key_values(entry);
+  for (std::size_t i = 0; i < values.size(); ++i) {
     std::vector<std::string_view> single(values.size());
     single[i] = values[i];
     if (values[i].data() != nullptr && find(slot, single) == nullptr) {
-      slot->index->insert(arena_, hash_keys(slot->place, single), entry);
+      slot->index_of_single_keys->insert(arena_, hash_keys(slot->place, single), entry);
     }
   }
 }

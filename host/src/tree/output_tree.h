@@ -25,7 +25,10 @@ struct ChildSlot {
   OutputNode* last = nullptr;
   OutputNode* current = nullptr;  // of a list: the entry last found, created or stitched
   std::size_t count = 0;
-  KeyIndex* index = nullptr;  // of a list that has grown long
+  // Of a list that has grown long: its entries by all their keys and, once entries are looked for
+  // by one of several, those by each one.
+  KeyIndex* index = nullptr;
+  KeyIndex* index_of_single_keys = nullptr;
 };
 
 struct OutputNode {
@@ -80,8 +83,8 @@ class OutputTree {
   // The entry with all its keys given, or null.
   static OutputNode* find_entry(const OutputNode* parent, const Place* list, KeyValues values);
   // The first entry with one key's value, or null.
-  static OutputNode* find_entry_by_key(const OutputNode* parent, const Place* list,
-                                       const Place* key, std::string_view value);
+  OutputNode* find_entry_by_key(const OutputNode* parent, const Place* list, const Place* key,
+                                std::string_view value);
   // The entry with all its keys given, found or made; what is current stays so.
   OutputNode* entry(OutputNode* parent, const Place* list, KeyValues values);
   // A new entry without keys, which becomes current.
@@ -114,6 +117,7 @@ class OutputTree {
   OutputNode* complete_entry(OutputNode* entry);
   void index_all(ChildSlot* slot);
   void index_keys(ChildSlot* slot, OutputNode* entry);
+  void index_single_keys(ChildSlot* slot, OutputNode* entry);
   void absorb(OutputNode* target, OutputNode* source);
   OutputNode* counterpart(OutputNode* target, const OutputNode* child);
   OutputNode* list_counterpart(OutputNode* target, const OutputNode* child);
