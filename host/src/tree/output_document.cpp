@@ -71,7 +71,7 @@ void fill(DocumentNode& document, const OutputNode& node) {
 std::vector<DocumentNode> children_of(const OutputNode& node) {
   std::size_t count = 0;
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
-    count += slot->count;
+    count += slot->count();
   }
   std::vector<DocumentNode> children;
   children.reserve(count);

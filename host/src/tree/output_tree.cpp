@@ -127,6 +127,15 @@ ChildSlot* OutputTree::slot(OutputNode* parent, const Place* place) {
   return *link;
 }
 
+ListedNodes& OutputTree::listed(ChildSlot* slot) {
+  if (slot->listed == nullptr) {
+    slot->listed = arena_.make<ListedNodes>();
+    slot->listed->last = slot->first;
+    slot->listed->count = std::size_t{slot->first != nullptr};
+  }
+  return *slot->listed;
+}
+
 OutputNode* OutputTree::append(ChildSlot* slot, OutputNode* parent) {
   OutputNode* node = arena_.make<OutputNode>();
   node->place = slot->place;
@@ -134,9 +143,14 @@ OutputNode* OutputTree::append(ChildSlot* slot, OutputNode* parent) {
   node->head.tag = slot->place->tag.c_str();
   node->head.module_namespace = slot->place->module_namespace.c_str();
   node->head.kind = contract_kind(*slot->place);
-  (slot->last == nullptr ? slot->first : slot->last->next) = node;
-  slot->last = node;
-  ++slot->count;
+  if (slot->first == nullptr && slot->listed == nullptr) {
+    slot->first = node;
+  } else {
+    ListedNodes& nodes = listed(slot);
+    (nodes.last == nullptr ? slot->first : nodes.last->next) = node;
+    nodes.last = node;
+    ++nodes.count;
+  }
   // A node that no model knows was taken for a leaf until it had a child.
   parent->head.kind = contract_kind(*parent->place);
   return node;
@@ -187,7 +201,8 @@ void OutputTree::show(OutputNode* node) {
 
 OutputNode* OutputTree::current_entry(const OutputNode* parent, const Place* list) {
   const ChildSlot* entries = find_slot(parent, list);
-  return entries == nullptr ? nullptr : resolved(entries->current);
+  return entries == nullptr || entries->listed == nullptr ? nullptr
+                                                          : resolved(entries->listed->current);
 }
 
 void OutputTree::make_current(OutputNode* entry) {
@@ -195,17 +210,27 @@ void OutputTree::make_current(OutputNode* entry) {
 }
 
 void OutputTree::set_current(ChildSlot* slot, OutputNode* entry) {
-  if (slot->current == nullptr) {
+  OutputNode*& current = listed(slot).current;
+  if (current == nullptr) {
     current_slots_.push_back(slot);
   }
-  slot->current = entry;
+  current = entry;
 }
 
 void OutputTree::forget_current_entries() {
   for (ChildSlot* slot : current_slots_) {
-    slot->current = nullptr;
+    slot->listed->current = nullptr;
   }
   current_slots_.clear();
+}
+
+// The index of a list by the keys that are given; null when it has none.
+const KeyIndex* OutputTree::index_for(const ChildSlot* slot, KeyValues wanted) {
+  const ListedNodes* entries = slot->listed;
+  if (entries == nullptr || entries->index == nullptr) {
+    return nullptr;
+  }
+  return is_complete(wanted) ? entries->index : entries->index_of_single_keys;
 }
 
 OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted, const OutputNode* but) {
@@ -215,8 +240,7 @@ OutputNode* OutputTree::find(const ChildSlot* slot, KeyValues wanted, const Outp
   const auto is_wanted = [&](const OutputNode* entry) {
     return entry != but && entry->joined == nullptr && matches(entry, wanted);
   };
-  const KeyIndex* index = is_complete(wanted) ? slot->index : slot->index_of_single_keys;
-  if (index != nullptr) {
+  if (const KeyIndex* index = index_for(slot, wanted)) {
     return index->find(hash_keys(slot->place, wanted), is_wanted);
   }
   OutputNode* entry = slot->first;
@@ -237,8 +261,10 @@ OutputNode* OutputTree::find_entry_by_key(const OutputNode* parent, const Place*
   if (ordinal == list->keys.size() || slot == nullptr) {
     return nullptr;
   }
-  if (slot->index != nullptr && slot->index_of_single_keys == nullptr && list->keys.size() > 1) {
-    slot->index_of_single_keys = arena_.make<KeyIndex>();
+  ListedNodes& entries = listed(slot);
+  if (entries.index != nullptr && entries.index_of_single_keys == nullptr &&
+      list->keys.size() > 1) {
+    entries.index_of_single_keys = arena_.make<KeyIndex>();
     for_each_entry(slot, [&](OutputNode* entry) { index_single_keys(slot, entry); });
   }
   std::vector<std::string_view> wanted(list->keys.size());
@@ -267,7 +293,8 @@ OutputNode* OutputTree::add_entry(OutputNode* parent, const Place* list) {
 OutputNode* OutputTree::append_entry(OutputNode* parent, const Place* list) {
   ChildSlot* entries = slot(parent, list);
   OutputNode* entry = append(entries, parent);
-  if (entries->index == nullptr && entries->count > kShortList && !list->keys.empty()) {
+  const bool is_long = entries->count() > kShortList && entries->listed->index == nullptr;
+  if (is_long && !list->keys.empty()) {
     index_all(entries);
   }
   return entry;
@@ -358,18 +385,19 @@ void OutputTree::complete_keys() {
 }
 
 void OutputTree::index_all(ChildSlot* slot) {
-  slot->index = arena_.make<KeyIndex>();
+  listed(slot).index = arena_.make<KeyIndex>();
   for_each_entry(slot, [&](OutputNode* entry) { index_keys(slot, entry); });
 }
 
 void OutputTree::index_keys(ChildSlot* slot, OutputNode* entry) {
-  if (slot->index == nullptr) {
+  const ListedNodes* entries = slot->listed;
+  if (entries == nullptr || entries->index == nullptr) {
     return;
   }
   if (is_complete(entry)) {
-    slot->index->insert(arena_, hash_keys(slot->place, key_values(entry)), entry);
+    entries->index->insert(arena_, hash_keys(slot->place, key_values(entry)), entry);
   }
-  if (slot->index_of_single_keys != nullptr) {
+  if (entries->index_of_single_keys != nullptr) {
     index_single_keys(slot, entry);
   }
 }
@@ -381,7 +409,7 @@ void OutputTree::index_single_keys(ChildSlot* slot, OutputNode* entry) {
     std::vector<std::string_view> single(values.size());
     single[i] = values[i];
     if (values[i].data() != nullptr && find(slot, single) == nullptr) {
-      slot->index_of_single_keys->insert(arena_, hash_keys(slot->place, single), entry);
+      slot->listed->index_of_single_keys->insert(arena_, hash_keys(slot->place, single), entry);
     }
   }
 }

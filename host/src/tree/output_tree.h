@@ -17,11 +17,8 @@ namespace ocifip {
 
 struct OutputNode;
 
-// The children of a node that stand in one place: one container or leaf, or the entries of a list.
-struct ChildSlot {
-  const Place* place = nullptr;
-  ChildSlot* next = nullptr;
-  OutputNode* first = nullptr;
+// Several nodes in one place.
+struct ListedNodes {
   OutputNode* last = nullptr;
   OutputNode* current = nullptr;  // of a list: the entry last found, created or stitched
   std::size_t count = 0;
@@ -29,6 +26,19 @@ struct ChildSlot {
   // by one of several, those by each one.
   KeyIndex* index = nullptr;
   KeyIndex* index_of_single_keys = nullptr;
+};
+
+// The children of a node that stand in one place: one container or leaf, or the entries of a list.
+struct ChildSlot {
+  const Place* place = nullptr;
+  ChildSlot* next = nullptr;
+  OutputNode* first = nullptr;
+  ListedNodes* listed =
+      nullptr;  // null for a single node, as nearly all are, without a current one
+
+  [[nodiscard]] std::size_t count() const {
+    return listed != nullptr ? listed->count : std::size_t{first != nullptr};
+  }
 };
 
 struct OutputNode {
@@ -107,9 +117,11 @@ class OutputTree {
 
  private:
   static ChildSlot* find_slot(const OutputNode* parent, const Place* place);
+  static const KeyIndex* index_for(const ChildSlot* slot, KeyValues wanted);
   // The first entry with the keys that are given, but for one; null when there is none.
   static OutputNode* find(const ChildSlot* slot, KeyValues wanted, const OutputNode* but = nullptr);
   ChildSlot* slot(OutputNode* parent, const Place* place);
+  ListedNodes& listed(ChildSlot* slot);
   OutputNode* append(ChildSlot* slot, OutputNode* parent);
   void set_current(ChildSlot* slot, OutputNode* entry);
   void give_key(OutputNode* entry, const Place* key, std::string_view value);
