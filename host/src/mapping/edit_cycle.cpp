@@ -168,11 +168,11 @@ MappedEdit EditCycle::map(Document edit, DefaultOperation operation, Purpose pur
 
 void EditCycle::map_part(EditPart part, Operation operation, RequestSettings settings,
                          const NativePartTaker& take, MappedEdit& mapped) {
-  const InputTree input(part.document, operation);
+  std::optional<InputTree> input(std::in_place, part.document, operation);
   part.document = {};  // the largest thing in memory, if it were kept
   settings.request_op = part.request_op;
   settings.operation = operation;
-  Request request(framework_, input, settings);
+  Request request(framework_, *input, settings);
   Outcome outcome = outcome_of(request, map_input(request, plugin_.openconfig));
   mapped.outcome.text += outcome.text;
   mapped.outcome.refusal = std::move(outcome.refusal);
@@ -182,6 +182,7 @@ void EditCycle::map_part(EditPart part, Operation operation, RequestSettings set
   mapped.has_effect = mapped.has_effect || has_effect(*request.output().root());
   if (take && is_complete()) {
     mapped.is_in_parts = to_documents(request.output(), "output", [&](Document native) {
+      input.reset();  // only the output is asked for any more: that makes room for the text
       settle_promotions(native);
       take(std::move(native));
     });
