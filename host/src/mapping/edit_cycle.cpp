@@ -181,10 +181,10 @@ void EditCycle::map_part(EditPart part, Operation operation, RequestSettings set
                               outcome.notes.end());
   mapped.has_effect = mapped.has_effect || has_effect(*request.output().root());
   if (take && is_complete()) {
-    mapped.is_in_parts = to_documents(request.output(), "output", [&](Document native) {
+    mapped.is_in_parts = to_documents(request.output(), "output", [&](Document& native) {
       input.reset();  // only the output is asked for any more: that makes room for the text
       settle_promotions(native);
-      take(std::move(native));
+      take(native);
     });
     if (mapped.is_in_parts) return;
   }

@@ -42,8 +42,8 @@ struct MappedEdit {
   bool has_effect = false;
 };
 
-// Takes a native edit part by part.
-using NativePartTaker = std::function<void(Document part)>;
+// Takes a native edit part by part. It may change a part.
+using NativePartTaker = std::function<void(Document& part)>;
 
 // One edit. What a framework adds to what the mapping writes is done here: the mapping is entered
 // once for each kind of request that the edit holds, and what a replaced or deleted subtree holds

@@ -176,8 +176,8 @@ MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle
 Outcome Mapper::edit(const EditRequest& request, Format format) {
   const ActiveDevice active(device_);
   EditCycle cycle(framework_, plugin_, device_, reads_);
-  // The first part of an edit is nearly always all of it. For each of many, those before would be
-  // read again.
+  // The first part of an edit that asks is nearly always all of it. For each of many, what those
+  // before asked for would be read again.
   bool is_first = true;
   DeletedValues deleted([&](const Document& part) -> const std::vector<DocumentNode>& {
     const NativeConfiguration& native = device_.device().native;
@@ -186,7 +186,7 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   });
   JoinedText text(format);
   std::vector<std::string> of_printing;
-  const NativePartTaker print = [&](Document part) {
+  const NativePartTaker print = [&](Document& part) {
     if (format != Format::kTree) deleted.give(part);
     text.add(part, of_printing);
   };

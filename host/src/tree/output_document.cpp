@@ -37,50 +37,67 @@ void each_slot(const OutputNode& node, const Visit& visit) {
   for (const ChildSlot* slot : slots) visit(*slot);
 }
 
-std::vector<DocumentNode> children_of(const OutputNode& node);
+void fill_children(std::vector<DocumentNode>& children, const OutputNode& node);
 
-// Fills a new node but for its children.
-void fill_alone(DocumentNode& document, const OutputNode& node) {
-  const Place& place = *node.place;
-  if (place.schema != nullptr) {
-    document = node_of(place.schema);
-  } else {
+void set_place(DocumentNode& document, const Place& place) {
+  if (place.schema == nullptr) {
     document.tag = place.tag;
     document.module = place.module;
     document.module_namespace = place.module_namespace;
+    document.schema = nullptr;
+  } else if (document.schema != place.schema) {
+    auto children = std::move(document.children);
+    document = node_of(place.schema);
+    document.children = std::move(children);
   }
   document.kind = place.kind;
+}
+
+// Makes a node of a document, which may be another one's, into an output node's, but for its
+// children.
+void fill_alone(DocumentNode& document, const OutputNode& node) {
+  const Place& place = *node.place;
+  set_place(document, place);
   if (node.head.value != nullptr) {
     document.value = node.head.value;
+  } else {
+    document.value.reset();
   }
   const std::uint8_t operation = operation_of(node);
   if (operation != NIDL_YFW_EDIT_WRITE && !place.is_key) {
     document.operation = static_cast<Operation>(operation);
+  } else {
+    document.operation.reset();
   }
   document.cause = node.cause;
   document.may_be_missing = node.may_be_missing;
 }
 
-// Fills a new node: made in its place, it is not moved.
 void fill(DocumentNode& document, const OutputNode& node) {
   fill_alone(document, node);
-  document.children = children_of(node);
+  fill_children(document.children, node);
+}
+
+// Appends a node of a document behind the first ones: the next that there is, or a new one.
+void put(std::vector<DocumentNode>& nodes, std::size_t& count, const OutputNode& node) {
+  if (count == nodes.size()) nodes.emplace_back();
+  fill(nodes[count++], node);
 }
 
 // Recursion is as deep as the longest path that was written.
-std::vector<DocumentNode> children_of(const OutputNode& node) {
-  std::size_t count = 0;
+void fill_children(std::vector<DocumentNode>& children, const OutputNode& node) {
+  std::size_t most = 0;
   for (const ChildSlot* slot = node.slots; slot != nullptr; slot = slot->next) {
-    count += slot->count();
+    most += slot->count();
   }
-  std::vector<DocumentNode> children;
-  children.reserve(count);
-  each_slot(node, [&children](const ChildSlot& slot) {
+  children.reserve(most);
+  std::size_t count = 0;
+  each_slot(node, [&](const ChildSlot& slot) {
     for (const OutputNode* child = slot.first; child != nullptr; child = child->next) {
-      if (OutputTree::is_shown(child)) fill(children.emplace_back(), *child);
+      if (OutputTree::is_shown(child)) put(children, count, *child);
     }
   });
-  return children;
+  children.resize(count);
 }
 
 // The one node below another, or null.
@@ -115,24 +132,26 @@ const ChildSlot* long_list(const OutputNode& root) {
 
 Document to_document(OutputTree& tree, std::string name) {
   tree.complete_keys();
-  return {std::move(name), children_of(*tree.root())};
+  Document document = {std::move(name), {}};
+  fill_children(document.roots, *tree.root());
+  return document;
 }
 
 bool to_documents(OutputTree& tree, const std::string& name,
-                  const std::function<void(Document part)>& take) {
+                  const std::function<void(Document& part)>& take) {
   tree.complete_keys();
   const ChildSlot* list = long_list(*tree.root());
   if (list == nullptr) return false;
-  DocumentNode container;
-  fill_alone(container, *list->first->parent);
+  Document part = {name, std::vector<DocumentNode>(1)};
+  fill_alone(part.roots.front(), *list->first->parent);
+  auto& entries = part.roots.front().children;
   for (const OutputNode* entry = list->first; entry != nullptr;) {
-    Document part = {name, {container}};
-    auto& entries = part.roots.front().children;
-    entries.reserve(kEntriesOfPart);
-    for (; entry != nullptr && entries.size() < kEntriesOfPart; entry = entry->next) {
-      if (OutputTree::is_shown(entry)) fill(entries.emplace_back(), *entry);
+    std::size_t count = 0;
+    for (; entry != nullptr && count < kEntriesOfPart; entry = entry->next) {
+      if (OutputTree::is_shown(entry)) put(entries, count, *entry);
     }
-    if (!entries.empty()) take(std::move(part));
+    entries.resize(count);
+    if (count != 0) take(part);
   }
   return true;
 }

@@ -16,10 +16,12 @@ namespace ocifip {
 Document to_document(OutputTree& tree, std::string name);
 
 // The same in parts, which follow each other in the document: each has some of the entries of its
-// one long list. False, and nothing is handed over, when the tree is anything else than a container
-// of that list, all of whose entries have their keys and do something.
+// one long list. A part may be changed, but for its container; the next one is made of its nodes,
+// which saves half of what making them new takes. False, and nothing is handed over, when the tree
+// is anything else than a container of that list, all of whose entries have their keys and do
+// something.
 bool to_documents(OutputTree& tree, const std::string& name,
-                  const std::function<void(Document part)>& take);
+                  const std::function<void(Document& part)>& take);
 
 }  // namespace ocifip
 
