@@ -9,7 +9,8 @@
 namespace ocifip {
 namespace {
 
-// Two addresses, one, or none; an MTU, which every fifth has replaced.
+// Two addresses, one, or none; an MTU, which every seventh has replaced: parts differ from each
+// other.
 std::string subinterface(int index) {
   const std::string net = "10." + std::to_string(index / 200) + "." + std::to_string(index % 200);
   std::string addresses;
@@ -19,7 +20,7 @@ std::string subinterface(int index) {
     addresses += R"({"ip":")" + ip + R"(","config":{"ip":")" + ip + R"(","prefix-length":24}})";
   }
   std::string family = R"("config":{"mtu":)" + std::to_string(1400 + index);
-  if (index % 5 == 0) family += R"(,"@mtu":{"ietf-netconf:operation":"replace"})";
+  if (index % 7 == 0) family += R"(,"@mtu":{"ietf-netconf:operation":"replace"})";
   family += "}";
   if (!addresses.empty()) family = R"("addresses":{"address":[)" + addresses + "]}," + family;
   return R"({"index":)" + std::to_string(index) + R"(,"openconfig-if-ip:ipv4":{)" + family + "}}";
