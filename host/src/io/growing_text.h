@@ -11,8 +11,8 @@
 
 namespace ocifip {
 
-// Its functions are inline, as those of std::string are not. With them, JSON is printed in two thirds
-// of the instructions.
+// Its functions are inline, as those of std::string are not. With them, JSON is printed in two
+// thirds of the instructions.
 class GrowingText {
  public:
   void add(char c) {
