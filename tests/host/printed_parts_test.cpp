@@ -55,20 +55,22 @@ std::string interfaces_in(const std::string& text, const Around& around) {
   return text.substr(begin, text.size() - begin - around.behind.size());
 }
 
-TEST(Hosts, PrintEditsOfManyInterfacesAsThoseOfSome) {
+void expect_that_parts_join(Format format, const Around& around) {
   Host host({.plugin = OCIFIP_PLUGIN, .models = OCIFIP_MODELS_DIR});
-  for (const auto& [format, around] : {std::pair{Format::kTree, Around{"\n", "", ""}},
-                                       {Format::kJson, {"[\n", ",\n", "\n    ]\n  }\n}\n"}}}) {
-    for (const auto operation : {DefaultOperation::kMerge, DefaultOperation::kReplace}) {
-      std::string some;
-      for (int first = 0; first < 250; first += 50) {
-        some += some.empty() ? "" : around.between;
-        some += interfaces_in(edit(host, first, first + 50, operation, format), around);
-      }
-      EXPECT_NE(some.find("1649"), std::string::npos);
-      EXPECT_EQ(interfaces_in(edit(host, 0, 250, operation, format), around), some);
+  for (const auto operation : {DefaultOperation::kMerge, DefaultOperation::kReplace}) {
+    std::string some;
+    for (int first = 0; first < 250; first += 50) {
+      some += some.empty() ? "" : around.between;
+      some += interfaces_in(edit(host, first, first + 50, operation, format), around);
     }
+    EXPECT_NE(some.find("1649"), std::string::npos);
+    EXPECT_EQ(interfaces_in(edit(host, 0, 250, operation, format), around), some);
   }
+}
+
+TEST(Hosts, PrintEditsOfManyInterfacesAsThoseOfSome) {
+  expect_that_parts_join(Format::kTree, {"\n", "", ""});
+  expect_that_parts_join(Format::kJson, {"[\n", ",\n", "\n    ]\n  }\n}\n"});
 }
 
 }  // namespace
