@@ -62,6 +62,7 @@ void add_mentioned(const std::vector<DocumentNode>& nodes, InterfaceNames& names
 
 const Document& part_asked(const Models& models, const NativeConfiguration& native,
                            const Document& queries) {
+  if (native.is_read()) return native.whole();
   InterfaceNames names;
   const bool names_all =
       std::all_of(queries.roots.begin(), queries.roots.end(),

@@ -67,7 +67,7 @@ const Document& NativeConfiguration::with_lines() const {
 }
 
 const Document& NativeConfiguration::part(const InterfaceNames& interfaces) const {
-  if (whole_ || !text_) return whole();
+  if (is_read()) return whole();
   if (!parts_.empty() && read_.contains(interfaces)) return *parts_.back();
   if (parts_.size() == kMostParts) return whole();
   read_.add(interfaces);
@@ -75,7 +75,7 @@ const Document& NativeConfiguration::part(const InterfaceNames& interfaces) cons
 }
 
 std::vector<InterfaceEntry> NativeConfiguration::entries() const {
-  if (text_ && !whole_) return text_->entries();
+  if (!is_read()) return text_->entries();
   std::vector<InterfaceEntry> entries;
   add_entries(whole().roots, entries);
   return entries;

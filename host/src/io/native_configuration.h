@@ -87,6 +87,9 @@ class NativeConfiguration {
   // What is no interface's, and the entries of these interfaces; it may have those of others.
   [[nodiscard]] const Document& part(const InterfaceNames& interfaces) const;
 
+  // Whether all of it has been read: nothing is gained by asking for a part.
+  [[nodiscard]] bool is_read() const { return whole_ != nullptr || text_ == nullptr; }
+
   [[nodiscard]] std::vector<InterfaceEntry> entries() const;
 
  private:
