@@ -11,8 +11,8 @@ namespace ocifip {
 // each node may be by itself. False where they do, and for data with a fault. A document has no
 // node twice.
 //
-// Of the native models, 1,000 entries of interfaces take 10 million instructions; to build and
-// validate libyang's tree of them takes 330 million.
+// Of the native models, 1,000 entries of interfaces take 25 million instructions; to build and
+// validate libyang's tree of them takes 340 million.
 bool is_plainly_accepted(const Models& models, const Document& document);
 
 }  // namespace ocifip

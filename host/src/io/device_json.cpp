@@ -191,7 +191,7 @@ class PlainNative : public NativeText {
         text_(std::move(text)),
         json_(std::move(json)),
         native_(native) {
-    read_plainly({}, &entries_);
+    outline_ = read_plainly({}, &entries_);
   }
 
   [[nodiscard]] Document read_exactly() const override {
@@ -201,6 +201,8 @@ class PlainNative : public NativeText {
     return explain([this] { return build({}); });
   }
   [[nodiscard]] Document read(const InterfaceNames& interfaces) const override {
+    static const InterfaceNames kNone;
+    if (kNone.contains(interfaces)) return outline_;
     return explain([&] { return read_plainly(interfaces, nullptr); });
   }
   [[nodiscard]] std::vector<InterfaceEntry> entries() const override { return entries_; }
@@ -255,6 +257,7 @@ class PlainNative : public NativeText {
   std::shared_ptr<const std::string> text_;
   std::shared_ptr<const PlainJson> json_;
   PlainJson::Value native_;
+  Document outline_;  // what is no interface's
   std::vector<InterfaceEntry> entries_;
 };
 

@@ -29,9 +29,9 @@ nlohmann::ordered_json open_device_json(const Models& models, const std::string&
                                         const std::shared_ptr<const std::string>& text,
                                         std::shared_ptr<const NativeText>& native);
 
-// The text of a device file with another object for "native", which is given as JSON. All else is
-// as it was, byte by byte; a file without the field has it at its end. Throws InputError for text
-// that is not JSON, for a file that is not an object, and for one whose "native" is none.
+// The text of a device file, which has been read, with another object for "native", which is given
+// as JSON. All else is as it was, byte by byte; a file without the field has it at its end. Throws
+// InputError for a file that is not an object, and for one whose "native" is none.
 std::string with_native(const std::string& name, const std::string& text,
                         const std::string& native);
 

@@ -203,11 +203,15 @@ std::string expected_value(const lysc_node* leaf) {
   return "a value of its type";
 }
 
-bool ValueCheck::takes(const lysc_node* leaf, const std::string& value) {
-  const auto* type = type_of(leaf);
+bool ValueCheck::is_known(const lysc_type* type, const std::string& value) const {
   if (is_plain_number(type, value)) return true;
   const auto last = taken_.find(type);
-  if (last != taken_.end() && last->second == value) return true;
+  return last != taken_.end() && last->second == value;
+}
+
+bool ValueCheck::takes(const lysc_node* leaf, const std::string& value) {
+  const auto* type = type_of(leaf);
+  if (is_known(type, value)) return true;
   if (!ocifip::takes(leaf, value)) return false;
   taken_.insert_or_assign(type, value);
   return true;
@@ -215,9 +219,7 @@ bool ValueCheck::takes(const lysc_node* leaf, const std::string& value) {
 
 bool ValueCheck::settle(const lysc_node* leaf, std::string& value) {
   const auto* type = type_of(leaf);
-  if (is_plain_number(type, value)) return true;
-  const auto last = taken_.find(type);
-  if (last != taken_.end() && last->second == value) return true;
+  if (is_known(type, value)) return true;
   std::string canonical;
   const bool is_number = integer_type(type).has_value();
   if (!ocifip::takes(leaf, value, is_number ? &canonical : nullptr)) {

@@ -38,6 +38,9 @@ class ValueCheck {
   bool settle(const lysc_node* leaf, std::string& value);
 
  private:
+  // Whether a type takes a value without a look at the type's restrictions, or has just taken it.
+  [[nodiscard]] bool is_known(const lysc_type* type, const std::string& value) const;
+
   // The value that a type took last. The key of an entry comes again in its settings, and many
   // settings are alike.
   std::unordered_map<const lysc_type*, std::string> taken_;

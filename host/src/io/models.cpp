@@ -370,28 +370,27 @@ bool is_constrained(const lysc_node* node) {
          has_number_of_values(node) || Models::is_any(node);
 }
 
+// Whether something holds of a node or of one below it, which is remembered.
+bool is_anywhere(const lysc_node* node, std::optional<bool> Index::*known,
+                 bool (*is)(const lysc_node*)) {
+  Index& index = index_of(node);
+  std::optional<bool>& found = index.*known;
+  if (!found) {
+    found =
+        is(node) || std::any_of(index.children.begin(), index.children.end(),
+                                [&](const auto* child) { return is_anywhere(child, known, is); });
+  }
+  return *found;
+}
+
 }  // namespace
 
 bool Models::has_far_constraints(const lysc_node* node) const {
-  Index& index = index_of(node);
-  if (!index.has_far_constraints) {
-    index.has_far_constraints =
-        is_far_constrained(node) ||
-        std::any_of(index.children.begin(), index.children.end(),
-                    [this](const lysc_node* child) { return has_far_constraints(child); });
-  }
-  return *index.has_far_constraints;
+  return is_anywhere(node, &Index::has_far_constraints, is_far_constrained);
 }
 
 bool Models::has_constraints(const lysc_node* node) const {
-  Index& index = index_of(node);
-  if (!index.has_constraints) {
-    index.has_constraints =
-        is_constrained(node) ||
-        std::any_of(index.children.begin(), index.children.end(),
-                    [this](const lysc_node* child) { return has_constraints(child); });
-  }
-  return *index.has_constraints;
+  return is_anywhere(node, &Index::has_constraints, is_constrained);
 }
 
 bool Models::is_empty_leaf(const lysc_node* node) {

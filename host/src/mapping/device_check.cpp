@@ -43,7 +43,8 @@ class ConcernedInterfaces {
 
   // Of its subinterfaces those that are named, and all when not all are that it may be about.
   void add_interface(const DocumentNode& interface) {
-    const std::string& name = *key_value(interface, "name");
+    const std::string* name = key_value(interface, "name");
+    if (name == nullptr) return;
     bool is_about_all = interface.operation || has_only_keys(interface);
     for (const DocumentNode& child : interface.children) {
       if (!is_named(child, kInterfacesModule, "subinterfaces")) continue;
@@ -51,11 +52,11 @@ class ConcernedInterfaces {
       for (const DocumentNode& subinterface : child.children) {
         const std::string* index = key_value(subinterface, "index");
         is_about_all = is_about_all || index == nullptr;
-        if (index != nullptr) names_.add(native_name(name, *index));
+        if (index != nullptr) names_.add(native_name(*name, *index));
       }
     }
-    names_.add(name);
-    if (is_about_all) names_.add_all_of(name);
+    names_.add(*name);
+    if (is_about_all) names_.add_all_of(*name);
   }
 
   const DeviceDirectory& device_;
