@@ -4,12 +4,14 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "device/device_directory.h"
 #include "device/item_bytes.h"
 #include "io/device_file.h"
 #include "io/device_json.h"
 #include "io/models.h"
+#include "io/module_library.h"
 #include "io/print_document.h"
 #include "io/save_file.h"
 #include "io/text.h"
@@ -56,6 +58,7 @@ class Host::Impl {
     return print_registrations(plugin_.version(), plugin_.registrations(), format);
   }
   [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
+  [[nodiscard]] const Models& models() const { return models_; }
 
  private:
   void save(Document& native, const std::function<void()>& ready);
@@ -71,7 +74,7 @@ class Host::Impl {
 // The file comes first: when it cannot be written, nothing has happened.
 Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
   if (request.save && !device_file_) {
-    throw InputError("nothing to save to: no device file was given");
+    throw InputError("nothing to save to: no device file was given", {InputFault::Kind::kNotSaved});
   }
   Applied applied = mapper_.apply(request.edit, device_.device().native.whole(), format);
   if (applied.native) {
@@ -125,5 +128,12 @@ Outcome Host::report(const ReportRequest& request, Format format) {
 std::string Host::registrations(Format format) const { return impl_->registrations(format); }
 
 Coverage Host::coverage() const { return impl_->coverage(); }
+
+std::vector<Module> Host::modules() const { return module_list(impl_->models()); }
+
+std::optional<std::string> Host::module_text(const std::string& name,
+                                             const std::string& revision) const {
+  return ocifip::module_text(impl_->models(), name, revision);
+}
 
 }  // namespace ocifip

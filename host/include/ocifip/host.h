@@ -4,22 +4,53 @@
 #ifndef OCIFIP_HOST_H_
 #define OCIFIP_HOST_H_
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "ocifip/configuration.h"
+#include "ocifip/outcome.h"
 #include "ocifip/progress.h"
 
 namespace ocifip {
 
+// What is wrong with input, for programs.
+struct InputFault {
+  enum class Kind {
+    kOther,             // none of the others, or with the device's own configuration
+    kMalformed,         // the text is not one of its encoding, or the document has not its form
+    kUnknownNode,       // no model, or no mapping, has the node
+    kUnknownNamespace,  // no model has the module of the node
+    kUnknownAttribute,  // of an XML element, or an annotation in JSON
+    kBadValue,          // of a leaf, key or attribute; or a node of another kind, or there twice
+    kMissingNode,       // something must be there, such as a key
+    kNotSaved           // the device file could not be written; nothing has happened
+  };
+
+  Kind kind = Kind::kOther;
+  std::string tag{};     // of the node or attribute, or ""
+  std::string path{};    // instance path of the node, or of the one with the attribute; or ""
+  std::string reason{};  // the sentence alone, without the file and its line
+};
+
 // Input that cannot be read: "FILE:LINE: reason", or "FILE: reason" where no line is known.
 class InputError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit InputError(const std::string& what) : InputError(what, InputFault{}) {}
+  // Without a reason, the fault's is all that is said.
+  InputError(const std::string& what, InputFault fault) : std::runtime_error(what) {
+    if (fault.reason.empty()) fault.reason = what;
+    fault_ = std::make_shared<const InputFault>(std::move(fault));
+  }
+
+  [[nodiscard]] const InputFault& fault() const { return *fault_; }
+
+ private:
+  std::shared_ptr<const InputFault> fault_;  // copies of exceptions do not throw
 };
 
 // The plug-in or a YANG module cannot be loaded.
@@ -79,26 +110,6 @@ struct QueryRequest {
 struct ReportRequest {
   Source data;
   Content content = Content::kAll;
-};
-
-// Why the mapping refused a request, or the device the native edit that came of it.
-struct Refusal {
-  std::uint32_t code = 0;
-  std::string tag;      // of the refused node, else of the innermost one being walked; or ""
-  std::string path;     // instance path of the node, or of the nodes being walked
-  std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
-  std::string hint{};   // the host's sentence beside it, without a full stop; "" for none
-
-  // `"enabled" at /interfaces/... : MESSAGE (0xaaf2ee00 unsupported)` in one line, with the hint
-  // behind the message, or before that of a failed copy of a text. Without a tag the path comes
-  // first, without a path the message.
-  [[nodiscard]] std::string text() const;
-};
-
-struct Outcome {
-  std::string text;                // what was asked for, in the format asked for
-  std::optional<Refusal> refusal;  // set: text is empty, but for Format::kCalls
-  std::vector<std::string> notes;  // remarks for the user, a sentence each
 };
 
 // An edit that is carried out on the device.
@@ -182,6 +193,14 @@ class Host {
 
   // What the mapping does with each leaf, found by making requests of it, whatever the device is.
   [[nodiscard]] Coverage coverage() const;
+
+  // All YANG modules, implemented ones first, each group by name.
+  [[nodiscard]] std::vector<Module> modules() const;
+
+  // The YANG text of a module or submodule: its file's, or as libyang prints one that is built in.
+  // Nothing when there is none of that name and revision, "" for any.
+  [[nodiscard]] std::optional<std::string> module_text(const std::string& name,
+                                                       const std::string& revision) const;
 
  private:
   class Impl;

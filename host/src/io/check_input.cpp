@@ -12,6 +12,8 @@
 namespace ocifip {
 namespace {
 
+using NodePath = std::vector<const DocumentNode*>;
+
 class InputCheck {
  public:
   InputCheck(const Models& models, const Document& document, InputUse use)
@@ -23,8 +25,11 @@ class InputCheck {
   }
 
  private:
-  [[noreturn]] void fail(const DocumentNode& node, const std::string& reason) const {
-    throw input_error(document_.name, node.line, reason);
+  [[noreturn]] void fail(const DocumentNode& node, InputFault::Kind kind,
+                         const std::string& reason) const {
+    NodePath path = path_;
+    if (path.empty() || path.back() != &node) path.push_back(&node);
+    throw input_error(document_.name, node.line, reason, {kind, node.tag, instance_path(path)});
   }
   [[noreturn]] void fail_unknown(const DocumentNode& node) const;
   [[noreturn]] void fail_leaf(const DocumentNode& leaf, const std::string& reason);
@@ -37,7 +42,7 @@ class InputCheck {
   InputUse use_;
   ValueCheck values_;
   StateNodes state_;
-  std::vector<const DocumentNode*> path_;  // from the top to the parent of the node at hand
+  NodePath path_;  // from the top to the parent of the node at hand
 };
 
 void InputCheck::fail_unknown(const DocumentNode& node) const {
@@ -46,16 +51,18 @@ void InputCheck::fail_unknown(const DocumentNode& node) const {
   const bool is_of_parent = parent != nullptr && parent->module == node.module;
   const auto name = is_of_parent ? node.tag : qualified_name(node);
   const auto where = parent == nullptr ? " at the top" : " below " + instance_path(path_);
-  fail(node, (is_unknown_module ? "unknown module of node " : "unknown node ") + in_quotes(name) +
-                 where +
-                 meant_node(models_, parent == nullptr ? nullptr : parent->schema, node.tag));
+  const auto kind =
+      is_unknown_module ? InputFault::Kind::kUnknownNamespace : InputFault::Kind::kUnknownNode;
+  fail(node, kind,
+       (is_unknown_module ? "unknown module of node " : "unknown node ") + in_quotes(name) + where +
+           meant_node(models_, parent == nullptr ? nullptr : parent->schema, node.tag));
 }
 
 void InputCheck::fail_leaf(const DocumentNode& leaf, const std::string& reason) {
   path_.push_back(&leaf);
   // The name of a document that is a path says where.
   const bool is_path = leaf.line == 0 && document_.name.starts_with('/');
-  fail(leaf,
+  fail(leaf, InputFault::Kind::kBadValue,
        is_path ? in_quotes(leaf.tag) + ": " + reason : reason + ", at " + instance_path(path_));
 }
 

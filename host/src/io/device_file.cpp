@@ -379,7 +379,8 @@ Device open_device(const Models& models, const std::string& name,
 void check_native(const Models& models, const Document& native) {
   if (const auto fault = check_data(models, native)) {
     const std::string place = fault->path.empty() ? "" : ", at " + fault->path;
-    throw input_error(native.name, fault->line, fault->reason + place);
+    throw input_error(native.name, fault->line, fault->reason + place,
+                      {InputFault::Kind::kOther, fault->tag, fault->path});
   }
 }
 

@@ -21,6 +21,7 @@ class Merger {
  private:
   void merge_node(DocumentNode& target, DocumentNode addition);
   void refuse_conflict(const DocumentNode& target, const DocumentNode& addition) const;
+  [[noreturn]] void fail(const std::string& reason) const;
 
   bool takes_last_;
   std::vector<const DocumentNode*> path_;
@@ -29,14 +30,18 @@ class Merger {
 // A node that one document deletes may not be anything else in the other.
 void Merger::refuse_conflict(const DocumentNode& target, const DocumentNode& addition) const {
   if (is_key(target)) return;
-  if (is_deleted(target) != is_deleted(addition)) {
-    throw InputError(instance_path(path_) + ": deleted and written in one request");
-  }
+  if (is_deleted(target) != is_deleted(addition)) fail("deleted and written in one request");
   const bool has_values = target.kind == NodeKind::kLeaf && target.value && addition.value;
   if (!takes_last_ && has_values && *target.value != *addition.value) {
-    throw InputError(instance_path(path_) + ": two values in one request, " +
-                     in_quotes(*target.value) + " and " + in_quotes(*addition.value));
+    fail("two values in one request, " + in_quotes(*target.value) + " and " +
+         in_quotes(*addition.value));
   }
+}
+
+void Merger::fail(const std::string& reason) const {
+  const std::string path = instance_path(path_);
+  throw InputError(path + ": " + reason,
+                   {InputFault::Kind::kBadValue, path_.back()->tag, path, reason});
 }
 
 void Merger::merge_node(DocumentNode& target, DocumentNode addition) {

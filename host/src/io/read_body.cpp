@@ -54,7 +54,8 @@ void add_keys(const Document& document, const BodyPlace& place, DocumentNode& en
     } else if (!has_same_value(*given, key)) {
       throw input_error(document.name, given->line,
                         "the key " + in_quotes(key.tag) + " is " + in_quotes(*key.value) +
-                            " in the path, but " + in_quotes(given->value.value_or("")) + " here");
+                            " in the path, but " + in_quotes(given->value.value_or("")) + " here",
+                        {InputFault::Kind::kBadValue, key.tag});
     }
   }
   arrange(entry.children);

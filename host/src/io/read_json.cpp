@@ -85,6 +85,9 @@ class JsonReader : public DocumentEvents {
 
  private:
   [[noreturn]] void fail(const std::string& reason) { builder_.fail(source_.line(), reason); }
+  [[noreturn]] void fail_annotation(const std::string& reason) {
+    builder_.fail_at(source_.line(), reason, InputFault::Kind::kUnknownAttribute, member_);
+  }
 
   // The scope that the innermost metadata belongs to is its object's.
   Metadata& metadata() {
@@ -195,13 +198,13 @@ void JsonReader::annotation(const std::optional<std::string>& value) {
     }
   } else if (member_ == "operation" || member_.ends_with(":operation")) {
     // Passed over, it would turn a delete into a write.
-    fail("unknown annotation " + in_quotes(member_) + builder_.here() + "; an operation is \"" +
-         std::string(kOperationAnnotation) + "\"");
+    fail_annotation("unknown annotation " + in_quotes(member_) + builder_.here() +
+                    "; an operation is \"" + std::string(kOperationAnnotation) + "\"");
   } else if (annotations_ == OtherAnnotations::kRefused) {
-    fail("an annotation, " + in_quotes(member_) + builder_.here());
+    fail_annotation("an annotation, " + in_quotes(member_) + builder_.here());
   } else if (!models_.has_annotation(member_)) {
-    fail("unknown annotation " + in_quotes(member_) + builder_.here() +
-         did_you_mean(member_, {std::string(kOperationAnnotation)}));
+    fail_annotation("unknown annotation " + in_quotes(member_) + builder_.here() +
+                    did_you_mean(member_, {std::string(kOperationAnnotation)}));
   }
 }
 

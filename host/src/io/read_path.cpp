@@ -38,6 +38,10 @@ class PathReader {
 
  private:
   [[noreturn]] void fail(const std::string& reason) const { builder_.fail(0, reason); }
+  [[noreturn]] void fail_at(const std::string& reason, InputFault::Kind kind,
+                            std::string_view tag) const {
+    builder_.fail_at(0, reason, kind, tag);
+  }
 
   Step take_step();
   Predicate take_predicate();
@@ -178,7 +182,8 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
   if (!step.module.empty()) {
     const auto module_namespace = models_.namespace_of(step.module);
     if (module_namespace.empty()) {
-      fail("no such module: " + in_quotes(step.module) + meant_node(models_, parent, step.tag));
+      fail_at("no such module: " + in_quotes(step.module) + meant_node(models_, parent, step.tag),
+              InputFault::Kind::kUnknownNamespace, step.tag);
     }
     found = models_.child(parent, step.tag, module_namespace);
   } else {
@@ -190,7 +195,8 @@ const lysc_node* PathReader::find(const lysc_node* parent, const Step& step) con
   if (found == nullptr) {
     const auto name = step.module.empty() ? std::string(step.tag)
                                           : std::string(step.module) + ':' + std::string(step.tag);
-    fail("no such node: " + in_quotes(name) + where + meant_node(models_, parent, step.tag));
+    fail_at("no such node: " + in_quotes(name) + where + meant_node(models_, parent, step.tag),
+            InputFault::Kind::kUnknownNode, step.tag);
   }
   return found;
 }
@@ -219,14 +225,17 @@ void PathReader::add_keys(const lysc_node* schema, const Step& step) {
   const auto& keys = Models::keys(schema);
   if (step.predicates.empty()) {
     // A read goes through all entries; an edit means one.
-    if (operation_ && !left_.empty() && !keys.empty()) fail("no keys for " + walked_);
+    if (operation_ && !left_.empty() && !keys.empty()) {
+      fail_at("no keys for " + walked_, InputFault::Kind::kMissingNode, keys.front());
+    }
     return;
   }
   for (const auto& predicate : step.predicates) {
     const auto is_same = [&predicate](const auto& other) { return other.name == predicate.name; };
     if (std::find(keys.begin(), keys.end(), predicate.name) == keys.end()) {
-      fail(in_quotes(predicate.name) + " is not a key of " + walked_ +
-           did_you_mean(predicate.name, keys));
+      fail_at(in_quotes(predicate.name) + " is not a key of " + walked_ +
+                  did_you_mean(predicate.name, keys),
+              InputFault::Kind::kUnknownNode, predicate.name);
     }
     if (std::count_if(step.predicates.begin(), step.predicates.end(), is_same) > 1) {
       fail("key " + in_quotes(predicate.name) + " of " + walked_ + " is given twice");
@@ -236,8 +245,10 @@ void PathReader::add_keys(const lysc_node* schema, const Step& step) {
     const auto found =
         std::find_if(step.predicates.begin(), step.predicates.end(),
                      [&key](const auto& predicate) { return predicate.name == key; });
-    if (found == step.predicates.end())
-      fail("key " + in_quotes(key) + " of " + walked_ + " is missing");
+    if (found == step.predicates.end()) {
+      fail_at("key " + in_quotes(key) + " of " + walked_ + " is missing",
+              InputFault::Kind::kMissingNode, key);
+    }
     auto leaf = node_of(models_.child(schema, key, {}));
     leaf.value = found->value;
     builder_.add(std::move(leaf));

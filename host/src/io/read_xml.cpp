@@ -34,6 +34,8 @@ bool is_blank(std::string_view text) {
   return text.find_first_not_of(kBlanks) == std::string_view::npos;
 }
 
+using Fault = InputFault::Kind;
+
 std::string_view text_of(const xmlChar* text) {
   return text == nullptr ? "" : reinterpret_cast<const char*>(text);
 }
@@ -64,7 +66,8 @@ void check_encoding(const std::string& name, std::string_view text) {
       std::all_of(text.begin(), text.end(), is_ascii)) {
     return;
   }
-  throw input_error(name, 1, "the encoding is " + in_quotes(encoding) + ", only UTF-8 is read");
+  throw input_error(name, 1, "the encoding is " + in_quotes(encoding) + ", only UTF-8 is read",
+                    {Fault::kMalformed});
 }
 
 // An attribute as the parser gives it: five pointers.
@@ -114,11 +117,14 @@ class XmlReader {
   void make_parser();
   void feed(std::string_view text, bool is_last);
   void add_text(std::string_view text);
+  [[noreturn]] void fail_attribute(std::string_view name, const std::string& whose,
+                                   const DocumentNode& node) const;
   void annotate(std::span<const Attribute> attributes, DocumentNode* node);
   static void settle(DocumentNode& node, Element& element);
   [[nodiscard]] int line() const { return xmlSAX2GetLineNumber(parser_.get()); }
-  [[noreturn]] void fail(const std::string& reason) const {
-    throw input_error(name_, line(), reason);
+  [[noreturn]] void fail(const std::string& reason, Fault kind = Fault::kMalformed,
+                         std::string_view tag = {}) const {
+    throw input_error(name_, line(), reason, {kind, std::string(tag)});
   }
 
   const Models& models_;
@@ -173,7 +179,8 @@ xmlSAXHandler XmlReader::make_handler() {
   handler.serror = [](void* reader, xmlErrorPtr error) {
     if (error->level == XML_ERR_WARNING) return;
     take(reader, [&](XmlReader& self) {
-      throw input_error(self.name_, error->line, "not valid XML: " + in_one_line(error->message));
+      throw input_error(self.name_, error->line, "not valid XML: " + in_one_line(error->message),
+                        {Fault::kMalformed});
     });
   };
   return handler;
@@ -197,10 +204,12 @@ Document XmlReader::read(std::string_view text) {
 // A document has one element at the top, which a body has not.
 Document XmlReader::read_body(std::string_view text, const BodyPlace& place) {
   if (place.target.kind == NodeKind::kLeaf || place.target.kind == NodeKind::kLeafList) {
-    throw input_error(name_, 1, "the body of " + in_quotes(place.target.tag) + " is a JSON value");
+    throw input_error(name_, 1, "the body of " + in_quotes(place.target.tag) + " is a JSON value",
+                      {Fault::kMalformed});
   }
   if (place.target.kind == NodeKind::kList && place.keys.empty()) {
-    throw input_error(name_, 1, "XML elements are the body of one entry: its keys are missing");
+    throw input_error(name_, 1, "XML elements are the body of one entry: its keys are missing",
+                      {Fault::kMissingNode});
   }
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   if (text.starts_with("<?xml")) text.remove_prefix(std::min(text.find("?>") + 2, text.size()));
@@ -238,7 +247,8 @@ const EnvelopePart* XmlReader::part_of(std::string_view tag,
   if (around == nullptr || around->role == EnvelopePart::Role::kHolder) return nullptr;
   const auto* part = find_part(tag, around->tag);
   if (part == nullptr) {
-    fail(in_quotes(tag) + " is not supported in a NETCONF " + in_quotes(around->tag));
+    fail(in_quotes(tag) + " is not supported in a NETCONF " + in_quotes(around->tag),
+         Fault::kUnknownNode, tag);
   }
   return part;
 }
@@ -252,11 +262,13 @@ void XmlReader::open_part(const EnvelopePart& part, std::span<const Attribute> a
         part.tag.starts_with("rpc") || !text_of(attribute.module_namespace).empty();
     if (part.tag == "filter" && name == "type") {
       if (attribute.text() == "subtree") continue;
-      fail("only subtree filters are supported, not " + in_quotes(attribute.text()));
+      fail("only subtree filters are supported, not " + in_quotes(attribute.text()),
+           Fault::kBadValue, name);
     }
     if (!is_free) {
       fail("unknown attribute " + in_quotes(name) + " of " + in_quotes(part.tag) +
-           (part.tag == "filter" ? did_you_mean(name, {"type"}) : ""));
+               (part.tag == "filter" ? did_you_mean(name, {"type"}) : ""),
+           Fault::kUnknownAttribute, name);
     }
   }
   if (!open_.empty()) add_part(open_.back(), part);
@@ -279,22 +291,27 @@ void XmlReader::add_part(Element& around, const EnvelopePart& part) const {
 void XmlReader::close_part(const Element& element) {
   const auto& part = *element.part;
   if (!part.holds_one.empty() && element.parts.empty()) {
-    fail(in_quotes(part.tag) + " without a " + std::string(part.holds_one));
+    fail(in_quotes(part.tag) + " without a " + std::string(part.holds_one), Fault::kMissingNode,
+         part.tag);
   }
   const auto missing = missing_part(part, element.parts);
-  if (!missing.empty()) fail(in_quotes(part.tag) + " without its " + in_quotes(missing));
+  if (!missing.empty()) {
+    fail(in_quotes(part.tag) + " without its " + in_quotes(missing), Fault::kMissingNode, missing);
+  }
   if (part.role == EnvelopePart::Role::kParameter) take_parameter(part.tag, trimmed(element.text));
 }
 
 // Takes over a parameter of an edit. Edits are tested and atomic, whatever their other options say.
 void XmlReader::take_parameter(std::string_view tag, std::string_view text) {
   if (tag == "test-option") {
-    if (text == "test-only") fail("the test option \"test-only\" is not supported");
-    if (text != "set" && text != "test-then-set") fail("unknown test option " + in_quotes(text));
+    if (text == "test-only")
+      fail("the test option \"test-only\" is not supported", Fault::kBadValue, tag);
+    if (text != "set" && text != "test-then-set")
+      fail("unknown test option " + in_quotes(text), Fault::kBadValue, tag);
   } else if (tag == "error-option") {
     const bool is_known =
         text == "stop-on-error" || text == "continue-on-error" || text == "rollback-on-error";
-    if (!is_known) fail("unknown error option " + in_quotes(text));
+    if (!is_known) fail("unknown error option " + in_quotes(text), Fault::kBadValue, tag);
   } else {
     const std::array<std::pair<std::string_view, Operation>, 3> operations{
         {{"merge", Operation::kWrite},
@@ -303,7 +320,7 @@ void XmlReader::take_parameter(std::string_view tag, std::string_view text) {
     for (const auto& [name, operation] : operations) {
       if (text == name) operation_ = operation;
     }
-    if (!operation_) fail("unknown default operation " + in_quotes(text));
+    if (!operation_) fail("unknown default operation " + in_quotes(text), Fault::kBadValue, tag);
   }
 }
 
@@ -348,6 +365,14 @@ void XmlReader::add_text(std::string_view text) {
   }
 }
 
+void XmlReader::fail_attribute(std::string_view name, const std::string& whose,
+                               const DocumentNode& node) const {
+  builder_.fail_at(line(),
+                   "unknown attribute " + in_quotes(name) + whose + builder_.here(&node) +
+                       did_you_mean(name, {"operation"}),
+                   Fault::kUnknownAttribute, name, &node);
+}
+
 // Takes over the operation among an element's attributes; those of other namespaces mean nothing
 // here.
 void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* node) {
@@ -355,20 +380,19 @@ void XmlReader::annotate(std::span<const Attribute> attributes, DocumentNode* no
     const auto name = text_of(attribute.name);
     const bool is_netconf = text_of(attribute.module_namespace) == kNetconfNamespace;
     if (name != "operation" && is_netconf && node != nullptr) {
-      fail("unknown attribute " + in_quotes(name) + " of NETCONF" + builder_.here(node) +
-           did_you_mean(name, {"operation"}));
+      fail_attribute(name, " of NETCONF", *node);
     }
     if (name != "operation" && text_of(attribute.module_namespace).empty() && node != nullptr) {
-      fail("unknown attribute " + in_quotes(name) + builder_.here(node) +
-           did_you_mean(name, {"operation"}));
+      fail_attribute(name, "", *node);
     }
     if (name != "operation") continue;
     if (!is_netconf) {
       // Passed over, it would turn a delete into a write.
       fail("attribute " + in_quotes(name) + " is not in the namespace " +
-           std::string(kNetconfNamespace));
+               std::string(kNetconfNamespace),
+           Fault::kUnknownAttribute, name);
     }
-    if (node == nullptr) fail("an operation outside of a node");
+    if (node == nullptr) fail("an operation outside of a node", Fault::kUnknownAttribute, name);
     builder_.annotate(*node, attribute.text(), line());
   }
 }

@@ -19,7 +19,7 @@ namespace ocifip {
 namespace {
 
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
-  throw input_error(in_short(name), 0, reason);
+  throw input_error(in_short(name), 0, reason, {InputFault::Kind::kNotSaved});
 }
 
 [[noreturn]] void fail_for(const std::string& name, const std::string& what, int error) {
@@ -133,7 +133,9 @@ std::string read_file(const std::string& name) {
   while (file != nullptr && (length = std::fread(part.data(), 1, part.size(), file.get())) != 0) {
     text.append(part.data(), length);
   }
-  if (file == nullptr || std::ferror(file.get()) != 0) fail_for(name, "", errno);
+  if (file == nullptr || std::ferror(file.get()) != 0) {
+    throw input_error(in_short(name), 0, std::generic_category().message(errno));
+  }
   return text;
 }
 

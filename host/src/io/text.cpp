@@ -136,11 +136,13 @@ constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' &&
 
 }  // namespace
 
-InputError input_error(const std::string& name, int line, const std::string& reason) {
+InputError input_error(const std::string& name, int line, const std::string& reason,
+                       InputFault fault) {
   std::string message;
   append_escaped(message, valid_utf8(name));
   if (line > 0) message.append(":").append(std::to_string(line));
-  return InputError(message.append(": ").append(reason));
+  fault.reason = reason;
+  return {message.append(": ").append(reason), std::move(fault)};
 }
 
 LoadError load_error(const std::string& kind, const std::string& name, const std::string& reason) {
@@ -154,7 +156,7 @@ int line_at(std::string_view text, std::size_t at) {
 
 void check_text(const std::string& name, std::string_view text) {
   const auto fail = [&](std::size_t at, const std::string& reason) {
-    throw input_error(name, line_at(text, at), reason);
+    throw input_error(name, line_at(text, at), reason, {InputFault::Kind::kMalformed});
   };
   if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) fail(0, "the text is empty");
   if (begins_as_utf16(text)) fail(0, "UTF-16 text, only UTF-8 is read");

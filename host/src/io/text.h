@@ -12,7 +12,9 @@
 namespace ocifip {
 
 // "NAME:LINE: reason", or "NAME: reason" for line 0. Control characters of the name are escaped.
-InputError input_error(const std::string& name, int line, const std::string& reason);
+// The fault, whose reason is this one, tells programs what is wrong.
+InputError input_error(const std::string& name, int line, const std::string& reason,
+                       InputFault fault = {});
 
 // "cannot load the KIND NAME: reason", with what users gave as a name cut like every repeated text.
 LoadError load_error(const std::string& kind, const std::string& name, const std::string& reason);

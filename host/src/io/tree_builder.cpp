@@ -78,11 +78,22 @@ bool is_before(const DocumentNode& left, const DocumentNode& right) {
 TreeBuilder::TreeBuilder(const Models& models, std::string name)
     : models_(models), name_(std::move(name)) {}
 
-void TreeBuilder::fail(int line, const std::string& reason) const {
-  throw input_error(name_, line, reason);
+void TreeBuilder::fail(int line, const std::string& reason, InputFault::Kind kind) const {
+  throw input_error(name_, line, reason, {kind});
+}
+
+void TreeBuilder::fail_at(int line, const std::string& reason, InputFault::Kind kind,
+                          std::string_view tag, const DocumentNode* node) const {
+  throw input_error(name_, line, reason, {kind, std::string(tag), path(node)});
 }
 
 std::string TreeBuilder::here(const DocumentNode* node) const {
+  const std::string way = path(node);
+  return way.empty() ? way : ", at " + way;
+}
+
+// Of the innermost open node, or of one below it; "" at the top.
+std::string TreeBuilder::path(const DocumentNode* node) const {
   std::vector<DocumentNode> way;
   for (std::size_t at = 0; at < open_.size(); ++at) {
     const auto end = at + 1 < open_.size() ? open_[at + 1].first_child : pending_.size();
@@ -95,7 +106,7 @@ std::string TreeBuilder::here(const DocumentNode* node) const {
   path.reserve(way.size() + 1);
   for (const auto& step : way) path.push_back(&step);
   if (node != nullptr) path.push_back(node);
-  return path.empty() ? "" : ", at " + instance_path(path);
+  return path.empty() ? "" : instance_path(path);
 }
 
 DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
@@ -119,7 +130,8 @@ DocumentNode TreeBuilder::json_node(std::string_view member, int line) const {
   }
   if (schema != nullptr) return node_at(schema, line);
   if (colon == 0 || !is_identifier(tag)) {
-    fail(line, in_quotes(member) + " is not the name of a node" + here());
+    fail_at(line, in_quotes(member) + " is not the name of a node" + here(),
+            InputFault::Kind::kUnknownNode, member);
   }
   DocumentNode node;
   node.tag = tag;
@@ -148,7 +160,10 @@ DocumentNode TreeBuilder::xml_node(std::string_view module_namespace, std::strin
     if (is_bare && schema == nullptr) schema = only_child(parent_schema, tag, line);
   }
   if (schema != nullptr) return node_at(schema, line);
-  if (!is_identifier(tag)) fail(line, in_quotes(tag) + " is not the name of a node" + here());
+  if (!is_identifier(tag)) {
+    fail_at(line, in_quotes(tag) + " is not the name of a node" + here(),
+            InputFault::Kind::kUnknownNode, tag);
+  }
   DocumentNode node;
   node.tag = tag;
   node.line = line;
@@ -163,9 +178,11 @@ const lysc_node* TreeBuilder::only_child(const lysc_node* parent, std::string_vi
   for (const auto* child : models_.children(parent)) {
     if (Models::tag(child) != tag) continue;
     if (found != nullptr) {
-      fail(line, in_quotes(tag) + where + " needs a module: it is in " +
-                     std::string(Models::module(found)) + " and in " +
-                     std::string(Models::module(child)));
+      fail_at(line,
+              in_quotes(tag) + where + " needs a module: it is in " +
+                  std::string(Models::module(found)) + " and in " +
+                  std::string(Models::module(child)),
+              InputFault::Kind::kUnknownNamespace, tag);
     }
     found = child;
   }
@@ -173,14 +190,15 @@ const lysc_node* TreeBuilder::only_child(const lysc_node* parent, std::string_vi
 }
 
 void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int line) const {
-  const auto place = [&] {
-    const bool is_current = !at_top() && &node == &open_.back().node;
-    return is_current ? here() : here(&node);
+  const bool is_current = !at_top() && &node == &open_.back().node;
+  const DocumentNode* at = is_current ? nullptr : &node;
+  const auto fail_with = [&](const std::string& reason) {
+    fail_at(line, reason + here(at), InputFault::Kind::kBadValue, "operation", at);
   };
-  if (node.operation) fail(line, "two operations for one node" + place());
+  if (node.operation) fail_with("two operations for one node");
   const auto* const found = std::find_if(kOperations.begin(), kOperations.end(),
                                          [&](const auto& row) { return row.first == operation; });
-  if (found == kOperations.end()) fail(line, "unknown operation " + in_quotes(operation) + place());
+  if (found == kOperations.end()) fail_with("unknown operation " + in_quotes(operation));
   node.operation = found->second;
   node.is_created = operation == "create";
 }
@@ -192,9 +210,10 @@ void TreeBuilder::check_depth(int line) const {
 
 void TreeBuilder::check_kind(const DocumentNode& node) const {
   if (Models::kind(node.schema) == node.kind) return;
-  fail(node.line, in_quotes(node.tag) + " is " + std::string(kind_name(Models::kind(node.schema))) +
-                      " in the model, but " + std::string(kind_name(node.kind)) + " here" +
-                      here(&node));
+  fail_at(node.line,
+          in_quotes(node.tag) + " is " + std::string(kind_name(Models::kind(node.schema))) +
+              " in the model, but " + std::string(kind_name(node.kind)) + " here" + here(&node),
+          InputFault::Kind::kBadValue, node.tag, &node);
 }
 
 // Nodes that no model knows are what they look like.
@@ -209,7 +228,10 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
     if (may_be_repeated(node)) continue;
     const bool is_repeated =
         are_few ? is_among(nodes.first(at), node) : index.find(node) != nullptr;
-    if (is_repeated) fail(node.line, repeated(node) + here(&node));
+    if (is_repeated) {
+      fail_at(node.line, repeated(node) + here(&node), InputFault::Kind::kBadValue, node.tag,
+              &node);
+    }
     if (!are_few) index.add(node);
   }
 }

@@ -10,6 +10,7 @@
 
 #include "io/document.h"
 #include "io/models.h"
+#include "ocifip/host.h"
 
 namespace ocifip {
 
@@ -21,7 +22,13 @@ class TreeBuilder {
   // `name` is the source's, for messages. The models must outlive the builder.
   TreeBuilder(const Models& models, std::string name);
 
-  [[noreturn]] void fail(int line, const std::string& reason) const;
+  // `kind` is what programs are told of the fault.
+  [[noreturn]] void fail(int line, const std::string& reason,
+                         InputFault::Kind kind = InputFault::Kind::kMalformed) const;
+  // The same with the tag of the node or attribute, and the path of the node, or of the innermost
+  // open one for null.
+  [[noreturn]] void fail_at(int line, const std::string& reason, InputFault::Kind kind,
+                            std::string_view tag, const DocumentNode* node = nullptr) const;
 
   // Where the innermost open node is, or one below it, to be put behind a reason:
   // ", at /interfaces/interface[name='Eth1']"; "" at the top. Keys that come later are not known.
@@ -64,6 +71,7 @@ class TreeBuilder {
     std::size_t first_child;  // place in pending_
   };
 
+  [[nodiscard]] std::string path(const DocumentNode* node) const;
   void check_depth(int line) const;
   void check_siblings(std::span<DocumentNode> nodes) const;
   void check_kind(const DocumentNode& node) const;

@@ -6,6 +6,7 @@
 #include "device/subinterface_name.h"
 #include "io/device_file.h"
 #include "io/document_nodes.h"
+#include "io/print_document.h"
 #include "io/text.h"
 #include "mapping/interface_nodes.h"
 #include "yfw/context.h"
@@ -31,12 +32,15 @@ constexpr KeptKey kIndex = {"index", "subinterface index", kLongestIndex};
 constexpr KeptKey kNativeName = {"interface-name", "interface name", kLongestName};
 
 [[noreturn]] void fail(const Document& document, const DocumentNode& node,
-                       const std::string& reason) {
-  throw input_error(document.name, node.line, reason);
+                       const std::string& reason,
+                       InputFault::Kind kind = InputFault::Kind::kBadValue) {
+  throw input_error(document.name, node.line, reason, {kind, node.tag});
 }
 
 [[noreturn]] void fail_at_top(const Document& document, const DocumentNode& root) {
-  fail(document, root, "no mapping for " + in_quotes(qualified_name(root)) + " at the top");
+  throw input_error(document.name, root.line,
+                    "no mapping for " + in_quotes(qualified_name(root)) + " at the top",
+                    {InputFault::Kind::kUnknownNode, root.tag, instance_path({&root})});
 }
 
 // Returns whether the entry has the key.
@@ -78,7 +82,8 @@ void check_native_entries(const Document& document, const DocumentNode& node) {
   for (const DocumentNode& child : node.children) {
     if (is_named(child, kInterfaceManager, "interface-configuration") &&
         !check_key(document, child, kNativeName)) {
-      fail(document, child, "an interface-configuration without its interface-name");
+      fail(document, child, "an interface-configuration without its interface-name",
+           InputFault::Kind::kMissingNode);
     }
     for (const DocumentNode& leaf : child.children) {
       if (is_named(leaf, kInterfaceManager, kNativeName.tag) && leaf.value->starts_with('.')) {
@@ -91,7 +96,8 @@ void check_native_entries(const Document& document, const DocumentNode& node) {
 void check_no_operations(const Document& document, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
     if (node.operation) {
-      fail(document, node, "an operation in a query, on " + in_quotes(node.tag));
+      fail(document, node, "an operation in a query, on " + in_quotes(node.tag),
+           InputFault::Kind::kUnknownAttribute);
     }
     check_no_operations(document, node.children);
   }
