@@ -6,7 +6,8 @@
 
 tool_packages=(g++ cmake ninja-build pkg-config libyang2-dev libxml2-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev)
 test_packages=(libgtest-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 cppcheck shellcheck
-  python3 python3-jsonschema ccache dpkg-dev file groff-base)
+  python3 python3-jsonschema ccache dpkg-dev file groff-base
+  openssh-server openssh-client python3-ncclient yangcli)
 bench_packages=(libbenchmark-dev libxslt1-dev libyang-tools xsltproc valgrind python3) # the tests run the benchmarks, too
 coverage_packages=(llvm-14)
 
