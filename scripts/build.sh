@@ -16,7 +16,7 @@ export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 
 # What the tool is made from, as far as it is there.
 tool_sources=()
-for source in CMakeLists.txt CMakePresets.json cmake host manageability platform records tool; do
+for source in CMakeLists.txt CMakePresets.json agent cmake host manageability platform records tool; do
   [[ -e $root/$source ]] && tool_sources+=("$root/$source")
 done
 

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <variant>
 
+#include "agent_commands.h"
 #include "ocifip/device.h"
 #include "ocifip/host.h"
 #include "options.h"
@@ -113,6 +114,16 @@ Status run(const CommandLine& line, const DeviceCommand& command) {
   } else {
     write_output(command.action == Action::kShowSchema ? device_schema() : example_device_file());
   }
+  return kDone;
+}
+
+Status run(const CommandLine& line, const ServeCommand& command) {
+  serve(line, command);
+  return kDone;
+}
+
+Status run(const CommandLine&, const NetconfCommand& command) {
+  connect(command);
   return kDone;
 }
 

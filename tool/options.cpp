@@ -8,11 +8,13 @@
 #include <string_view>
 #include <system_error>
 
+#include "agent_options.h"
 #include "completion.h"
 #include "layout.h"
 #include "ocifip/contract_version.h"
 #include "ocifip/messages.h"
 #include "ocifip/nearest_name.h"
+#include "option_parts.h"
 
 namespace ocifip::tool {
 namespace {
@@ -88,68 +90,9 @@ constexpr const char* kDeviceExample =
     "  ocifip device >device.json\n"
     "  ocifip device device.json";
 
-// Of options and arguments that are names: an empty one is a mistake, as of a variable not set.
-CLI::Validator not_empty() {
-  return {[](const std::string& argument) {
-            return std::string(argument.empty() ? "an empty argument" : "");
-          },
-          std::string()};
-}
-
-// "--format" and "-f"; neither "-" nor a negative number.
-bool is_option(std::string_view argument) {
-  const auto dashes = std::min(argument.find_first_not_of('-'), argument.size());
-  const bool has_letter =
-      dashes < argument.size() && std::isalpha(static_cast<unsigned char>(argument[dashes])) != 0;
-  return dashes >= 2 || (dashes == 1 && has_letter);
-}
-
-// Of an option's value: an option where it would stand means that it was forgotten.
-CLI::Validator is_value() {
-  return {[](const std::string& argument) {
-            if (is_option(argument)) return in_quotes(argument) + " is an option, not a value";
-            return not_empty()(argument);
-          },
-          std::string()};
-}
-
-template <typename Value>
-using Words = std::map<std::string, Value>;
-
-// An option that takes one of a set of words. `names` lists them for the help.
-template <typename Target, typename Value>
-void add_choice(CLI::App* command, const std::string& option, Target& target,
-                const Words<Value>& words, const std::string& names,
-                const std::string& description) {
-  command
-      ->add_option_function<std::string>(
-          option, [&target, words](const std::string& word) { target = words.at(word); },
-          description)
-      ->type_name(names)
-      ->check(CLI::Validator(
-          [words, names](const std::string& word) {
-            if (words.contains(word)) return std::string();
-            std::vector<std::string> known;
-            for (const auto& [name, value] : words) known.push_back(name);
-            return in_quotes(word) + " is none of " + names + did_you_mean(word, known);
-          },
-          std::string()));
-}
-
 void add_format(CLI::App* command, Format& format, const Words<Format>& words,
                 const std::string& names, const std::string& more) {
   add_choice(command, "-f,--format", format, words, names, "Output format (default: json)" + more);
-}
-
-void add_libraries(CLI::App* command, HostOptions& host) {
-  command->add_option("--plugin", host.plugin, "Mapping plug-in (default: the installed one)")
-      ->type_name("PATH")
-      ->check(is_value());
-  command
-      ->add_option("-m,--models", host.models,
-                   "Folder of YANG modules (default: the installed one)")
-      ->type_name("DIR")
-      ->check(is_value());
 }
 
 // Whether a command works on a device that the user has to name.
@@ -546,6 +489,8 @@ struct Arguments {
   std::vector<std::string> query_arguments;
   ReportCommand report;
   DeviceArguments device;
+  ServeCommand serve;
+  NetconfCommand netconf;
   InformationArguments asked;
 };
 
@@ -565,6 +510,8 @@ void add_commands(CLI::App& program, CommandLine& line, Arguments& given) {
   add_registrations(program, line);
   add_coverage(program, line);
   add_device(program, line, given.device);
+  add_serve(program, line, given.serve);
+  add_netconf(program, line, given.netconf);
   add_help(program, line, given.asked);
   add_completion(program, line, given.asked);
 }

@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "ocifip/agent.h"
 #include "ocifip/host.h"
 
 namespace ocifip::tool {
@@ -65,12 +66,26 @@ struct DeviceCommand {
   Action action = Action::kShowExample;
 };
 
+// Where the agent is by default.
+inline constexpr const char* kAgentSocket = "/run/ocifip/netconf.sock";
+
+// `ocifip serve`
+struct ServeCommand {
+  AgentOptions agent = {kAgentSocket};
+  std::optional<std::string> read_only_users;  // a file
+};
+
+// `ocifip netconf`
+struct NetconfCommand {
+  std::string socket = kAgentSocket;
+};
+
 struct CommandLine {
   HostOptions host;
   Format format = Format::kJson;
   std::optional<Encoding> input;  // encoding of documents; told by their text when absent
   std::variant<Information, EditCommand, ApplyCommand, QueryCommand, ReportCommand,
-               RegistrationsCommand, CoverageCommand, DeviceCommand>
+               RegistrationsCommand, CoverageCommand, DeviceCommand, ServeCommand, NetconfCommand>
       command;
 };
 

@@ -129,6 +129,16 @@ std::string Host::registrations(Format format) const { return impl_->registratio
 
 Coverage Host::coverage() const { return impl_->coverage(); }
 
+std::vector<std::string> Host::list_keys(
+    const std::vector<std::pair<std::string, std::string>>& path) const {
+  const lysc_node* node = nullptr;
+  for (const auto& [name_space, tag] : path) {
+    node = impl_->models().child(node, tag, name_space);
+    if (node == nullptr) return {};
+  }
+  return node == nullptr ? std::vector<std::string>() : Models::keys(node);
+}
+
 std::vector<Module> Host::modules() const { return module_list(impl_->models()); }
 
 std::optional<std::string> Host::module_text(const std::string& name,

@@ -202,6 +202,11 @@ class Host {
   [[nodiscard]] std::optional<std::string> module_text(const std::string& name,
                                                        const std::string& revision) const;
 
+  // The names of the keys of a list, given namespaces and names of the nodes from the top down to
+  // it. None for another node.
+  [[nodiscard]] std::vector<std::string> list_keys(
+      const std::vector<std::pair<std::string, std::string>>& path) const;
+
  private:
   class Impl;
   std::unique_ptr<Impl> impl_;

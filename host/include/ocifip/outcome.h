@@ -21,6 +21,10 @@ struct Refusal {
   // behind the message, or before that of a failed copy of a text. Without a tag the path comes
   // first, without a path the message.
   [[nodiscard]] std::string text() const;
+  // Its parts: the message with the hint, "0xaaf2ee00" and "unsupported".
+  [[nodiscard]] std::string sentence() const;
+  [[nodiscard]] std::string code_text() const;
+  [[nodiscard]] std::string code_name() const;
 };
 
 struct Outcome {

@@ -25,9 +25,16 @@ std::string Refusal::text() const {
   if (!tag.empty()) text = in_quotes(tag) + (path.empty() ? "" : " at ");
   text += path;
   if (!text.empty()) text += " : ";
-  text += comes_behind_hint(code) && !hint.empty() ? hint + "; " + in_one_line(message)
-                                                   : joined(in_one_line(message), hint);
-  return text + " (" + hexadecimal(code) + ' ' + std::string(result_name(code)) + ')';
+  return text + sentence() + " (" + code_text() + ' ' + code_name() + ')';
 }
+
+std::string Refusal::sentence() const {
+  return comes_behind_hint(code) && !hint.empty() ? hint + "; " + in_one_line(message)
+                                                  : joined(in_one_line(message), hint);
+}
+
+std::string Refusal::code_text() const { return hexadecimal(code); }
+
+std::string Refusal::code_name() const { return std::string(result_name(code)); }
 
 }  // namespace ocifip

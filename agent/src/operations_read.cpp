@@ -1,0 +1,149 @@
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "ocifip/messages.h"
+#include "operation_parts.h"
+
+namespace ocifip::agent {
+namespace {
+
+// What is asked for. The document that the filter is in outlives it.
+struct Filter {
+  const xmlNode* element = nullptr;  // of a subtree filter; null: everything that can be reached
+  std::optional<XPath> xpath{};      // chooses among that
+  XmlDocument reach{};               // the filter of what it can reach
+};
+
+Filter filter_of(const xmlNode* given) {
+  Filter filter = {given};
+  if (given == nullptr || type_of(given) == FilterType::kSubtree) return filter;
+  filter.xpath = xpath_of(given);
+  const Elements reach = reach_of(*filter.xpath);
+  filter.element = nullptr;
+  if (!reach.empty()) {
+    filter.reach = parse_xml("<filter>" + reach + "</filter>");
+    filter.element = top(filter.reach);
+  }
+  return filter;
+}
+
+constexpr std::array kOwn = {kLibrary, kMonitoring, kStreams};
+
+bool is_own(const xmlNode* element) {
+  return std::find(kOwn.begin(), kOwn.end(), namespace_of(element)) != kOwn.end();
+}
+
+// The agent's own state that a filter asks for.
+Elements own_state(const Call& call, const Filter& filter) {
+  const Service& service = call.service;
+  const auto is_asked = [&](std::string_view name_space) {
+    if (filter.element == nullptr) return true;
+    const auto asked = elements(filter.element);
+    return std::any_of(asked.begin(), asked.end(), [&](const xmlNode* each) {
+      return namespace_of(each).empty() || namespace_of(each) == name_space;
+    });
+  };
+  Elements all;
+  if (is_asked(kLibrary)) all += yang_library(service.modules);
+  if (is_asked(kMonitoring)) {
+    all += netconf_state(service.modules, service.datastores, service.clients, service.counters,
+                         service.start);
+  }
+  if (is_asked(kStreams)) all += streams();
+  return filter.element == nullptr ? all : select_subtree(all, filter.element);
+}
+
+// What is to be read of the device; nothing when that is nothing.
+std::optional<QueryRequest> query_of(const Filter& filter, Content content) {
+  QueryRequest request;
+  request.content = content;
+  if (filter.element == nullptr) return request;
+  Elements asked;
+  for (const xmlNode* each : elements(filter.element)) {
+    if (!is_own(each)) asked += print(each);
+  }
+  if (asked.empty()) return std::nullopt;
+  request.values_choose = true;
+  request.document = Source{
+      "filter", "<get xmlns=\"" + std::string(kBase) + "\"><filter>" + asked + "</filter></get>",
+      Encoding::kXml};
+  return request;
+}
+
+// A read of the device beside state of the agent's own.
+class DataReply : public LongReply {
+ public:
+  DataReply(Call& call, const Configuration& content, const Filter& filter,
+            const std::optional<QueryRequest>& query, Elements own)
+      : host_(call.service.host), xpath_(filter.xpath), own_(std::move(own)) {
+    if (query) reading_ = host_.read(content, *query);
+  }
+
+  bool step() override { return reading_ && reading_->step(); }
+
+  Elements finish() override {
+    Elements data = std::move(own_);
+    if (reading_) {
+      Outcome outcome = reading_->finish();
+      if (outcome.refusal) throw OperationError(error_of(*outcome.refusal));
+      data.insert(0, outcome.text);
+    }
+    if (xpath_) {
+      data =
+          select_xpath(data, *xpath_, [this](const Path& path) { return host_.list_keys(path); });
+    }
+    return "<data>" + data + "</data>";
+  }
+
+ private:
+  Host& host_;
+  std::optional<XPath> xpath_;
+  Elements own_;
+  std::unique_ptr<Reading> reading_;
+};
+
+}  // namespace
+
+Reply get(Call& call) {
+  Parameters parameters(call.element);
+  const Filter filter = filter_of(parameters.find("filter"));
+  parameters.finish();
+  return std::make_unique<DataReply>(call, call.service.datastores.content(Datastore::kRunning),
+                                     filter, query_of(filter, Content::kAll),
+                                     own_state(call, filter));
+}
+
+Reply get_config(Call& call) {
+  Parameters parameters(call.element);
+  const Datastore source = datastore_in(parameters.need("source"));
+  const Filter filter = filter_of(parameters.find("filter"));
+  parameters.finish();
+  call.target = name_of(source);
+  return std::make_unique<DataReply>(call, call.service.datastores.content(source), filter,
+                                     query_of(filter, Content::kConfig), Elements());
+}
+
+Reply get_schema(Call& call) {
+  Parameters parameters(call.element);
+  const std::string name = parameters.needed_text("identifier");
+  const std::string revision = parameters.text("version").value_or("");
+  const std::string format = parameters.text("format").value_or("yang");
+  parameters.finish();
+  call.target = name;
+  if (format.substr(format.find(':') + 1) != "yang") {
+    throw OperationError(
+        element_error(tags::kInvalidValue, "format",
+                      in_quotes(format) + " is no format of modules here: \"yang\" is"));
+  }
+  const auto text = call.service.host.module_text(name, revision);
+  if (!text) {
+    throw OperationError(
+        element_error(tags::kInvalidValue, "identifier",
+                      "no module " + in_quotes(name) +
+                          (revision.empty() ? "" : " of the revision " + in_quotes(revision))));
+  }
+  return "<data xmlns=\"" + std::string(kMonitoring) + "\">" + escaped(*text) + "</data>";
+}
+
+}  // namespace ocifip::agent

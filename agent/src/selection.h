@@ -1,0 +1,45 @@
+// Choosing parts of data by subtree filters (RFC 6241, section 6) and XPath expressions.
+#ifndef OCIFIP_AGENT_SELECTION_H_
+#define OCIFIP_AGENT_SELECTION_H_
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "xml.h"
+
+namespace ocifip::agent {
+
+// XML elements, one behind the other.
+using Elements = std::string;
+
+// Names of the keys of the list at the end of a path from the top: namespaces and names. None for
+// another node.
+using Path = std::vector<std::pair<std::string, std::string>>;
+using ListKeys = std::function<std::vector<std::string>(const Path& path)>;
+
+// What the elements in a filter select.
+Elements select_subtree(std::string_view data, const xmlNode* filter);
+
+// An expression, with the prefixes that are known where it stands.
+struct XPath {
+  std::string text;
+  std::vector<std::pair<std::string, std::string>> namespaces;  // prefixes and what they mean
+};
+
+// The expression in the attribute "select" of a filter. Throws OperationError.
+XPath xpath_of(const xmlNode* filter);
+
+// What an expression selects, with all that is below, the entries and containers around it, and
+// the keys of entries. Throws OperationError for one that is none, or selects no elements.
+Elements select_xpath(std::string_view data, const XPath& xpath, const ListKeys& keys);
+
+// Elements of a subtree filter that select all that an expression can reach, and more; "" when that
+// is everything.
+Elements reach_of(const XPath& xpath);
+
+}  // namespace ocifip::agent
+
+#endif  // OCIFIP_AGENT_SELECTION_H_

@@ -1,0 +1,63 @@
+// XML text and trees, by libxml2.
+#ifndef OCIFIP_AGENT_XML_H_
+#define OCIFIP_AGENT_XML_H_
+
+#include <libxml/tree.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ocifip::agent {
+
+// Text that is not taken as XML; what() is a sentence.
+class XmlError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+struct XmlDeleter {
+  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
+using XmlDocument = std::unique_ptr<xmlDoc, XmlDeleter>;
+
+// Call it once before several threads read XML.
+void begin_xml();
+
+// Reads a document with one element at the top, which nobody has to look for. Elements may be
+// nested 256 deep; a document type is refused, and with it all entities but XML's own. Throws
+// XmlError.
+XmlDocument parse_xml(std::string_view text);
+
+// The element at the top.
+const xmlNode* top(const XmlDocument& document);
+// The elements right below a node.
+std::vector<const xmlNode*> elements(const xmlNode* node);
+
+// Views of the tree.
+std::string_view name_of(const xmlNode* element);
+std::string_view namespace_of(const xmlNode* element);  // "" for none
+bool is_named(const xmlNode* element, std::string_view name_space, std::string_view name);
+
+// The text in an element, without blanks around it.
+std::string text_of(const xmlNode* element);
+// The value of an attribute that has no namespace, or that of NETCONF, if there is one.
+std::optional<std::string> attribute(const xmlNode* element, const char* name);
+
+std::string value_of(const xmlAttr* attribute);
+
+// An element as text that stands for itself: with all namespaces that are known at its place, which
+// values may refer to.
+std::string print(const xmlNode* element);
+
+// Text between tags, and in double quotes.
+std::string escaped(std::string_view text);
+// <NAME>TEXT</NAME>
+std::string element(std::string_view name, std::string_view text);
+
+}  // namespace ocifip::agent
+
+#endif  // OCIFIP_AGENT_XML_H_

@@ -1,0 +1,109 @@
+// The parts of the agent that need neither a device nor a socket, by cases in text files:
+//
+// framing.txt    bytes: what arrives, in one part and byte by byte. framing: "chunks" or "marks".
+//                limit: most bytes of a message (default 100). messages: what comes of it, a line each.
+//                error: what it ends with. within: that a message has begun and not ended.
+// selection.txt  data: XML elements. filter: elements of a subtree filter, or xpath: an expression, with
+//                the prefixes a and b. selected: what is chosen. reach: the filter of what the expression
+//                can reach, "everything" for no limit. error: why it is none.
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cases.h"
+#include "framing.h"
+#include "rpc_error.h"
+#include "selection.h"
+
+namespace ocifip::agent {
+namespace {
+
+using cases::Case;
+
+struct Found {
+  std::string messages;
+  std::string error;
+  bool is_within = false;
+};
+
+// Hands bytes over in parts of a size.
+Found read_frames(const Case& each, std::size_t part) {
+  const std::string bytes = each["bytes"];
+  FrameReader reader(each.has("limit") ? std::stoul(each["limit"]) : 100);
+  reader.use(each["framing"] == "chunks" ? Framing::kChunks : Framing::kEndMark);
+  Found found;
+  try {
+    for (std::size_t at = 0; at < bytes.size(); at += part) {
+      reader.add(std::string_view(bytes).substr(at, part));
+      while (const auto message = reader.next()) found.messages += *message + '\n';
+    }
+  } catch (const FramingError& error) {
+    found.error = error.what();
+  }
+  found.is_within = reader.is_within_message();
+  return found;
+}
+
+class Framings : public testing::TestWithParam<Case> {};
+
+TEST_P(Framings, AreReadInParts) {
+  const Case& each = GetParam();
+  for (const std::size_t part : {std::size_t{1}, std::size_t{2}, std::size_t{1000}}) {
+    const Found found = read_frames(each, part);
+    EXPECT_EQ(found.messages, each.lines("messages")) << each.where << ", in parts of " << part;
+    EXPECT_EQ(found.error, each["error"]) << each.where << ", in parts of " << part;
+    if (found.error.empty()) EXPECT_EQ(found.is_within, each.has("within")) << each.where;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Agent, Framings,
+                         testing::ValuesIn(cases::read(OCIFIP_CASES "framing.txt")));
+
+TEST(Framing, WritesWhatIsRead) {
+  for (const Framing framing : {Framing::kEndMark, Framing::kChunks}) {
+    FrameReader reader(100);
+    reader.use(framing);
+    reader.add(framed("<a/>", framing) + framed("<b/>", framing));
+    EXPECT_EQ(reader.next(), "<a/>");
+    EXPECT_EQ(reader.next(), "<b/>");
+    EXPECT_EQ(reader.next(), std::nullopt);
+  }
+}
+
+class Selections : public testing::TestWithParam<Case> {};
+
+// Lists are named "entry"; their key is "name".
+std::vector<std::string> keys_of(const Path& path) {
+  return path.back().second == "entry" ? std::vector<std::string>{"name"}
+                                       : std::vector<std::string>();
+}
+
+std::string selected(const Case& each) {
+  if (!each.has("xpath")) {
+    const XmlDocument filter = parse_xml("<filter>" + each["filter"] + "</filter>");
+    return select_subtree(each["data"], top(filter));
+  }
+  return select_xpath(each["data"], {each["xpath"], {{"a", "urn:a"}, {"b", "urn:b"}}}, keys_of);
+}
+
+TEST_P(Selections, ChooseAsTheirFilterSays) {
+  const Case& each = GetParam();
+  try {
+    EXPECT_EQ(selected(each), each["selected"]) << each.where;
+    EXPECT_EQ("", each["error"]) << each.where;
+  } catch (const OperationError& error) {
+    EXPECT_EQ(error.what(), each["error"]) << each.where;
+  }
+  if (each.has("reach")) {
+    const std::string reach = reach_of({each["xpath"], {{"a", "urn:a"}, {"b", "urn:b"}}});
+    EXPECT_EQ(reach.empty() ? "everything" : reach, each["reach"]) << each.where;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Agent, Selections,
+                         testing::ValuesIn(cases::read(OCIFIP_CASES "selection.txt")));
+
+}  // namespace
+}  // namespace ocifip::agent
