@@ -126,9 +126,7 @@ std::string whole_native_json(const Layout& layout) {
   edit.operation = DefaultOperation::kReplace;
   Mapper mapper(platform().models, empty.device, platform().plugin.entries(), HostOptions{});
   std::vector<std::string> notes;
-  return print_document(
-      *mapper.apply(edit, empty.device.device().native.whole(), Format::kTree).native,
-      Format::kJson, notes);
+  return print_document(*mapper.apply(edit, Format::kTree).native, Format::kJson, notes);
 }
 
 void add_whole_report(Subject& subject, const Layout& /*layout*/, bool traced) {

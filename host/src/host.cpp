@@ -1,15 +1,20 @@
 #include "ocifip/host.h"
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
-#include "device/device_directory.h"
+#include "device/configuration_content.h"
 #include "device/item_bytes.h"
+#include "device/native_edit.h"
+#include "io/deleted_values.h"
 #include "io/device_file.h"
 #include "io/device_json.h"
+#include "io/document_nodes.h"
 #include "io/models.h"
 #include "io/module_library.h"
 #include "io/print_document.h"
@@ -17,8 +22,9 @@
 #include "io/text.h"
 #include "io/tree_builder.h"
 #include "mapping/coverage.h"
-#include "mapping/mapper.h"
+#include "mapping/device_views.h"
 #include "mapping/plugin.h"
+#include "result_codes.h"
 
 namespace ocifip {
 namespace {
@@ -32,6 +38,12 @@ void check_models(const Models& models, const std::string& folder) {
   }
 }
 
+// The configuration that an edit has changed.
+Configuration changed_configuration(const Mapper& mapper, const EditedDevice& edited) {
+  return Configuration(std::make_shared<const Configuration::Content>(
+      NativeConfiguration(edited.native), mapper.accepted()));
+}
+
 }  // namespace
 
 class Host::Impl {
@@ -40,61 +52,103 @@ class Host::Impl {
       : models_(options.models),
         device_file_(options.device),
         device_text_(
-            std::make_shared<const std::string>(device_file_ ? read_file(*device_file_) : "")),
-        device_(device_file_ ? open_device(models_, *device_file_, device_text_)
-                             : example_device(models_)),
-        plugin_(options.plugin),
-        mapper_(models_, device_, plugin_.entries(), options) {
+            std::make_shared<const std::string>(device_file_ ? read_file(*device_file_) : "")) {
+    Device device =
+        device_file_ ? open_device(models_, *device_file_, device_text_) : example_device(models_);
+    plugin_ = std::make_unique<Plugin>(options.plugin);
+    views_ = std::make_unique<DeviceViews>(models_, plugin_->entries(), options, std::move(device));
     check_models(models_, options.models);
-    check_items(device_);
+    check_items(views_->of_running()->device);
   }
 
-  void check_device() const { check_configuration(models_, device_.device().native); }
+  void check_device() const { check_configuration(models_, views_->running().content().native()); }
 
-  Mapper& mapper() { return mapper_; }
+  Mapper& mapper() { return views_->of_running()->mapper; }
 
   Outcome apply(const ApplyRequest& request, Format format);
+  [[nodiscard]] Configuration running() const { return views_->running(); }
+  [[nodiscard]] Configuration empty() const;
+  Change change(const Configuration& base, const EditRequest& request);
+  void commit(const Configuration& configuration, const std::function<void()>* saved_when_ready);
+
   [[nodiscard]] std::string registrations(Format format) const {
-    return print_registrations(plugin_.version(), plugin_.registrations(), format);
+    return print_registrations(plugin_->version(), plugin_->registrations(), format);
   }
-  [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_.entries()); }
+  [[nodiscard]] Coverage coverage() const { return find_coverage(models_, plugin_->entries()); }
   [[nodiscard]] const Models& models() const { return models_; }
 
  private:
-  void save(Document& native, const std::function<void()>& ready);
+  void save(Document native, const std::function<void()>& ready);
+  void check_can_save() const;
 
   Models models_;
   std::optional<std::string> device_file_;
   std::shared_ptr<const std::string> device_text_;  // as it was read or saved last
-  DeviceDirectory device_;
-  Plugin plugin_;
-  Mapper mapper_;
+  std::unique_ptr<Plugin> plugin_;
+  std::unique_ptr<DeviceViews> views_;
 };
 
-// The file comes first: when it cannot be written, nothing has happened.
-Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
-  if (request.save && !device_file_) {
-    throw InputError("nothing to save to: no device file was given", {InputFault::Kind::kNotSaved});
-  }
-  Applied applied = mapper_.apply(request.edit, device_.device().native.whole(), format);
-  if (applied.native) {
-    if (request.save) {
-      save(*applied.native, [&] {
-        if (request.before_saving) request.before_saving(applied.outcome);
-      });
-    }
-    device_.configure(NativeConfiguration(std::move(applied.native)));
-  }
-  return std::move(applied.outcome);
+void Host::Impl::check_can_save() const {
+  if (device_file_) return;
+  throw InputError("nothing to save to: no device file was given", {InputFault::Kind::kNotSaved});
 }
 
-// The configuration is printed in the order that it was read in, and is as it was afterwards.
-void Host::Impl::save(Document& native, const std::function<void()>& ready) {
+Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
+  if (request.save) check_can_save();
+  const std::shared_ptr<DeviceView> view = views_->of_running();
+  EditedDevice edited = view->mapper.apply(request.edit, format);
+  if (edited.native) {
+    const std::function<void()> ready = [&] {
+      if (request.before_saving) request.before_saving(edited.outcome);
+    };
+    commit(changed_configuration(view->mapper, edited), request.save ? &ready : nullptr);
+  }
+  return std::move(edited.outcome);
+}
+
+Configuration Host::Impl::empty() const {
+  const Document& native = views_->running().content().native().whole();
+  Document state = {native.name, {}};
+  std::copy_if(native.roots.begin(), native.roots.end(), std::back_inserter(state.roots), is_state);
+  return Configuration(
+      std::make_shared<const Configuration::Content>(NativeConfiguration(std::move(state))));
+}
+
+Change Host::Impl::change(const Configuration& base, const EditRequest& request) {
+  const std::shared_ptr<DeviceView> view = views_->of(base);
+  EditedDevice edited = view->mapper.change(request, Views::kBoth, Format::kXml);
+  Change change;
+  change.refusals = std::move(edited.refusals);
+  if (!change.refusals.empty()) return change;
+  change.notes = std::move(edited.outcome.notes);
+  change.result = edited.native ? changed_configuration(view->mapper, edited) : base;
+  DeletedValues deleted([&](const Document& /*edit*/) -> const std::vector<DocumentNode>& {
+    return base.content().native().whole().roots;
+  });
+  deleted.give(edited.native_edit);
+  change.native_edit = print_elements(std::move(edited.native_edit), change.notes);
+  change.difference = print_elements(std::move(edited.difference), change.notes);
+  return change;
+}
+
+// The file comes first: when it cannot be written, nothing has happened.
+void Host::Impl::commit(const Configuration& configuration,
+                        const std::function<void()>* saved_when_ready) {
+  if (configuration == views_->running()) return;
+  if (saved_when_ready != nullptr) {
+    check_can_save();
+    save(configuration.content().native().whole(), *saved_when_ready);
+  }
+  views_->run(configuration);
+}
+
+// The configuration is printed in the order that it was read in.
+void Host::Impl::save(Document native, const std::function<void()>& ready) {
   std::vector<std::string> notes;  // none: what is saved has been checked
   arrange_as_read(native.roots);
   std::string text =
       with_native(*device_file_, *device_text_, print_document(native, Format::kJson, notes));
-  arrange_all(native.roots);
+  native = {};
   save_file(*device_file_, *device_text_, text, ready);
   device_text_ = std::make_shared<const std::string>(std::move(text));
 }
@@ -137,6 +191,29 @@ std::vector<std::string> Host::list_keys(
     if (node == nullptr) return {};
   }
   return node == nullptr ? std::vector<std::string>() : Models::keys(node);
+}
+
+Configuration Host::running() const { return impl_->running(); }
+
+Configuration Host::empty() const { return impl_->empty(); }
+
+Change Host::change(const Configuration& base, const EditRequest& request) {
+  return impl_->change(base, request);
+}
+
+std::optional<Refusal> Host::validate(const Configuration& configuration) const {
+  try {
+    return find_fault(impl_->models(), configuration.content().native().whole());
+  } catch (const InputError& error) {
+    // Of a device file, it may be seen only now that it cannot be read.
+    const InputFault& fault = error.fault();
+    return Refusal{kInvalidData, fault.tag, fault.path, error.what()};
+  }
+}
+
+void Host::commit(const Configuration& configuration, bool save) {
+  const std::function<void()> ready;
+  impl_->commit(configuration, save ? &ready : nullptr);
 }
 
 std::vector<Module> Host::modules() const { return module_list(impl_->models()); }

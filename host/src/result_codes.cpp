@@ -38,6 +38,8 @@ constexpr std::array kWords = {
     Words{kDataMissing, "data-missing", "the node does not exist on the device"},
     Words{kDataExists, "data-exists", "the node exists on the device already"},
     Words{kInvalidData, "invalid-data", "the models do not accept the resulting configuration"},
+    Words{kSameNode, "same-node",
+          "the OpenConfig part and the native part of the edit both change it"},
     Words{kRecordUnreadable, "record", "the database item is a record that cannot be served"},
     Words{kRecordSchemaMissing, "record", "the record's descriptor has no schema"},
     Words{kRecordSchemaMalformed, "record", "the record's schema is malformed"},

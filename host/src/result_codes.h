@@ -36,6 +36,7 @@ inline constexpr cerrno kRecordBatch = 0x40801600;            // no batch is ope
 inline constexpr cerrno kDataMissing = 0x40802000;  // a node that must be there is not
 inline constexpr cerrno kInvalidData = 0x40802200;  // what would come of it
 inline constexpr cerrno kDataExists = 0x40802400;   // a node that is created is there already
+inline constexpr cerrno kSameNode = 0x40802600;     // a node that both views of one edit name
 
 // Results of mappings, as far as the host returns or tells them apart itself.
 inline constexpr cerrno kInvalidArguments = YFW_MAP_ERR_INVALID_ARGS;

@@ -257,7 +257,6 @@ void Trial::check_outcome(const Outcome& outcome) {
 }
 
 void Trial::map(const tool::CommandLine& line, Device device) {
-  const Document native = device.native.whole();
   Session session(std::move(device));
   static constexpr auto kStandIns = stand_ins(std::make_index_sequence<64>());
   for (const EntryCallback& each : callbacks_of(session.entries)) {
@@ -275,7 +274,7 @@ void Trial::map(const tool::CommandLine& line, Device device) {
   if (const auto* command = std::get_if<tool::EditCommand>(&line.command)) {
     check_outcome(mapper.edit(edit(*command), Format::kCalls));
   } else if (const auto* apply = std::get_if<tool::ApplyCommand>(&line.command)) {
-    check_outcome(mapper.apply(edit(apply->edit), native, Format::kCalls).outcome);
+    check_outcome(mapper.apply(edit(apply->edit), Format::kCalls).outcome);
   } else if (const auto* query = std::get_if<tool::QueryCommand>(&line.command)) {
     const QueryRequest request{document(query->document), query->paths, query->content};
     check_outcome(query->is_answered ? mapper.get(request, Format::kCalls)

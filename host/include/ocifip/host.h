@@ -194,6 +194,25 @@ class Host {
   // What the mapping does with each leaf, found by making requests of it, whatever the device is.
   [[nodiscard]] Coverage coverage() const;
 
+  // The device's configuration as it is now.
+  [[nodiscard]] Configuration running() const;
+
+  // One without any configuration. What the device file has of state stays.
+  [[nodiscard]] Configuration empty() const;
+
+  // What an edit makes of a configuration. It may have OpenConfig nodes, native nodes, or both: the
+  // OpenConfig part is mapped for a device with that configuration, and neither may change what the
+  // other changes. Nothing happens to the device. Throws InputError.
+  Change change(const Configuration& base, const EditRequest& request);
+
+  // What is wrong with a configuration as a whole; nothing when the models accept it.
+  [[nodiscard]] std::optional<Refusal> validate(const Configuration& configuration) const;
+
+  // Makes a configuration the device's: atomically, and in the device file as well with `save`.
+  // Nothing happens when it is so already. Throws InputError when it cannot be saved; then nothing
+  // has happened.
+  void commit(const Configuration& configuration, bool save);
+
   // All YANG modules, implemented ones first, each group by name.
   [[nodiscard]] std::vector<Module> modules() const;
 

@@ -181,7 +181,8 @@ bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
     return false;
   }
   if (is_deletion) return remove(level, edit);
-  const bool is_single = edit.kind != NodeKind::kContainer;
+  const bool is_single = edit.kind != NodeKind::kContainer ||
+                         (edit.schema != nullptr && !Models::is_plain_container(edit.schema));
   if (edit.is_created && is_single && level.find(edit) != nullptr) return refuse(kDataExists);
   return is_leaf(edit) ? write_leaf(level, edit) : write_inner(level, edit);
 }
@@ -255,17 +256,17 @@ bool NativeEditor::change_inner(Level& level, const DocumentNode& edit, Document
   return true;
 }
 
-// Finds a fault in what an edit touches.
-std::optional<DataFault> check_part(const Models& models, const Document& native,
-                                    const Document& edit) {
-  if (has_far_constraints(models, native)) return check_data(models, native);
-  InterfaceNames touched;
-  add_mentioned(edit.roots, touched);
-  return check_data(models, part_of(native, touched));
-}
-
 Refusal invalid(const DataFault& fault) {
   return {kInvalidData, fault.tag, fault.path, fault.reason};
+}
+
+// Finds a fault in what edits touch.
+std::optional<DataFault> check_part(const Models& models, const Document& native,
+                                    std::span<const NativeEdit> edits) {
+  if (has_far_constraints(models, native)) return check_data(models, native);
+  InterfaceNames touched;
+  for (const NativeEdit& each : edits) add_mentioned(each.edit.roots, touched);
+  return check_data(models, part_of(native, touched));
 }
 
 }  // namespace
@@ -277,15 +278,29 @@ std::optional<Refusal> edit_tree(std::vector<DocumentNode>& nodes,
 
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
                          const JudgeDeletion& judge_deletion) {
+  const NativeEdit only = {edit, judge_deletion};
+  return edit_native(models, native, std::span(&only, 1));
+}
+
+EditedNative edit_native(const Models& models, const Document& native,
+                         std::span<const NativeEdit> edits) {
   EditedNative result{native, std::nullopt};
-  NativeEditor editor;
-  result.refusal = editor.edit(result.native.roots, edit.roots, judge_deletion);
+  for (const NativeEdit& each : edits) {
+    if (result.refusal) break;
+    NativeEditor editor;
+    result.refusal = editor.edit(result.native.roots, each.edit.roots, each.judge_deletion);
+  }
   if (!result.refusal) {
-    const auto fault = check_part(models, result.native, edit);
+    const auto fault = check_part(models, result.native, edits);
     if (fault) result.refusal = invalid(*fault);
   }
   if (result.refusal) result.native = {};
   return result;
+}
+
+std::optional<Refusal> find_fault(const Models& models, const Document& native) {
+  const auto fault = check_data(models, native);
+  return fault ? std::optional(invalid(*fault)) : std::nullopt;
 }
 
 }  // namespace ocifip

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "io/document.h"
@@ -21,7 +22,8 @@ struct EditedNative {
 // operation that it says, kWrite when it says none; nothing is looked at below a deleted node.
 // Refused are: a deletion (kDelete, not kRemove) of which nothing is there, neither itself nor
 // another with the same cause; a write below an entry or a container with presence that is not
-// there and is not to be made (kNone), an entry that is not named by all of its keys, unless the
+// there and is not to be made (kNone), a creation of what is there, containers without presence
+// aside, an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 //
 // `judge_deletion`, when given, is asked of each cause that deletes nothing which is there, and of
@@ -31,6 +33,18 @@ using JudgeDeletion =
     std::function<std::optional<Refusal>(const void* cause, const Refusal& refusal)>;
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
                          const JudgeDeletion& judge_deletion = {});
+
+// The same of several edits, one after the other: all of them, or nothing. What comes of them is
+// held against the models once.
+struct NativeEdit {
+  const Document& edit;
+  JudgeDeletion judge_deletion{};
+};
+EditedNative edit_native(const Models& models, const Document& native,
+                         std::span<const NativeEdit> edits);
+
+// What the models do not accept of a configuration; nothing when they accept it.
+std::optional<Refusal> find_fault(const Models& models, const Document& native);
 
 // The same for siblings of any tree, without a look at the models. The refusal, or nothing when all
 // of it is applied.

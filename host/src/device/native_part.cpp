@@ -14,14 +14,6 @@ const std::string* name_of(const DocumentNode& entry) {
   return key == nullptr ? nullptr : key_value(entry, *key);
 }
 
-// Whether there are entries of interfaces below a node.
-bool leads_to_interfaces(const Models& models, const lysc_node* node) {
-  const auto& children = models.children(node);
-  return std::any_of(children.begin(), children.end(), [&](const lysc_node* child) {
-    return interface_key(child) != nullptr || leads_to_interfaces(models, child);
-  });
-}
-
 // Adds the interfaces that a query names; false when it asks for others, too.
 bool add_asked(const Models& models, const DocumentNode& query, InterfaceNames& names) {
   if (query.schema == nullptr) return false;
@@ -52,6 +44,13 @@ std::vector<DocumentNode> part_of(const std::vector<DocumentNode>& nodes,
 }
 
 }  // namespace
+
+bool leads_to_interfaces(const Models& models, const lysc_node* node) {
+  const auto& children = models.children(node);
+  return std::any_of(children.begin(), children.end(), [&](const lysc_node* child) {
+    return interface_key(child) != nullptr || leads_to_interfaces(models, child);
+  });
+}
 
 void add_mentioned(const std::vector<DocumentNode>& nodes, InterfaceNames& names) {
   for (const DocumentNode& node : nodes) {

@@ -20,6 +20,9 @@ const Document& part_asked(const Models& models, const NativeConfiguration& nati
 // Whether a part of native data may be wrong for what stands in another.
 bool has_far_constraints(const Models& models, const Document& native);
 
+// Whether there are lists of interfaces below a node of the models.
+bool leads_to_interfaces(const Models& models, const lysc_node* node);
+
 // Native data without the entries that a key names after other interfaces.
 Document part_of(const Document& native, const InterfaceNames& interfaces);
 

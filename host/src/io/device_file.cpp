@@ -192,13 +192,15 @@ std::string key_fault(const lysc_node* list, std::string_view key, const std::st
 }
 
 // The interfaces that a native configuration names in keys.
-void check_native_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
+void check_names(const std::string& file, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
     const std::string* key = interface_key(node.schema);
     const DocumentNode* leaf = key == nullptr ? nullptr : find_key(node, *key);
     const std::string fault = leaf == nullptr ? "" : key_fault(node.schema, *key, *leaf->value);
-    if (!fault.empty()) throw input_error(file, leaf->line, fault);
-    check_native_names(file, node.children);
+    if (!fault.empty()) {
+      throw input_error(file, leaf->line, fault, {InputFault::Kind::kBadValue, leaf->tag});
+    }
+    check_names(file, node.children);
   }
 }
 
@@ -351,7 +353,7 @@ Device read_device(const Models& models, const std::string& name, const std::str
   DeviceJson json = read_device_json(models, name, text);
   Device device = device_of(name, json.fields);
   check_is_native(json.native);
-  check_native_names(json.native.name, json.native.roots);
+  check_native_names(json.native);
   device.native = NativeConfiguration(std::move(json.native));
   return device;
 }
@@ -383,6 +385,8 @@ void check_native(const Models& models, const Document& native) {
                       {InputFault::Kind::kOther, fault->tag, fault->path});
   }
 }
+
+void check_native_names(const Document& native) { check_names(native.name, native.roots); }
 
 void check_configuration(const Models& models, const NativeConfiguration& native) {
   // What the models accept needs no lines.

@@ -73,7 +73,10 @@ Device open_device(const Models& models, const std::string& name,
 // `device.json: native:12: no model has this node, at /a/b`.
 void check_native(const Models& models, const Document& native);
 
-// The same of all of a configuration.
+// Throws InputError for a key of native data that names no interface as it should.
+void check_native_names(const Document& native);
+
+// Throws InputError unless the models accept all of a configuration.
 void check_configuration(const Models& models, const NativeConfiguration& native);
 
 // The device that the tool uses when none is given, of example_device_file().

@@ -54,24 +54,25 @@ const std::string* interface_key(const lysc_node* list) {
 }
 
 const Document& NativeConfiguration::whole() const {
-  if (!whole_) {
-    whole_ = std::make_shared<const Document>(text_ ? text_->read_all() : Document());
-  }
-  return *whole_;
+  if (!read_->whole) read_->whole = std::make_shared<const Document>(text_->read_all());
+  return *read_->whole;
 }
 
 const Document& NativeConfiguration::with_lines() const {
   if (!text_) return whole();
-  if (!with_lines_) with_lines_ = std::make_shared<const Document>(text_->read_exactly());
-  return *with_lines_;
+  if (!read_->with_lines) {
+    read_->with_lines = std::make_shared<const Document>(text_->read_exactly());
+  }
+  return *read_->with_lines;
 }
 
 const Document& NativeConfiguration::part(const InterfaceNames& interfaces) const {
   if (is_read()) return whole();
-  if (!parts_.empty() && read_.contains(interfaces)) return *parts_.back();
-  if (parts_.size() == kMostParts) return whole();
-  read_.add(interfaces);
-  return *parts_.emplace_back(std::make_shared<const Document>(text_->read(read_)));
+  auto& parts = read_->parts;
+  if (!parts.empty() && read_->names.contains(interfaces)) return *parts.back();
+  if (parts.size() == kMostParts) return whole();
+  read_->names.add(interfaces);
+  return *parts.emplace_back(std::make_shared<const Document>(text_->read(read_->names)));
 }
 
 std::vector<InterfaceEntry> NativeConfiguration::entries() const {

@@ -68,17 +68,21 @@ class NativeText {
   [[nodiscard]] virtual std::vector<InterfaceEntry> entries() const = 0;
 };
 
-// Copies share their documents.
+// Copies share their documents, and what one of them has read.
 class NativeConfiguration {
  public:
-  NativeConfiguration() = default;
-  explicit NativeConfiguration(std::shared_ptr<const Document> whole) : whole_(std::move(whole)) {}
+  NativeConfiguration() : NativeConfiguration(Document()) {}
+  explicit NativeConfiguration(std::shared_ptr<const Document> whole)
+      : read_(std::make_shared<Read>()) {
+    read_->whole = std::move(whole);
+  }
   explicit NativeConfiguration(Document whole)
-      : whole_(std::make_shared<const Document>(std::move(whole))) {}
-  explicit NativeConfiguration(std::shared_ptr<const NativeText> text) : text_(std::move(text)) {}
+      : NativeConfiguration(std::make_shared<const Document>(std::move(whole))) {}
+  explicit NativeConfiguration(std::shared_ptr<const NativeText> text)
+      : text_(std::move(text)), read_(std::make_shared<Read>()) {}
 
-  // Documents stay where they are for as long as the configuration does. Reading them throws
-  // InputError for what is wrong in the text.
+  // Documents stay where they are for as long as the configuration, or a copy, does. Reading them
+  // throws InputError for what is wrong in the text.
   //
   // All of it.
   [[nodiscard]] const Document& whole() const;
@@ -88,16 +92,20 @@ class NativeConfiguration {
   [[nodiscard]] const Document& part(const InterfaceNames& interfaces) const;
 
   // Whether all of it has been read: nothing is gained by asking for a part.
-  [[nodiscard]] bool is_read() const { return whole_ != nullptr || text_ == nullptr; }
+  [[nodiscard]] bool is_read() const { return read_->whole != nullptr; }
 
   [[nodiscard]] std::vector<InterfaceEntry> entries() const;
 
  private:
+  struct Read {
+    std::shared_ptr<const Document> whole;
+    std::shared_ptr<const Document> with_lines;
+    std::vector<std::shared_ptr<const Document>> parts;  // each has more than those before
+    InterfaceNames names;                                // of the last part
+  };
+
   std::shared_ptr<const NativeText> text_;  // null: there is only the document
-  mutable std::shared_ptr<const Document> whole_;
-  mutable std::shared_ptr<const Document> with_lines_;
-  mutable std::vector<std::shared_ptr<const Document>> parts_;  // each has more than those before
-  mutable InterfaceNames read_;                                 // of the last part
+  std::shared_ptr<Read> read_;
 };
 
 }  // namespace ocifip

@@ -1,6 +1,7 @@
 #include "io/print_document.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "io/document_nodes.h"
 #include "io/print_parts.h"
@@ -44,6 +45,16 @@ std::string print_document(const Document& document, Format format,
     default:
       return print_tree(document);
   }
+}
+
+std::string print_elements(Document document, std::vector<std::string>& notes) {
+  std::string text;
+  for (DocumentNode& root : document.roots) {
+    Document one = {document.name, {}};
+    one.roots.push_back(std::move(root));
+    text += print_xml(one, notes);
+  }
+  return text;
 }
 
 std::string instance_path(const std::vector<const DocumentNode*>& nodes) {

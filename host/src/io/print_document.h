@@ -19,6 +19,10 @@ namespace ocifip {
 std::string print_document(const Document& document, Format format,
                            std::vector<std::string>& notes);
 
+// The top-level nodes of a document as XML elements, one behind the other and with nothing around
+// them; else as print_document() does.
+std::string print_elements(Document document, std::vector<std::string>& notes);
+
 // Instance path of a node given the nodes from the top down to it, as
 // "/interfaces/interface[name='Eth1']/subinterfaces".
 std::string instance_path(const std::vector<const DocumentNode*>& nodes);

@@ -66,19 +66,19 @@ class ConcernedInterfaces {
 }  // namespace
 
 void DeviceCheck::check(const Document& request) {
-  if (is_all_accepted_) return;
+  if (accepted_.is_all) return;
   const NativeConfiguration& native = device_.device().native;
   if (std::any_of(request.roots.begin(), request.roots.end(), is_of_all) ||
       has_far_constraints(models_, native.part({}))) {
     check_configuration(models_, native);
-    is_all_accepted_ = true;
+    accepted_.is_all = true;
     return;
   }
   const InterfaceNames interfaces = ConcernedInterfaces(device_, request).names();
-  if (has_accepted_ && accepted_.contains(interfaces)) return;
+  if (accepted_.has_shared && accepted_.interfaces.contains(interfaces)) return;
   check_part(interfaces);
-  accepted_.add(interfaces);
-  has_accepted_ = true;
+  accepted_.interfaces.add(interfaces);
+  accepted_.has_shared = true;
 }
 
 // What the models accept needs no lines.

@@ -2,6 +2,9 @@
 #ifndef OCIFIP_HOST_MAPPING_DEVICE_CHECK_H_
 #define OCIFIP_HOST_MAPPING_DEVICE_CHECK_H_
 
+#include <utility>
+
+#include "device/configuration_content.h"
 #include "device/device_directory.h"
 #include "device/native_part.h"
 #include "io/document.h"
@@ -11,22 +14,22 @@ namespace ocifip {
 
 class DeviceCheck {
  public:
-  // Both outlive the check.
-  DeviceCheck(const Models& models, const DeviceDirectory& device)
-      : models_(models), device_(device) {}
+  // The first two outlive the check. `accepted` has been looked at before.
+  DeviceCheck(const Models& models, const DeviceDirectory& device, AcceptedPart accepted = {})
+      : models_(models), device_(device), accepted_(std::move(accepted)) {}
 
   // Throws InputError unless the models accept the configuration of every interface that a request
   // may be about, and what is no interface's. What has been accepted is not looked at again.
   void check(const Document& request);
+
+  [[nodiscard]] const AcceptedPart& accepted() const { return accepted_; }
 
  private:
   void check_part(const InterfaceNames& interfaces) const;
 
   const Models& models_;
   const DeviceDirectory& device_;
-  InterfaceNames accepted_;
-  bool has_accepted_ = false;
-  bool is_all_accepted_ = false;
+  AcceptedPart accepted_;
 };
 
 }  // namespace ocifip

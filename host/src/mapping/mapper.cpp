@@ -5,15 +5,14 @@
 #include <iterator>
 #include <utility>
 
-#include "device/native_edit.h"
 #include "device/native_part.h"
 #include "device/summaries.h"
 #include "io/deleted_values.h"
-#include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
+#include "mapping/edit_input.h"
 #include "mapping/envelope_checks.h"
 #include "mapping/input_checks.h"
 #include "mapping/interface_nodes.h"
@@ -37,69 +36,6 @@ constexpr const char* kNothingFound = "the device has nothing of what is asked f
 std::uint32_t request_op(Content content) {
   return content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
                                   : std::uint32_t{YFW_MAP_REQUEST_READ_CONFIG};
-}
-
-// Shows what changed, unless the mapping's calls are shown.
-void print_applied(const Document& before, const Document& changes, Format format,
-                   Outcome& outcome) {
-  if (format == Format::kTree) {
-    outcome.text = print_changes(changes, before);
-  } else if (format != Format::kCalls) {
-    outcome.text = print_document(changes, format, outcome.notes);
-  }
-}
-
-void apply_edit(const Models& models, const Document& native, MappedEdit& edit, EditCycle& cycle,
-                Format format, Applied& applied) {
-  applied.outcome = std::move(edit.outcome);
-  if (!applied.outcome.refusal) {
-    applied.outcome.refusal = cycle.find_misplaced();
-  }
-  if (applied.outcome.refusal) return;
-  EditedNative edited =
-      edit_native(models, native, edit.native, [&](const void* cause, const Refusal& refusal) {
-        return cycle.judge_deletion(cause, refusal);
-      });
-  applied.outcome.refusal = std::move(edited.refusal);
-  if (applied.outcome.refusal) return;
-  const Document changes = difference(native, edited.native);
-  print_applied(native, changes, format, applied.outcome);
-  if (changes.roots.empty()) {
-    applied.outcome.notes.emplace_back("nothing changed on the device");
-  } else {
-    applied.native = std::make_shared<Document>(std::move(edited.native));
-  }
-}
-
-// Has the nodes of a document replaced that say nothing else, each subinterface as a whole: what
-// only leads to them is not.
-void replace_subinterfaces(std::vector<DocumentNode>& nodes) {
-  for (DocumentNode& node : nodes) {
-    if (is_key(node) || node.operation) continue;
-    if (leads_to_subinterfaces(node)) {
-      replace_subinterfaces(node.children);
-    } else {
-      node.operation = Operation::kReplace;
-    }
-  }
-}
-
-// Marks the nodes that are created: their own operation, or that of what is around them, is one.
-void mark_created(std::vector<DocumentNode>& nodes, bool creates) {
-  for (DocumentNode& node : nodes) {
-    if (!node.operation) node.is_created = creates;
-    mark_created(node.children, node.is_created);
-  }
-}
-
-// The operation of the nodes that bodies are of, where it is not that of all the edit. A replace or
-// create by default is theirs, and not one of the nodes around them; what a document says by
-// default is the document's alone.
-std::optional<BodyOperation> body_operation(const EditRequest& request, const Document& document) {
-  if (request.operation == DefaultOperation::kReplace) return BodyOperation{Operation::kReplace};
-  if (request.operation == DefaultOperation::kCreate) return BodyOperation{Operation::kWrite, true};
-  const bool is_apart = !request.operation && document.operation == Operation::kNone;
-  return is_apart ? std::optional(BodyOperation{Operation::kWrite}) : std::nullopt;
 }
 
 // Completes what is selected of the native data. State is no part of an answer that is to hold
@@ -134,7 +70,7 @@ bool has_content(const std::vector<DocumentNode>& nodes) {
 }  // namespace
 
 Mapper::Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
-               const HostOptions& options)
+               const HostOptions& options, AcceptedPart accepted)
     : models_(models),
       device_(device),
       plugin_(plugin),
@@ -142,7 +78,7 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       paths_(models),
       framework_{models, paths_, plugin.augments, options.progress},
       probes_(models),
-      device_check_(models, device),
+      device_check_(models, device, std::move(accepted)),
       reads_(configuration_reads()) {}
 
 void Mapper::check_device(const Document& request) {
@@ -157,18 +93,15 @@ void Mapper::begin(const char* stage) const {
   }
 }
 
-MappedEdit Mapper::map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
+// Maps what is OpenConfig of an edit.
+MappedEdit Mapper::map_edit(EditInput& input, Format format, EditCycle::Purpose purpose,
                             EditCycle& cycle, const NativePartTaker& take) {
-  InputChecks checks(models_, InputRules(options_));
-  Document edit = read_edit(request, checks);
-  check_device(edit);
-  const DefaultOperation operation = default_operation(request, edit);
   MappedEdit mapped =
-      cycle.map(std::move(edit), operation, purpose,
+      cycle.map(std::move(input.openconfig), input.operation, purpose,
                 {.record_calls = format == Format::kCalls, .trace = options_.trace}, take);
   if (!mapped.outcome.refusal) {
-    const auto notes = checks.notes();
-    mapped.outcome.notes.insert(mapped.outcome.notes.begin(), notes.begin(), notes.end());
+    mapped.outcome.notes.insert(mapped.outcome.notes.begin(), input.notes.begin(),
+                                input.notes.end());
   }
   return mapped;
 }
@@ -192,8 +125,10 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
   };
   // Of XML, the top element tells whether there are operations anywhere below it.
   const bool is_joined = format == Format::kJson || format == Format::kTree;
+  EditInput input = read_edit(models_, request, InputRules(options_), Views::kOpenConfig);
+  check_device(input.openconfig);
   MappedEdit edit = map_edit(
-      request, format,
+      input, format,
       format == Format::kCalls ? EditCycle::Purpose::kCalls : EditCycle::Purpose::kNativeEdit,
       cycle, is_joined ? print : NativePartTaker());
   Outcome outcome = std::move(edit.outcome);
@@ -212,39 +147,6 @@ Outcome Mapper::edit(const EditRequest& request, Format format) {
     outcome.text = print_document(edit.native, format, outcome.notes);
   }
   return outcome;
-}
-
-Applied Mapper::apply(const EditRequest& request, const Document& native, Format format) {
-  const ActiveDevice active(device_);
-  EditCycle cycle(framework_, plugin_, device_, reads_);
-  MappedEdit edit = map_edit(request, format, EditCycle::Purpose::kDevice, cycle);
-  Applied applied;
-  try {
-    apply_edit(models_, native, edit, cycle, format, applied);
-    if (!applied.outcome.refusal && cycle.deletes_entries()) {
-      applied.outcome.refusal =
-          applied.native ? find_left(cycle, applied.native) : cycle.find_left(reads_);
-    }
-  } catch (ReadRefused& refused) {
-    applied.outcome.refusal = std::move(refused.refusal);
-  }
-  if (applied.outcome.refusal) {
-    applied.outcome.notes.clear();
-    if (format != Format::kCalls) applied.outcome.text.clear();
-    applied.native = nullptr;
-  }
-  return applied;
-}
-
-// The refusal of a deletion of what a device with another configuration shows.
-std::optional<Refusal> Mapper::find_left(const EditCycle& cycle,
-                                         std::shared_ptr<const Document> native) const {
-  Device device = device_.device();
-  device.native = NativeConfiguration(std::move(native));
-  const DeviceDirectory edited(std::move(device));
-  const ActiveDevice active(edited);
-  const Mapper reader(models_, edited, plugin_, options_);
-  return cycle.find_left(reader.reads_);
 }
 
 // What reads ask of the native data that the host makes on its own account, which are neither
@@ -471,44 +373,6 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
   enter_subinterfaces(run, subinterfaces_in(document.roots));
   return finish(run, read_back(run, plugin_.read_back), format,
                 "the data holds nothing that is mapped to OpenConfig");
-}
-
-Document Mapper::read_edit(const EditRequest& request, InputChecks& checks) const {
-  Document edit;
-  for (const std::string& path : request.deletes) {
-    Document deletion = read_path(models_, path, Operation::kDelete);
-    checks.check_edit(deletion);
-    merge_edit(edit, std::move(deletion));
-  }
-  Document document;
-  if (request.document) {
-    document = read_checked(models_, *request.document, [&checks](Document& given) {
-      check_is_edit(given);
-      checks.check_edit(given);
-    });
-    if (default_operation(request, document) == DefaultOperation::kReplace) {
-      replace_subinterfaces(document.roots);
-    }
-    mark_created(document.roots, request.operation == DefaultOperation::kCreate);
-  }
-  read_bodies(request, body_operation(request, document), checks, edit);
-  if (request.document) {
-    edit.name = document.name;
-    edit.operation = document.operation;
-    merge_edit(edit, std::move(document));
-  }
-  return edit;
-}
-
-void Mapper::read_bodies(const EditRequest& request, std::optional<BodyOperation> operation,
-                         InputChecks& checks, Document& edit) const {
-  for (const PathBody& body : request.bodies) {
-    Document document = read_body(models_, body, operation);
-    checks.check_edit(document);
-    mark_created(document.roots, false);
-    edit.name = document.name;
-    merge_edit(edit, std::move(document));
-  }
 }
 
 Mapper::Read Mapper::read(const QueryRequest& request) {

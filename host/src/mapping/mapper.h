@@ -16,6 +16,7 @@
 #include "io/select_data.h"
 #include "mapping/device_check.h"
 #include "mapping/edit_cycle.h"
+#include "mapping/edit_input.h"
 #include "mapping/input_checks.h"
 #include "mapping/plugin.h"
 #include "mapping/probe.h"
@@ -27,25 +28,33 @@
 
 namespace ocifip {
 
-// What came of an edit that was to be applied.
-struct Applied {
-  Outcome outcome;
-  std::shared_ptr<Document> native;  // the new configuration; null when nothing changed
+// What comes of an edit on a device.
+struct EditedDevice {
+  Outcome outcome;                // its text are the calls, if these were recorded
+  std::vector<Refusal> refusals;  // as many as are known; the first one is the outcome's
+  Document native_edit;
+  Document difference;                     // of the former configuration and the new one
+  std::shared_ptr<const Document> native;  // the new one; null when it is as before, or refused
 };
 
 class Mapper {
  public:
-  // All outlive the mapper.
+  // The first three outlive the mapper. `accepted` is known of the device's configuration.
   Mapper(const Models& models, const DeviceDirectory& device, const PluginEntries& plugin,
-         const HostOptions& options);
+         const HostOptions& options, AcceptedPart accepted = {});
 
   // All throw InputError.
   Outcome edit(const EditRequest& request, Format format);
-  // The native edit is applied to a configuration, which stays as it is.
-  Applied apply(const EditRequest& request, const Document& native, Format format);
+  // The device stays as it is. The text of the outcome is that of Host::apply().
+  EditedDevice apply(const EditRequest& request, Format format);
+  // The same of an edit that may have native nodes, too; without a text, but for that of kCalls.
+  EditedDevice change(const EditRequest& request, Views views, Format format);
   Outcome query(const QueryRequest& request, Format format);
   Outcome report(const ReportRequest& request, Format format);
   Outcome get(const QueryRequest& request, Format format);
+
+  // What the models have been found to accept of the device's configuration.
+  [[nodiscard]] const AcceptedPart& accepted() const { return device_check_.accepted(); }
 
  private:
   // A query as its parts were asked.
@@ -66,13 +75,12 @@ class Mapper {
 
   // Take a request as the mapping left it, and the mapping's result.
   using Mapped = std::function<void(Request& request, cerrno result)>;
-  MappedEdit map_edit(const EditRequest& request, Format format, EditCycle::Purpose purpose,
-                      EditCycle& cycle, const NativePartTaker& take = {});
+  MappedEdit map_edit(EditInput& input, Format format, EditCycle::Purpose purpose, EditCycle& cycle,
+                      const NativePartTaker& take = {});
+  void make_change(EditInput& input, Format format, EditedDevice& edited);
+  std::optional<Refusal> find_left(const EditCycle& cycle, const EditedDevice& edited) const;
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
-  void read_bodies(const EditRequest& request, std::optional<BodyOperation> operation,
-                   InputChecks& checks, Document& edit) const;
-  [[nodiscard]] Document read_edit(const EditRequest& request, InputChecks& checks) const;
   Read read(const QueryRequest& request);
   Query query_of(Read read, const std::vector<std::string>& native_names);
   void begin(const char* stage) const;
@@ -96,8 +104,6 @@ class Mapper {
   [[nodiscard]] Document group_data(const ReadGroup& group, const Document& queries,
                                     Content content, DataSelector& native) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;
-  [[nodiscard]] std::optional<Refusal> find_left(const EditCycle& cycle,
-                                                 std::shared_ptr<const Document> native) const;
   bool is_refused(SchemaPath path);
   // The outcome of a request that was mapped; `nothing` is the remark on one without output.
   Outcome finish(Request& request, cerrno result, Format format, const char* nothing) const;
