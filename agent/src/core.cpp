@@ -141,6 +141,7 @@ bool Core::Exchange::begin(Client& client) {
   message_ = {};
   const xmlNode* message = top(document_);
   if (!client.is_open) {
+    operation_ = "hello";
     core_.take_hello(client, message);
     return true;
   }
@@ -173,7 +174,7 @@ bool Core::Exchange::begin(Client& client) {
 void Core::Exchange::finish(Client& client, const std::vector<RpcError>& errors) {
   if (!errors.empty()) {
     Counters& all = core_.counters_;
-    const bool is_rpc = !operation_.empty();
+    const bool is_rpc = client.is_open && !operation_.empty();
     for (Counters* each : {&client.counters, &all}) {
       each->out_rpc_errors += 1;
       each->in_bad_rpcs += is_rpc ? 0 : 1;

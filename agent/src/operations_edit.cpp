@@ -6,8 +6,11 @@
 namespace ocifip::agent {
 namespace {
 
+// What is in a <config>, of whatever namespace that is.
 EditRequest edit_of(const xmlNode* config, std::optional<DefaultOperation> operation) {
-  return {Source{"config", print(config), Encoding::kXml}, {}, operation};
+  Elements edit = "<config xmlns=\"" + std::string(kBase) + "\">";
+  for (const xmlNode* each : elements(config)) edit += print(each);
+  return {Source{"config", edit + "</config>", Encoding::kXml}, {}, operation};
 }
 
 std::optional<DefaultOperation> default_operation(Parameters& parameters) {
