@@ -104,7 +104,6 @@ struct QueryRequest {
   std::vector<std::string> paths;  // instance paths
   // When absent it is configuration alone for a document that is a NETCONF get-config, else all.
   std::optional<Content> content{};
-  bool values_choose = false;
 };
 
 // Native data to be shown in OpenConfig terms.
@@ -227,8 +226,6 @@ class Host {
   [[nodiscard]] std::vector<std::string> list_keys(
       const std::vector<std::pair<std::string, std::string>>& path) const;
 
-  std::vector<ChangedNode> changes(const Configuration& before, const Configuration& after);
-  std::unique_ptr<Reading> read(const Configuration& configuration, const QueryRequest& request);
  private:
   class Impl;
   std::unique_ptr<Impl> impl_;
