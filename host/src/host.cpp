@@ -21,9 +21,11 @@
 #include "io/save_file.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
+#include "mapping/configuration_changes.h"
 #include "mapping/coverage.h"
 #include "mapping/device_views.h"
 #include "mapping/plugin.h"
+#include "mapping/reading.h"
 #include "result_codes.h"
 
 namespace ocifip {
@@ -70,6 +72,8 @@ class Host::Impl {
   [[nodiscard]] Configuration empty() const;
   Change change(const Configuration& base, const EditRequest& request);
   void commit(const Configuration& configuration, const std::function<void()>* saved_when_ready);
+  std::vector<ChangedNode> changes(const Configuration& before, const Configuration& after);
+  std::unique_ptr<Reading> read(const Configuration& configuration, const QueryRequest& request);
 
   [[nodiscard]] std::string registrations(Format format) const {
     return print_registrations(plugin_->version(), plugin_->registrations(), format);
@@ -129,6 +133,20 @@ Change Host::Impl::change(const Configuration& base, const EditRequest& request)
   change.native_edit = print_elements(std::move(edited.native_edit), change.notes);
   change.difference = print_elements(std::move(edited.difference), change.notes);
   return change;
+}
+
+std::vector<ChangedNode> Host::Impl::changes(const Configuration& before,
+                                             const Configuration& after) {
+  if (before == after) return {};
+  const std::shared_ptr<DeviceView> former = views_->of(before);
+  return find_changes(models_, *former, *views_->of(after));
+}
+
+std::unique_ptr<Reading> Host::Impl::read(const Configuration& configuration,
+                                          const QueryRequest& request) {
+  std::shared_ptr<DeviceView> view = views_->of(configuration);
+  ReadInput read = view->mapper.read(request, Views::kBoth);
+  return std::make_unique<ConfigurationReading>(models_, std::move(view), std::move(read));
 }
 
 // The file comes first: when it cannot be written, nothing has happened.
@@ -214,6 +232,15 @@ std::optional<Refusal> Host::validate(const Configuration& configuration) const 
 void Host::commit(const Configuration& configuration, bool save) {
   const std::function<void()> ready;
   impl_->commit(configuration, save ? &ready : nullptr);
+}
+
+std::vector<ChangedNode> Host::changes(const Configuration& before, const Configuration& after) {
+  return impl_->changes(before, after);
+}
+
+std::unique_ptr<Reading> Host::read(const Configuration& configuration,
+                                    const QueryRequest& request) {
+  return impl_->read(configuration, request);
 }
 
 std::vector<Module> Host::modules() const { return module_list(impl_->models()); }

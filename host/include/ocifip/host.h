@@ -104,6 +104,9 @@ struct QueryRequest {
   std::vector<std::string> paths;  // instance paths
   // When absent it is configuration alone for a document that is a NETCONF get-config, else all.
   std::optional<Content> content{};
+  // A leaf with a value chooses what it is in, as a key does, and what no model knows selects
+  // nothing: for read() alone.
+  bool values_choose = false;
 };
 
 // Native data to be shown in OpenConfig terms.
@@ -212,6 +215,18 @@ class Host {
   // Nothing happens when it is so already. Throws InputError when it cannot be saved; then nothing
   // has happened.
   void commit(const Configuration& configuration, bool save);
+
+  // What two configurations differ in: the topmost nodes that are new or gone, and the leaves that
+  // have other values; in native terms, and then as OpenConfig shows it.
+  [[nodiscard]] std::vector<ChangedNode> changes(const Configuration& before,
+                                                 const Configuration& after);
+
+  // Begins a read of OpenConfig and native nodes from a configuration: of those that the request
+  // names, or of everything for a request without document and paths, or whose document asks for
+  // all. Content kConfig leaves out all state. The text is XML, that of OpenConfig first. Throws
+  // InputError.
+  [[nodiscard]] std::unique_ptr<Reading> read(const Configuration& configuration,
+                                              const QueryRequest& request);
 
   // All YANG modules, implemented ones first, each group by name.
   [[nodiscard]] std::vector<Module> modules() const;

@@ -157,11 +157,34 @@ class LongLists {
 // What is selected of a node when nothing below it is named.
 enum class Below { kAll, kNothing };
 
+// Whether values of leaves that are no keys choose what they are in.
+enum class Values { kPassedOver, kChoose };
+
+// Whether a node has the values that choose it.
+bool has_chosen_values(const DocumentNode& query, const DocumentNode& node) {
+  return std::all_of(query.children.begin(), query.children.end(), [&](const auto& choice) {
+    if (!is_value_choice(choice)) return true;
+    return std::any_of(node.children.begin(), node.children.end(), [&](const auto& leaf) {
+      return leaf.tag == choice.tag && leaf.module_namespace == choice.module_namespace &&
+             leaf.value && has_same_value(choice, leaf);
+    });
+  });
+}
+
+// Whether values choose somewhere below what is in a query's node.
+bool chooses_below(const DocumentNode& query) {
+  return std::any_of(query.children.begin(), query.children.end(), [](const auto& child) {
+    return std::any_of(child.children.begin(), child.children.end(), is_value_choice) ||
+           chooses_below(child);
+  });
+}
+
 // Recursion is as deep as documents may be.
 class Selection {
  public:
   // `lists`, when given, are those of the data.
-  explicit Selection(Below below, LongLists* lists = nullptr) : below_(below), lists_(lists) {}
+  explicit Selection(Below below, LongLists* lists = nullptr, Values values = Values::kPassedOver)
+      : below_(below), values_(values), lists_(lists) {}
 
   Nodes select(const Nodes& data, const Level& queries) {
     Nodes selected;
@@ -176,9 +199,15 @@ class Selection {
 
  private:
   void add(const DocumentNode& node, const Level& queries, Nodes& selected) {
-    const auto asking = queries.find(node);
+    const bool is_chosen = values_ == Values::kChoose;
+    auto asking = queries.find(node);
+    if (is_chosen) {
+      std::erase_if(asking, [&](const auto* query) { return !has_chosen_values(*query, node); });
+    }
     if (asking.empty()) return;
-    const auto asks = [](const DocumentNode* query) { return asks_for_all(*query); };
+    const auto asks = [&](const DocumentNode* query) {
+      return is_chosen ? only_chooses(*query) : asks_for_all(*query);
+    };
     if (!is_inner(node) ||
         (below_ == Below::kAll && std::any_of(asking.begin(), asking.end(), asks))) {
       selected.push_back(node);
@@ -188,11 +217,15 @@ class Selection {
     for (auto& child : select(node.children, Level(asking))) {
       if (!is_key(child)) part.children.push_back(std::move(child));
     }
-    const bool is_kept = node.kind == NodeKind::kList || !part.children.empty();
+    const auto keeps = [&](const auto* query) { return !is_chosen || !chooses_below(*query); };
+    const bool is_entry = node.kind == NodeKind::kList;
+    const bool is_kept =
+        !part.children.empty() || (is_entry && std::any_of(asking.begin(), asking.end(), keeps));
     if (is_kept) selected.push_back(std::move(part));
   }
 
   Below below_;
+  Values values_;
   LongLists* lists_;
 };
 
@@ -200,6 +233,21 @@ class Selection {
 
 Document select_data(const Document& data, const Document& query) {
   return {data.name, Selection(Below::kAll).select(data.roots, Level(query.roots))};
+}
+
+Document select_chosen(const Document& data, const Document& query) {
+  Selection selection(Below::kAll, nullptr, Values::kChoose);
+  return {data.name, selection.select(data.roots, Level(query.roots))};
+}
+
+bool is_value_choice(const DocumentNode& node) {
+  return !is_inner(node) && node.value && !is_key(node);
+}
+
+bool only_chooses(const DocumentNode& query) {
+  return std::all_of(query.children.begin(), query.children.end(), [](const auto& child) {
+    return chooses_entry(child) || is_value_choice(child);
+  });
 }
 
 Document select_named(const Document& data, const Document& query) {

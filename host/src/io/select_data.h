@@ -14,6 +14,18 @@ namespace ocifip {
 // The order is the data's. The time grows with the sizes of both, whatever the numbers of entries.
 Document select_data(const Document& data, const Document& query);
 
+// The same where values of other leaves choose, too, as RFC 6241 has it in section 6: nothing is
+// selected of a container or entry in which a leaf that the query gives a value has another one, or
+// is not there; all of it when the query names nothing but such leaves, and keys, in it. Entries in
+// which values choose below, but find nothing, do not come.
+Document select_chosen(const Document& data, const Document& query);
+
+// Whether a query's node is a leaf that is no key, with a value: one by which select_chosen()
+// chooses what it is in.
+bool is_value_choice(const DocumentNode& node);
+// Whether there is nothing else in a query's node but such leaves, and keys that choose.
+bool only_chooses(const DocumentNode& query);
+
 // Selects from the same data again and again, as select_data() does: the time grows with what is
 // selected, and not with the length of lists of which entries are asked for by all of their keys.
 class DataSelector {

@@ -48,6 +48,8 @@ EditedDevice Mapper::change(const EditRequest& request, Views views, Format form
 
 // Native nodes come first, so that what they create is not there for what the mapping writes.
 void Mapper::make_change(EditInput& input, Format format, EditedDevice& edited) {
+  // What a list holds of others is asked while the edit is mapped.
+  const Document& former = device_.device().native.whole();
   EditCycle cycle(framework_, plugin_, device_, reads_);
   MappedEdit mapped;
   const bool is_native = input.openconfig.roots.empty() && !input.native.roots.empty();
@@ -56,7 +58,6 @@ void Mapper::make_change(EditInput& input, Format format, EditedDevice& edited) 
   edited.refusals = edited.outcome.refusal ? std::vector{*edited.outcome.refusal}
                                            : find_refusals(input, mapped.native, cycle);
   if (!edited.refusals.empty()) return;
-  const Document& former = device_.device().native.whole();
   const std::array edits = {
       NativeEdit{input.native, {}},
       NativeEdit{mapped.native, [&](const void* cause, const Refusal& refusal) {

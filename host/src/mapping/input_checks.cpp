@@ -158,7 +158,7 @@ void InputChecks::check_edit(Document& document) {
 }
 
 void InputChecks::check_query(Document& document) {
-  check_no_operations(document, document.roots);
+  check_no_operations(document);
   if (rules_.only_ip) {
     keep_only_ip(document, true, passed_over_);
   }
@@ -167,6 +167,10 @@ void InputChecks::check_query(Document& document) {
     check_names(document);
   }
   check_top(document);
+}
+
+void check_no_operations(const Document& document) {
+  check_no_operations(document, document.roots);
 }
 
 std::vector<std::string> InputChecks::notes() const {

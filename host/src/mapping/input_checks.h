@@ -46,7 +46,11 @@ class InputChecks {
   StateNodes state_;
 };
 
-// The same for native data, of which the plug-in takes some; there, an interface needs its name.
+// Throws InputError for a node of a query that carries an operation.
+void check_no_operations(const Document& document);
+
+// Throws InputError as the checks do for native data, of which the plug-in takes some; there, an
+// interface needs its name.
 void check_native_data(const Models& models, Document& document, const ReadBackEntries& entries,
                        InputRules rules);
 

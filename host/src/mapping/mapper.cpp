@@ -18,8 +18,8 @@
 #include "mapping/interface_nodes.h"
 #include "mapping/joined_text.h"
 #include "mapping/map_input.h"
+#include "mapping/openconfig_read.h"
 #include "mapping/outcomes.h"
-#include "mapping/parts_report.h"
 #include "mapping/read_nodes.h"
 #include "mapping/subinterfaces.h"
 #include "result_codes.h"
@@ -27,11 +27,6 @@
 
 namespace ocifip {
 namespace {
-
-// Subinterfaces that are read together, when there are many.
-constexpr std::size_t kGroupSize = 200;
-
-constexpr const char* kNothingFound = "the device has nothing of what is asked for";
 
 std::uint32_t request_op(Content content) {
   return content == Content::kAll ? std::uint32_t{YFW_MAP_REQUEST_READ_STATE}
@@ -58,12 +53,11 @@ void append(std::vector<Element>& to, std::vector<Element> from) {
   std::move(from.begin(), from.end(), std::back_inserter(to));
 }
 
-// Whether a reply says more than which interfaces and subinterfaces there are.
-bool has_content(const std::vector<DocumentNode>& nodes) {
+bool has_settings(const std::vector<DocumentNode>& nodes) {
   return std::any_of(nodes.begin(), nodes.end(), [](const DocumentNode& node) {
     const bool is_entry = node.kind == NodeKind::kList && node.module != kInterfacesModule;
     const bool is_setting = node.kind >= NodeKind::kLeaf && !is_key(node);
-    return is_entry || is_setting || has_content(node.children);
+    return is_entry || is_setting || has_settings(node.children);
   });
 }
 
@@ -80,6 +74,8 @@ Mapper::Mapper(const Models& models, const DeviceDirectory& device, const Plugin
       probes_(models),
       device_check_(models, device, std::move(accepted)),
       reads_(configuration_reads()) {}
+
+bool Mapper::has_content(const Document& reply) { return has_settings(reply.roots); }
 
 void Mapper::check_device(const Document& request) {
   if (!options_.unchecked) {
@@ -188,6 +184,26 @@ ConfigurationReads Mapper::configuration_reads() {
   return {expand, queries, answer};
 }
 
+Document Mapper::configuration_of(const std::vector<SubinterfaceName>& names) {
+  const ActiveDevice active(device_);
+  std::vector<Document> reads;
+  for (const SubinterfaceName& name : names) {
+    Document& read =
+        reads.emplace_back(read_path(models_,
+                                     "/openconfig-interfaces:interfaces/interface[name='']/"
+                                     "subinterfaces/subinterface[index='']"));
+    DocumentNode& interface = read.roots.front().children.front();
+    interface.children.front().value = name.interface;
+    interface.children.back().children.front().children.front().value = name.index;
+  }
+  Document read = merged(std::move(reads));
+  try {
+    return reads_.expand(read) ? reads_.answer(read) : Document();
+  } catch (const ReadRefused&) {
+    return {};
+  }
+}
+
 void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) {
   const InputTree input(query.expanded, Operation::kWrite);
   Request run(framework_, input,
@@ -201,25 +217,29 @@ void Mapper::map_query(const Query& query, Format format, const Mapped& mapped) 
   mapped(run, map_input(run, plugin_.openconfig));
 }
 
+ReadInput Mapper::read(const QueryRequest& request, Views views) {
+  ReadInput read = read_query(models_, request, InputRules(options_), views);
+  check_device(joined(read.openconfig.asked));
+  if (!read.native.asked.empty()) check_device(joined(read.native.asked));
+  return read;
+}
+
 Outcome Mapper::query(const QueryRequest& request, Format format) {
   const ActiveDevice active(device_);
   Outcome outcome;
-  map_query(query_of(read(request), device_.interface_names()), format,
+  map_query(query_of(read(request, Views::kOpenConfig), device_.interface_names()), format,
             [&](Request& run, cerrno result) {
               outcome = finish(run, result, format, "the request asks the device for nothing");
             });
   return outcome;
 }
 
-// The calls of the mapping, and its trace, are those of the read as a whole.
 Outcome Mapper::get(const QueryRequest& request, Format format) {
   const ActiveDevice active(device_);
-  Read asked = read(request);
-  if (format != Format::kCalls && !options_.trace) {
-    std::optional<Outcome> outcome = answer_in_groups(asked, format);
-    if (outcome) return std::move(*outcome);
+  OpenConfigRead answer(*this, read(request, Views::kOpenConfig), format);
+  while (answer.step()) {
   }
-  return answer(query_of(std::move(asked), device_.interface_names()), format);
+  return answer.finish();
 }
 
 Outcome Mapper::answer(const Query& query, Format format) {
@@ -233,7 +253,7 @@ Outcome Mapper::answer(const Query& query, Format format) {
     const Document selected =
         reply(query, to_document(run.output(), "queries"), format, data, outcome);
     if (outcome.refusal) return;
-    if (!has_content(selected.roots)) {
+    if (!has_content(selected)) {
       outcome.notes.emplace_back(kNothingFound);
     }
     if (format != Format::kCalls) {
@@ -244,44 +264,17 @@ Outcome Mapper::answer(const Query& query, Format format) {
   return outcome;
 }
 
-// Answers a read of many interfaces for some of them after the other, so that it takes little
-// memory: what all of them are asked is many times what the device has. Nothing when the read is
-// better answered as a whole: because its interfaces are few, or because of what only the whole
-// has in the right order, a refusal or remarks on what is asked.
-std::optional<Outcome> Mapper::answer_in_groups(const Read& read, Format format) {
-  const auto groups = read_groups(read.parts, device_.interface_names(), kGroupSize);
-  if (groups.size() < 2) return std::nullopt;
-  const SilentProgress progress(framework_.progress);
-  progress.begin("reading", groups);
-  DataSelector native(device_.device().native.whole());
-  JoinedText text(format);
-  Remarks of_queries;
-  Remarks of_replies;
-  std::vector<std::string> of_printing;
-  bool is_found = false;
-  for (const ReadGroup& group : groups) {
-    const std::optional<PartialReply> reply = answer_group(read, group, native);
-    if (!reply) return std::nullopt;
-    of_queries.add(reply->query_notes);
-    of_replies.add(reply->reply_notes);
-    is_found = is_found || has_content(reply->selected.roots);
-    text.add(reply->selected, of_printing);
-    progress.advance(group);
-  }
-  Outcome outcome;
-  outcome.text = text.finish();
-  outcome.notes = of_queries.take();
-  append(outcome.notes, of_replies.take());
-  if (!is_found) outcome.notes.emplace_back(kNothingFound);
-  append(outcome.notes, std::move(of_printing));
-  return outcome;
-}
-
 // Nothing when the group cannot be answered by itself.
-std::optional<Mapper::PartialReply> Mapper::answer_group(const Read& read, const ReadGroup& group,
+std::optional<Mapper::PartialReply> Mapper::answer_group(const ReadInput& read,
+                                                         const ReadGroup& group,
                                                          DataSelector& native) {
-  const Query query =
-      query_of({reads_of(group, read.parts), read.notes, read.content}, group.native_names);
+  ReadInput of_group;
+  of_group.values_choose = read.values_choose;
+  of_group.notes = read.notes;
+  of_group.content = read.content;
+  of_group.openconfig = {reads_of(group, read.openconfig.asked),
+                         reads_of(group, read.openconfig.chosen)};
+  const Query query = query_of(std::move(of_group), group.native_names);
   if (query.notes.size() != read.notes.size()) return std::nullopt;
   std::optional<PartialReply> partial;
   map_query(query, Format::kTree, [&](Request& run, cerrno result) {
@@ -332,7 +325,8 @@ Document Mapper::reply(const Query& query, Document queries, Format format,
     return {};
   }
   append(outcome.notes, std::move(reply.notes));
-  return select_data(to_document(run.output(), "reply"), query.asked);
+  const Document all = to_document(run.output(), "reply");
+  return query.values_choose ? select_chosen(all, query.asked) : select_data(all, query.asked);
 }
 
 // What the device has of what it is asked for.
@@ -375,43 +369,17 @@ Outcome Mapper::report(const ReportRequest& request, Format format) {
                 "the data holds nothing that is mapped to OpenConfig");
 }
 
-Mapper::Read Mapper::read(const QueryRequest& request) {
-  Read read;
-  read.content = request.content.value_or(Content::kAll);
-  if (request.document) {
-    Document& part = read.parts.emplace_back(read_document(models_, *request.document));
-    read.content = content_of(request, part);
-    if (reads_all(part)) {
-      part.roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
-    }
-    forget_empty_values(part.roots);
-  }
-  for (const std::string& path : request.paths) {
-    read.parts.push_back(read_path(models_, path));
-  }
-  InputChecks checks(models_, InputRules(options_));
-  for (Document& part : read.parts) {
-    checks.check_query(part);
-  }
-  read.notes = checks.notes();
-  Document asked;
-  for (const Document& part : read.parts) {
-    asked.roots.insert(asked.roots.end(), part.roots.begin(), part.roots.end());
-  }
-  check_device(asked);
-  return read;
-}
-
 // What a read asks of the interfaces with these native names. Each part is expanded by itself:
 // merged first, one that names a leaf would narrow one that names the container around it.
-Mapper::Query Mapper::query_of(Read read, const std::vector<std::string>& native_names) {
+Mapper::Query Mapper::query_of(ReadInput read, const std::vector<std::string>& native_names) {
   Query query;
   query.content = read.content;
   query.notes = std::move(read.notes);
+  query.values_choose = read.values_choose;
+  query.asked = joined(read.values_choose ? read.openconfig.chosen : read.openconfig.asked);
   QueryExpansion expansion(models_, query.content, native_names,
                            [this](SchemaPath path) { return is_refused(path); });
-  for (Document& part : read.parts) {
-    query.asked.roots.insert(query.asked.roots.end(), part.roots.begin(), part.roots.end());
+  for (Document& part : read.openconfig.asked) {
     Document families = {part.name, families_in_part(part.roots)};
     expansion.expand(part, query.notes);
     merge_document(query.expanded, std::move(part));

@@ -22,6 +22,7 @@
 #include "mapping/probe.h"
 #include "mapping/query_expansion.h"
 #include "mapping/read_groups.h"
+#include "mapping/read_input.h"
 #include "ocifip/host.h"
 #include "request/request.h"
 #include "tree/path_cache.h"
@@ -53,24 +54,27 @@ class Mapper {
   Outcome report(const ReportRequest& request, Format format);
   Outcome get(const QueryRequest& request, Format format);
 
+  // A read that is to be answered, checked. Throws InputError.
+  ReadInput read(const QueryRequest& request, Views views);
+  // What OpenConfig shows of the configuration of subinterfaces; nothing when the mapping refuses.
+  Document configuration_of(const std::vector<SubinterfaceName>& names);
+  // Whether a reply says more than which interfaces and subinterfaces there are.
+  static bool has_content(const Document& reply);
+
   // What the models have been found to accept of the device's configuration.
   [[nodiscard]] const AcceptedPart& accepted() const { return device_check_.accepted(); }
 
  private:
-  // A query as its parts were asked.
-  struct Read {
-    std::vector<Document> parts;
-    std::vector<std::string> notes;
-    Content content = Content::kAll;
-  };
+  friend class OpenConfigRead;
 
   // A query as its parts were asked, and what they are together when they are expanded.
   struct Query {
-    Document asked;
+    Document asked;  // with values that choose, if they do
     Document expanded;
     Document families;  // those that are asked for in part, as wholes and expanded
     std::vector<std::string> notes;
     Content content = Content::kAll;
+    bool values_choose = false;
   };
 
   // Take a request as the mapping left it, and the mapping's result.
@@ -81,8 +85,7 @@ class Mapper {
   std::optional<Refusal> find_left(const EditCycle& cycle, const EditedDevice& edited) const;
   ConfigurationReads configuration_reads();
   void map_query(const Query& query, Format format, const Mapped& mapped);
-  Read read(const QueryRequest& request);
-  Query query_of(Read read, const std::vector<std::string>& native_names);
+  Query query_of(ReadInput read, const std::vector<std::string>& native_names);
   void begin(const char* stage) const;
   void check_device(const Document& request);
   // What of the device's data a read is answered from, for queries.
@@ -94,8 +97,8 @@ class Mapper {
     std::vector<std::string> reply_notes;
   };
   Outcome answer(const Query& query, Format format);
-  std::optional<Outcome> answer_in_groups(const Read& read, Format format);
-  std::optional<PartialReply> answer_group(const Read& read, const ReadGroup& group,
+  // Nothing when the group cannot be answered by itself.
+  std::optional<PartialReply> answer_group(const ReadInput& read, const ReadGroup& group,
                                            DataSelector& native);
   Document reply(const Query& query, Document queries, Format format, const DeviceData& device_data,
                  Outcome& outcome);

@@ -11,6 +11,7 @@
 #include "io/document_nodes.h"
 #include "io/print_document.h"
 #include "io/text.h"
+#include "mapping/input_checks.h"
 #include "result_codes.h"
 
 namespace ocifip {
@@ -22,10 +23,6 @@ using NodePath = std::vector<const DocumentNode*>;
 bool is_foreign(std::string_view module) {
   return module.starts_with("openconfig-") || module.starts_with("ietf-") ||
          module.starts_with("iana-");
-}
-
-bool is_native(const DocumentNode& root) {
-  return root.schema != nullptr && !is_foreign(root.module.text());
 }
 
 // The path to the first state in an edit; empty without any.
@@ -81,10 +78,14 @@ std::optional<Refusal> find_deleted_key(const std::vector<DocumentNode>& nodes, 
 
 }  // namespace
 
+bool is_native_root(const DocumentNode& root) {
+  return root.schema != nullptr && !is_foreign(root.module.text());
+}
+
 Document take_native(Document& document, NativeNodes which) {
   auto& roots = document.roots;
   const auto first = std::stable_partition(roots.begin(), roots.end(), [&](const auto& root) {
-    return !is_native(root) || (which == NativeNodes::kConfiguration && is_state(root));
+    return !is_native_root(root) || (which == NativeNodes::kConfiguration && is_state(root));
   });
   Document native = {document.name, {}};
   native.roots.assign(std::make_move_iterator(first), std::make_move_iterator(roots.end()));
@@ -102,6 +103,11 @@ void check_native_edit(const Models& models, Document& edit) {
         {InputFault::Kind::kBadValue, path.back()->tag, place});
   }
   check_native_names(edit);
+}
+
+void check_native_query(const Models& models, Document& query) {
+  check_no_operations(query);
+  check_against_models(models, query, InputUse::kQuery);
 }
 
 void settle_native_operations(const Models& models, DefaultOperation operation, Document& edit) {

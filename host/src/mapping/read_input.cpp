@@ -1,0 +1,132 @@
+#include "mapping/read_input.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "io/document_nodes.h"
+#include "io/read_document.h"
+#include "io/select_data.h"
+#include "mapping/envelope_checks.h"
+#include "mapping/interface_nodes.h"
+#include "mapping/read_nodes.h"
+
+namespace ocifip {
+namespace {
+
+bool is_everything(const QueryRequest& request) {
+  return !request.document && request.paths.empty();
+}
+
+// Takes out what no model knows, and what then asks for nothing any more. Returns whether there was
+// any.
+bool drop_unknown(std::vector<DocumentNode>& nodes) {
+  const std::size_t count = nodes.size();
+  bool is_changed = false;
+  std::erase_if(nodes, [&](DocumentNode& node) {
+    if (node.schema == nullptr) return true;
+    // The content of anydata is nobody's.
+    if (Models::is_any(node.schema) || !drop_unknown(node.children)) return false;
+    is_changed = true;
+    return only_chooses(node);
+  });
+  return is_changed || nodes.size() != count;
+}
+
+// Has a query ask for all that values choose in.
+void widen(std::vector<DocumentNode>& nodes) {
+  for (DocumentNode& node : nodes) {
+    auto& children = node.children;
+    if (only_chooses(node)) {
+      std::erase_if(children, is_value_choice);
+      continue;
+    }
+    for (DocumentNode& child : children) {
+      if (is_value_choice(child)) child.value.reset();
+    }
+    widen(children);
+  }
+}
+
+class QueryReader {
+ public:
+  QueryReader(const Models& models, const QueryRequest& request, InputRules rules, Views views)
+      : models_(models), request_(request), views_(views), checks_(models, rules) {}
+
+  ReadInput read() {
+    read_.content = request_.content.value_or(Content::kAll);
+    read_.values_choose = request_.values_choose;
+    if (request_.document) read_given();
+    for (const std::string& path : request_.paths) add(read_path(models_, path));
+    if (views_ == Views::kBoth && is_everything(request_)) add_everything({});
+    read_.notes = checks_.notes();
+    return std::move(read_);
+  }
+
+ private:
+  void read_given() {
+    Document document = read_document(models_, *request_.document);
+    read_.content = content_of(request_, document);
+    if (reads_all(document)) {
+      add_everything(std::move(document));
+      return;
+    }
+    forget_empty_values(document.roots);
+    if (read_.values_choose) {
+      drop_unknown(document.roots);
+      std::erase_if(document.roots, [](const DocumentNode& root) {
+        return !is_named(root, kInterfacesModule, "interfaces") && !is_native_root(root);
+      });
+    }
+    add(std::move(document));
+  }
+
+  // Of both kinds of models, as far as they may be read.
+  void add_everything(Document document) {
+    document.roots = read_path(models_, "/openconfig-interfaces:interfaces").roots;
+    add(std::move(document));
+    read_.is_all_native = views_ == Views::kBoth;
+  }
+
+  void add(Document document) {
+    if (views_ == Views::kBoth) {
+      Document native = take_native(document, NativeNodes::kAll);
+      check_native_query(models_, native);
+      add(std::move(native), read_.native);
+      if (document.roots.empty()) return;
+    }
+    checks_.check_query(document);
+    add(std::move(document), read_.openconfig);
+  }
+
+  void add(Document document, ReadParts& parts) const {
+    if (views_ == Views::kBoth && document.roots.empty()) return;
+    if (read_.values_choose) {
+      parts.chosen.push_back(document);
+      widen(document.roots);
+    }
+    parts.asked.push_back(std::move(document));
+  }
+
+  const Models& models_;
+  const QueryRequest& request_;
+  Views views_;
+  InputChecks checks_;
+  ReadInput read_;
+};
+
+}  // namespace
+
+ReadInput read_query(const Models& models, const QueryRequest& request, InputRules rules,
+                     Views views) {
+  return QueryReader(models, request, rules, views).read();
+}
+
+Document joined(const std::vector<Document>& documents) {
+  Document all;
+  for (const Document& document : documents) {
+    all.roots.insert(all.roots.end(), document.roots.begin(), document.roots.end());
+  }
+  return all;
+}
+
+}  // namespace ocifip
