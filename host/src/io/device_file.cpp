@@ -87,6 +87,7 @@ class Field {
 
   [[nodiscard]] bool has(std::string_view name) const { return value_.contains(name); }
   [[nodiscard]] bool is_null() const { return value_.is_null(); }
+  [[nodiscard]] std::size_t size() const { return value_.size(); }
 
   [[nodiscard]] const std::string& text() const {
     if (!value_.is_string()) fail("not a string");
@@ -185,7 +186,7 @@ void check_is_native(const Document& native) {
 }
 
 // Why a key has no name of an interface or subinterface, or "".
-std::string key_fault(const lysc_node* list, std::string_view key, const std::string& value) {
+std::string key_fault(const lysc_node* list, std::string_view key, std::string_view value) {
   const bool is_configured = Models::module(list).ends_with("-cfg");
   if (!is_configured) return "";
   return value.empty() ? in_quotes(key) + " is empty" : native_name_fault(value);
@@ -247,21 +248,70 @@ DeviceInterface interface_of(const Field& field) {
   return interface;
 }
 
+// Interfaces that have an internal name each.
+class InterfaceList {
+ public:
+  explicit InterfaceList(std::size_t count) {
+    interfaces_.reserve(count);
+    numbers_.reserve(count);
+  }
+
+  // Gives the name of the one that has the internal name already, or null.
+  const std::string* add(DeviceInterface interface) {
+    const auto [known, is_new] =
+        numbers_.emplace(internal_name(interface.name), interfaces_.size());
+    interfaces_.push_back(std::move(interface));
+    return is_new ? nullptr : &interfaces_[known->second].name;
+  }
+
+  std::vector<DeviceInterface> take() { return std::move(interfaces_); }
+
+ private:
+  std::vector<DeviceInterface> interfaces_;
+  std::unordered_map<std::string, std::size_t> numbers_;  // by internal names
+};
+
 std::vector<DeviceInterface> interfaces_of(const Field& field) {
-  std::vector<DeviceInterface> interfaces;
-  std::unordered_map<std::string, std::size_t> numbers;  // by internal names
+  InterfaceList interfaces(field.size());
   field.each_element([&](const Field& element) {
-    interfaces.push_back(interface_of(element));
-    const std::string& name = interfaces.back().name;
-    const auto [known, is_new] = numbers.emplace(internal_name(name), numbers.size());
-    if (is_new) return;
-    const std::string& other = interfaces[known->second].name;
-    element.required("name").fail(other == name
-                                      ? "a second interface " + in_quotes(name)
-                                      : in_quotes(name) + " and " + in_quotes(other) +
-                                            " have one internal name, " + in_quotes(known->first));
+    const std::string* other = interfaces.add(interface_of(element));
+    if (other == nullptr) return;
+    const Field name = element.required("name");
+    name.fail(*other == name.text()
+                  ? "a second interface " + in_quotes(*other)
+                  : in_quotes(name.text()) + " and " + in_quotes(*other) +
+                        " have one internal name, " + in_quotes(internal_name(*other)));
   });
-  return interfaces;
+  return interfaces.take();
+}
+
+// The name of an interface of which nothing else is said, or "".
+std::string_view lone_name(const PlainJson::Value& element) {
+  simdjson::dom::object members;
+  std::string_view name;
+  if (element.get(members) != simdjson::SUCCESS || members.size() != 1) return {};
+  const auto member = *members.begin();
+  return member.key == "name" && member.value.get(name) == simdjson::SUCCESS ? name
+                                                                             : std::string_view();
+}
+
+// The same without places: throws NotPlain or InputError for what has to be told by the other.
+std::vector<DeviceInterface> plain_interfaces(const std::string& file,
+                                              const PlainJson::Value& list) {
+  const simdjson::dom::array elements = list.get_array();
+  InterfaceList interfaces(elements.size());
+  for (const PlainJson::Value element : elements) {
+    DeviceInterface interface;
+    interface.name = lone_name(element);
+    if (interface.name.empty()) {
+      const Json json = to_json(element);
+      interface = interface_of(Field(file, json));
+    } else if (interface.name.size() > kLongestName || !native_name_fault(interface.name).empty()) {
+      throw NotPlain();
+    }
+    if (interfaces.add(std::move(interface)) != nullptr) throw NotPlain();
+  }
+  return interfaces.take();
 }
 
 DatabaseItem item_of(const Field& field) {
@@ -309,7 +359,7 @@ std::string internal_name(std::string_view name) {
   return internal;
 }
 
-std::string native_name_fault(const std::string& name) {
+std::string native_name_fault(std::string_view name) {
   if (has_control_character(name)) return in_quotes(name) + kHasControlCharacter;
   const std::size_t dot = name.find('.');
   if (dot == 0) return in_quotes(name) + " begins with a dot";
@@ -361,14 +411,15 @@ Device read_device(const Models& models, const std::string& name, const std::str
 Device open_device(const Models& models, const std::string& name,
                    const std::shared_ptr<const std::string>& text) {
   try {
-    std::shared_ptr<const NativeText> native;
-    Device device = device_of(name, open_device_json(models, name, text, native));
-    if (native == nullptr) return device;
-    const std::vector<InterfaceEntry> entries = native->entries();
+    PlainDeviceJson json = open_device_json(models, name, text);
+    Device device = device_of(name, json.fields);
+    if (json.interfaces) device.interfaces = plain_interfaces(name, *json.interfaces);
+    if (json.native == nullptr) return device;
+    const auto& entries = json.native->entries();
     const bool is_sound = std::all_of(entries.begin(), entries.end(), [](const auto& entry) {
-      return key_fault(entry.list, {}, std::string(entry.interface)).empty();
+      return key_fault(entry.list, {}, entry.interface).empty();
     });
-    device.native = NativeConfiguration(std::move(native));
+    device.native = NativeConfiguration(std::move(json.native));
     check_is_native(device.native.part({}));
     if (is_sound) return device;
   } catch (const NotPlain&) {

@@ -88,7 +88,7 @@ std::string internal_name(std::string_view name);
 // Why a name is no native name of an interface or subinterface, or "". The index of a subinterface
 // stands behind the first dot, without zeros before it; the one of index 0 has the interface's own
 // name.
-std::string native_name_fault(const std::string& name);
+std::string native_name_fault(std::string_view name);
 
 }  // namespace ocifip
 

@@ -18,6 +18,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kDeepestValue = 64;
 constexpr std::string_view kNative = "native";
+constexpr std::string_view kInterfaces = "interfaces";
 constexpr std::string_view kActive = "active";
 
 // Builds the fields, and has what is in "native" taken by others.
@@ -205,7 +206,7 @@ class PlainNative : public NativeText {
     if (kNone.contains(interfaces)) return outline_;
     return explain([&] { return read_plainly(interfaces, nullptr); });
   }
-  [[nodiscard]] std::vector<InterfaceEntry> entries() const override { return entries_; }
+  [[nodiscard]] const std::vector<InterfaceEntry>& entries() const override { return entries_; }
 
  private:
   using Choice = std::function<ElementFilter(const DocumentEvents& reader)>;
@@ -272,20 +273,26 @@ DeviceJson read_device_json(const Models& models, const std::string& name,
   return {reader.fields(), native->finish()};
 }
 
-Json open_device_json(const Models& models, const std::string& name,
-                      const std::shared_ptr<const std::string>& text,
-                      std::shared_ptr<const NativeText>& native) {
+PlainDeviceJson open_device_json(const Models& models, const std::string& name,
+                                 const std::shared_ptr<const std::string>& text) {
   const auto json = std::make_shared<const PlainJson>(*text);
   simdjson::dom::object members;
   if (json->top().get_object().get(members) != simdjson::SUCCESS) throw NotPlain();
-  Json fields = Json::object();
+  PlainDeviceJson device{Json::object(), nullptr, std::nullopt, json};
   for (const auto& [member, value] : members) {
-    const bool is_native = member == kNative && value.is_object();
-    if (fields.contains(member)) throw NotPlain();
-    fields[std::string(member)] = is_native ? Json::object() : to_json(value);
-    if (is_native) native = std::make_shared<const PlainNative>(models, name, text, json, value);
+    if (device.fields.contains(member)) throw NotPlain();
+    Json& field = device.fields[std::string(member)];
+    if (member == kNative && value.is_object()) {
+      field = Json::object();
+      device.native = std::make_shared<const PlainNative>(models, name, text, json, value);
+    } else if (member == kInterfaces && value.is_array()) {
+      field = Json::array();
+      device.interfaces = value;
+    } else {
+      field = to_json(value);
+    }
   }
-  return fields;
+  return device;
 }
 
 std::string with_native(const std::string& name, const std::string& text,

@@ -65,7 +65,7 @@ class NativeText {
   // What is no interface's, and the entries of these interfaces.
   [[nodiscard]] virtual Document read(const InterfaceNames& interfaces) const = 0;
   // The entries of interfaces, in their order.
-  [[nodiscard]] virtual std::vector<InterfaceEntry> entries() const = 0;
+  [[nodiscard]] virtual const std::vector<InterfaceEntry>& entries() const = 0;
 };
 
 // Copies share their documents, and what one of them has read.
