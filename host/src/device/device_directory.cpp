@@ -28,45 +28,53 @@ DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
   if (device_.node) {
     enter_node(*device_.node);
   }
-  const std::vector<InterfaceEntry> entries = device_.native.entries();
-  reserve(device_.interfaces.size() + entries.size());
-  for (const std::string& name : configured_interfaces(entries)) {
-    add_name(name);
-  }
-  const std::vector<std::string> configured_names = names_;
-  for (const DeviceInterface& interface : device_.interfaces) {
-    add_name(interface.name);
-    enter_interface(interface);
-  }
-  // What is configured is an interface, whether the device file lists it or not.
-  for (const std::string& name : configured_names) {
-    if (handle_of(internal_name(name)) == 0) {
-      DeviceInterface interface;
-      interface.name = name;
-      enter_interface(interface);
-    }
-  }
+  const std::vector<std::string> configured = configured_interfaces(device_.native.entries());
+  reserve(device_.interfaces.size() + configured.size());
+  for (const DeviceInterface& interface : device_.interfaces) enter_interface(interface);
+  enter_names(configured);
   // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
   for (const auto& [interface, index] : subinterfaces_in(device_.native.part({}).roots)) {
-    add_name(native_name(interface, index));
+    std::string name = native_name(interface, index);
+    if (!knows(name)) names_.push_back(*other_names_.insert(std::move(name)).first);
   }
 }
 
 // Room for the names of interfaces; many are both listed and configured.
 void DeviceDirectory::reserve(std::size_t count) {
   names_.reserve(count);
-  known_names_.reserve(count);
   interfaces_.reserve(count);
   handles_.reserve(count);
 }
 
-void DeviceDirectory::add_name(const std::string& name) {
-  if (known_names_.insert(name).second) {
-    names_.push_back(name);
+// What is configured is an interface, whether the device file lists it or not; the names of what is
+// configured come first.
+void DeviceDirectory::enter_names(const std::vector<std::string>& configured) {
+  const std::size_t listed = interfaces_.size();
+  std::vector<bool> is_named(listed);
+  for (const std::string& name : configured) {
+    const std::uint32_t handle = handle_of(internal_name(name));
+    bool is_new = handle == 0;
+    if (is_new) {
+      DeviceInterface interface;
+      interface.name = name;
+      enter_interface(interface);
+    } else if (interfaces_[handle - 1].name != name) {
+      is_new = other_names_.insert(name).second;
+    } else if (handle <= listed) {
+      is_new = !is_named[handle - 1];
+      is_named[handle - 1] = true;
+    }
+    if (is_new) names_.push_back(name);
+  }
+  for (std::size_t at = 0; at < listed; ++at) {
+    if (!is_named[at]) names_.push_back(interfaces_[at].name);
   }
 }
 
-bool DeviceDirectory::knows(const std::string& name) const { return known_names_.contains(name); }
+bool DeviceDirectory::knows(const std::string& name) const {
+  const std::uint32_t handle = handle_of(internal_name(name));
+  return (handle != 0 && interfaces_[handle - 1].name == name) || other_names_.contains(name);
+}
 
 void DeviceDirectory::configure(NativeConfiguration native) {
   Device device = std::move(device_);

@@ -64,7 +64,7 @@ class DeviceDirectory {
   friend class ActiveDevice;
 
   void reserve(std::size_t count);
-  void add_name(const std::string& name);
+  void enter_names(const std::vector<std::string>& configured);
   nodeid_t enter_node(const std::string& name);
   void enter_interface(const DeviceInterface& interface);
   void complete(InterfaceRecord& record) const;
@@ -76,7 +76,7 @@ class DeviceDirectory {
   mutable std::unordered_map<std::string, ConfiguredAddresses> configured_;  // what follows has
   mutable const Document* configured_in_ = nullptr;
   std::vector<std::string> names_;
-  std::unordered_set<std::string> known_names_;
+  std::unordered_set<std::string> other_names_;  // which have no record of their own
   std::unordered_map<std::string, std::uint32_t> handles_;
 };
 
