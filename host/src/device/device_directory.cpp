@@ -29,21 +29,16 @@ DeviceDirectory::DeviceDirectory(Device device) : device_(std::move(device)) {
     enter_node(*device_.node);
   }
   const std::vector<std::string> configured = configured_interfaces(device_.native.entries());
-  reserve(device_.interfaces.size() + configured.size());
-  for (const DeviceInterface& interface : device_.interfaces) enter_interface(interface);
+  const std::vector<DeviceInterface>& listed = device_.interfaces.all();
+  interfaces_.reserve(std::max(listed.size(), configured.size()));  // many are both
+  names_.reserve(interfaces_.capacity());
+  for (const DeviceInterface& interface : listed) enter_interface(interface);
   enter_names(configured);
   // The summaries are the native trees that arrange subinterfaces as OpenConfig does.
   for (const auto& [interface, index] : subinterfaces_in(device_.native.part({}).roots)) {
     std::string name = native_name(interface, index);
     if (!knows(name)) names_.push_back(*other_names_.insert(std::move(name)).first);
   }
-}
-
-// Room for the names of interfaces; many are both listed and configured.
-void DeviceDirectory::reserve(std::size_t count) {
-  names_.reserve(count);
-  interfaces_.reserve(count);
-  handles_.reserve(count);
 }
 
 // What is configured is an interface, whether the device file lists it or not; the names of what is
@@ -55,9 +50,7 @@ void DeviceDirectory::enter_names(const std::vector<std::string>& configured) {
     const std::uint32_t handle = handle_of(internal_name(name));
     bool is_new = handle == 0;
     if (is_new) {
-      DeviceInterface interface;
-      interface.name = name;
-      enter_interface(interface);
+      enter_configured(name);
     } else if (interfaces_[handle - 1].name != name) {
       is_new = other_names_.insert(name).second;
     } else if (handle <= listed) {
@@ -99,10 +92,18 @@ void DeviceDirectory::enter_interface(const DeviceInterface& interface) {
   if (interface.ipv6) record.ipv6 = *interface.ipv6;
   record.lacks_ipv4 = !interface.ipv4;
   record.lacks_ipv6 = !interface.ipv6;
-  handles_.emplace(internal_name(record.name), static_cast<std::uint32_t>(interfaces_.size()));
+}
+
+void DeviceDirectory::enter_configured(const std::string& name) {
+  DeviceInterface interface;
+  interface.name = name;
+  enter_interface(interface);
+  handles_.emplace(internal_name(name), static_cast<std::uint32_t>(interfaces_.size()));
 }
 
 std::uint32_t DeviceDirectory::handle_of(const std::string& internal_name) const {
+  const auto listed = device_.interfaces.find(internal_name);
+  if (listed) return static_cast<std::uint32_t>(*listed) + 1;
   const auto found = handles_.find(internal_name);
   return found == handles_.end() ? 0 : found->second;
 }

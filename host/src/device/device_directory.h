@@ -63,10 +63,10 @@ class DeviceDirectory {
  private:
   friend class ActiveDevice;
 
-  void reserve(std::size_t count);
   void enter_names(const std::vector<std::string>& configured);
   nodeid_t enter_node(const std::string& name);
   void enter_interface(const DeviceInterface& interface);
+  void enter_configured(const std::string& name);
   void complete(InterfaceRecord& record) const;
 
   Device device_;
@@ -76,8 +76,8 @@ class DeviceDirectory {
   mutable std::unordered_map<std::string, ConfiguredAddresses> configured_;  // what follows has
   mutable const Document* configured_in_ = nullptr;
   std::vector<std::string> names_;
-  std::unordered_set<std::string> other_names_;  // which have no record of their own
-  std::unordered_map<std::string, std::uint32_t> handles_;
+  std::unordered_set<std::string> other_names_;             // which have no record of their own
+  std::unordered_map<std::string, std::uint32_t> handles_;  // of interfaces that are not listed
 };
 
 // Lets the services answer from a directory for as long as it lives: the one made last.

@@ -7,7 +7,6 @@
 #include <set>
 #include <string_view>
 #include <system_error>
-#include <unordered_map>
 #include <utility>
 
 #include "io/address_text.h"
@@ -87,7 +86,6 @@ class Field {
 
   [[nodiscard]] bool has(std::string_view name) const { return value_.contains(name); }
   [[nodiscard]] bool is_null() const { return value_.is_null(); }
-  [[nodiscard]] std::size_t size() const { return value_.size(); }
 
   [[nodiscard]] const std::string& text() const {
     if (!value_.is_string()) fail("not a string");
@@ -248,41 +246,19 @@ DeviceInterface interface_of(const Field& field) {
   return interface;
 }
 
-// Interfaces that have an internal name each.
-class InterfaceList {
- public:
-  explicit InterfaceList(std::size_t count) {
-    interfaces_.reserve(count);
-    numbers_.reserve(count);
-  }
-
-  // Gives the name of the one that has the internal name already, or null.
-  const std::string* add(DeviceInterface interface) {
-    const auto [known, is_new] =
-        numbers_.emplace(internal_name(interface.name), interfaces_.size());
-    interfaces_.push_back(std::move(interface));
-    return is_new ? nullptr : &interfaces_[known->second].name;
-  }
-
-  std::vector<DeviceInterface> take() { return std::move(interfaces_); }
-
- private:
-  std::vector<DeviceInterface> interfaces_;
-  std::unordered_map<std::string, std::size_t> numbers_;  // by internal names
-};
-
-std::vector<DeviceInterface> interfaces_of(const Field& field) {
-  InterfaceList interfaces(field.size());
+DeviceInterfaces interfaces_of(const Field& field) {
+  DeviceInterfaces interfaces;
   field.each_element([&](const Field& element) {
-    const std::string* other = interfaces.add(interface_of(element));
-    if (other == nullptr) return;
-    const Field name = element.required("name");
-    name.fail(*other == name.text()
-                  ? "a second interface " + in_quotes(*other)
-                  : in_quotes(name.text()) + " and " + in_quotes(*other) +
-                        " have one internal name, " + in_quotes(internal_name(*other)));
+    if (interfaces.add(interface_of(element))) return;
+    const Field field_of_name = element.required("name");
+    const std::string& name = field_of_name.text();
+    const std::string internal = internal_name(name);
+    const std::string& other = interfaces.all()[*interfaces.find(internal)].name;
+    field_of_name.fail(other == name ? "a second interface " + in_quotes(name)
+                                     : in_quotes(name) + " and " + in_quotes(other) +
+                                           " have one internal name, " + in_quotes(internal));
   });
-  return interfaces.take();
+  return interfaces;
 }
 
 // The name of an interface of which nothing else is said, or "".
@@ -296,10 +272,10 @@ std::string_view lone_name(const PlainJson::Value& element) {
 }
 
 // The same without places: throws NotPlain or InputError for what has to be told by the other.
-std::vector<DeviceInterface> plain_interfaces(const std::string& file,
-                                              const PlainJson::Value& list) {
+DeviceInterfaces plain_interfaces(const std::string& file, const PlainJson::Value& list) {
   const simdjson::dom::array elements = list.get_array();
-  InterfaceList interfaces(elements.size());
+  DeviceInterfaces interfaces;
+  interfaces.reserve(elements.size());
   for (const PlainJson::Value element : elements) {
     DeviceInterface interface;
     interface.name = lone_name(element);
@@ -309,9 +285,9 @@ std::vector<DeviceInterface> plain_interfaces(const std::string& file,
     } else if (interface.name.size() > kLongestName || !native_name_fault(interface.name).empty()) {
       throw NotPlain();
     }
-    if (interfaces.add(std::move(interface)) != nullptr) throw NotPlain();
+    if (!interfaces.add(std::move(interface))) throw NotPlain();
   }
-  return interfaces.take();
+  return interfaces;
 }
 
 DatabaseItem item_of(const Field& field) {
@@ -353,6 +329,22 @@ bool is_absent(const Field& faults, std::string_view service) {
 
 }  // namespace
 
+void DeviceInterfaces::reserve(std::size_t count) {
+  interfaces_.reserve(count);
+  places_.reserve(count);
+}
+
+bool DeviceInterfaces::add(DeviceInterface interface) {
+  const bool is_new = places_.emplace(internal_name(interface.name), interfaces_.size()).second;
+  if (is_new) interfaces_.push_back(std::move(interface));
+  return is_new;
+}
+
+std::optional<std::size_t> DeviceInterfaces::find(const std::string& internal_name) const {
+  const auto found = places_.find(internal_name);
+  return found == places_.end() ? std::nullopt : std::optional(found->second);
+}
+
 std::string internal_name(std::string_view name) {
   std::string internal(name);
   std::replace(internal.begin(), internal.end(), '/', '_');
@@ -364,12 +356,13 @@ std::string native_name_fault(std::string_view name) {
   const std::size_t dot = name.find('.');
   if (dot == 0) return in_quotes(name) + " begins with a dot";
   if (dot == std::string::npos) return "";
-  if (name.find_first_not_of('0', dot + 1) == std::string::npos) {
+  const std::string_view index = name.substr(dot + 1);
+  if (index.find_first_not_of('0') == std::string_view::npos) {
     return in_quotes(name) + " is subinterface 0, whose native name is " +
            in_quotes(name.substr(0, dot));
   }
-  const bool is_number = name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
-  const bool has_zero = is_number && name[dot + 1] == '0';
+  const bool has_zero =
+      index.front() == '0' && index.find_first_not_of("0123456789") == std::string_view::npos;
   return has_zero ? in_quotes(name) + " has a subinterface index that begins with 0" : "";
 }
 

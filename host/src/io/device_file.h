@@ -3,12 +3,14 @@
 #define OCIFIP_HOST_IO_DEVICE_FILE_H_
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "io/document.h"
@@ -37,6 +39,22 @@ struct DeviceInterface {
   std::optional<DeviceAddresses> ipv6;
 };
 
+// Interfaces in their order, each with an internal name of its own.
+class DeviceInterfaces {
+ public:
+  void reserve(std::size_t count);
+  // Adds an interface unless there is one of its internal name; tells whether it did.
+  bool add(DeviceInterface interface);
+
+  [[nodiscard]] const std::vector<DeviceInterface>& all() const { return interfaces_; }
+  // The place of an interface among them, counted from 0.
+  [[nodiscard]] std::optional<std::size_t> find(const std::string& internal_name) const;
+
+ private:
+  std::vector<DeviceInterface> interfaces_;
+  std::unordered_map<std::string, std::size_t> places_;  // by internal names
+};
+
 // One item of the database. At a path that ends in "/", which is a list's, stands the item of the
 // list that has no name; if it cannot be read, the whole list cannot.
 struct DatabaseItem {
@@ -52,7 +70,7 @@ using DatabaseItems = std::map<std::string, DatabaseItem>;  // by full path
 
 struct Device {
   std::optional<std::string> node;  // node identity; absent when the device has none
-  std::vector<DeviceInterface> interfaces;
+  DeviceInterfaces interfaces;
   NativeConfiguration native;
   DatabaseItems sysdb;
   bool sysdb_absent = false;  // faults

@@ -33,7 +33,7 @@ void InterfaceNames::add(const InterfaceNames& others) {
 }
 
 bool InterfaceNames::contains(std::string_view native_name) const {
-  if (natives_.contains(native_name)) return true;
+  if (!natives_.empty() && natives_.contains(native_name)) return true;
   return !interfaces_.empty() && interfaces_.contains(native_name.substr(0, native_name.find('.')));
 }
 
