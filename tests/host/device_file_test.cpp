@@ -27,7 +27,7 @@ std::string device_of(const std::function<Device()>& read) {
       text += ' ' + std::to_string(address.bytes[0]) + '-' + std::to_string(address.bytes[15]) +
               '/' + std::to_string(address.prefix_length);
     };
-    for (const auto& interface : device.interfaces) {
+    for (const auto& interface : device.interfaces.all()) {
       text += interface.name + '@' + interface.node.value_or("-");
       for (const auto& addresses : {interface.ipv4, interface.ipv6}) {
         text += addresses ? " has" : " none";
@@ -93,7 +93,7 @@ TEST(Devices, AreOpenedInParts) {
 TEST(Devices, ExampleHasAddressesToTryMergingWith) {
   const auto device = example_device(models());
   EXPECT_EQ(device.node, "node0_1");
-  const auto& last = device.interfaces.back();
+  const auto& last = device.interfaces.all().back();
   EXPECT_EQ(last.ipv4->primary->prefix_length, 24U);
   EXPECT_EQ(last.ipv4->secondaries.size(), 2U);
 }

@@ -187,19 +187,20 @@ TEST(DeviceServices, AddressesComeFromTheInterfaceOrFromTheNativeConfiguration) 
 
 TEST(DeviceServices, TheAttributeHoldsAnyNumberOfSecondaries) {
   Device device;
-  device.interfaces.push_back({"Eth1", {}, DeviceAddresses(), DeviceAddresses()});
+  DeviceInterface interface{"Eth1", {}, DeviceAddresses(), DeviceAddresses()};
   std::string expected = "0.0.0.0/0";
   std::string expected_ipv6 = "::/0";
   for (std::uint8_t i = 1; i < 255; ++i) {
-    DeviceAddress& address = device.interfaces[0].ipv4->secondaries.emplace_back();
+    DeviceAddress& address = interface.ipv4->secondaries.emplace_back();
     address.bytes = {10, 0, i, 1};
     address.prefix_length = 24;
     expected += " 10.0." + std::to_string(i) + ".1/24";
-    device.interfaces[0].ipv6->secondaries.push_back(address);
+    interface.ipv6->secondaries.push_back(address);
     std::array<char, 20> text;
     std::snprintf(text.data(), text.size(), " a00:%x::/24", i * 256U + 1);
     expected_ipv6 += text.data();
   }
+  device.interfaces.add(std::move(interface));
   const DeviceDirectory directory(std::move(device));
   const ActiveDevice active(directory);
   EXPECT_EQ(addresses_of("Eth1"), expected);
