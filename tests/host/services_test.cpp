@@ -187,7 +187,7 @@ TEST(DeviceServices, AddressesComeFromTheInterfaceOrFromTheNativeConfiguration) 
 
 TEST(DeviceServices, TheAttributeHoldsAnyNumberOfSecondaries) {
   Device device;
-  DeviceInterface interface{"Eth1", {}, DeviceAddresses(), DeviceAddresses()};
+  DeviceInterface interface { "Eth1", {}, DeviceAddresses(), DeviceAddresses() };
   std::string expected = "0.0.0.0/0";
   std::string expected_ipv6 = "::/0";
   for (std::uint8_t i = 1; i < 255; ++i) {
@@ -220,6 +220,21 @@ TEST(DeviceServices, NodesAndNames) {
   EXPECT_EQ(nodeid_to_str_external(node, text.data(), text.size()), kOk);
   EXPECT_STREQ(text.data(), "node0_2");
   EXPECT_EQ(imc_ifname_to_location(yfw_ocifmgr_im_conn, "Eth9", &node), IMC_INTERFACE_UNKNOWN);
+}
+
+TEST(DeviceServices, TwoNamesMayBeOfOneInterface) {
+  const DeviceDirectory directory(read_device(models(), "device", R"({
+      "interfaces": [{"name": "Gi0/1"}, {"name": "Eth1"}, {"name": "Eth2"}],
+      "native": {"Halvane-Ombrix-ifmgr-cfg:interface-configurations": {"interface-configuration": [
+          {"active": "act", "interface-name": "Te9"}, {"active": "act", "interface-name": "Gi0_1"},
+          {"active": "act", "interface-name": "Eth2"}]}}})"));
+  std::string names;
+  for (const std::string& name : directory.interface_names()) {
+    names += name + '=' + std::to_string(directory.handle_of(internal_name(name))) + ' ';
+    EXPECT_TRUE(directory.knows(name)) << name;
+  }
+  EXPECT_EQ(names, "Te9=4 Gi0_1=1 Eth2=3 Gi0/1=1 Eth1=2 ");
+  EXPECT_FALSE(directory.knows("Te8"));
 }
 
 TEST(DeviceServices, AnInterfaceWithoutALocationIsOnTheLocalNodeOrOnNone) {

@@ -13,6 +13,7 @@
 #include "io/check_data.h"
 #include "io/device_json.h"
 #include "io/document_nodes.h"
+#include "io/plain_device.h"
 #include "io/plain_json.h"
 #include "io/text.h"
 #include "ocifip/device.h"

@@ -2,15 +2,11 @@
 #ifndef OCIFIP_HOST_IO_DEVICE_JSON_H_
 #define OCIFIP_HOST_IO_DEVICE_JSON_H_
 
-#include <memory>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 
 #include "io/document.h"
 #include "io/models.h"
-#include "io/native_configuration.h"
-#include "io/plain_json.h"
 #include "ocifip/host.h"
 
 namespace ocifip {
@@ -23,20 +19,6 @@ struct DeviceJson {
 // Reads a text that has been checked (check_text). Throws InputError for text that is not JSON, for
 // a name that is twice in one object, for deep nesting, and as the reader of documents does.
 DeviceJson read_device_json(const Models& models, const std::string& name, const std::string& text);
-
-// The same of a text without faults, of which only what is asked for becomes more than parsed text.
-struct PlainDeviceJson {
-  nlohmann::ordered_json
-      fields;  // without the members of "native" and the elements of "interfaces"
-  std::shared_ptr<const NativeText> native;    // null when there is none
-  std::optional<PlainJson::Value> interfaces;  // an array; valid for as long as `text` lives
-  std::shared_ptr<const PlainJson> text;
-};
-
-// The models outlive the result. Throws NotPlain or InputError for text that has to be read by
-// read_device_json(), which says what is wrong if something is.
-PlainDeviceJson open_device_json(const Models& models, const std::string& name,
-                                 const std::shared_ptr<const std::string>& text);
 
 // The text of a device file, which has been read, with another object for "native", which is given
 // as JSON. All else is as it was, byte by byte; a file without the field has it at its end. Throws
