@@ -91,6 +91,8 @@ const void* cause_below(const DocumentNode& entry) {
 
 class NativeEditor {
  public:
+  explicit NativeEditor(bool names_interfaces = false) : names_interfaces_(names_interfaces) {}
+
   // Why the edit is refused; nothing when the target has been edited.
   std::optional<Refusal> edit(Nodes& target, const Nodes& edit,
                               const JudgeDeletion& judge_deletion);
@@ -105,6 +107,7 @@ class NativeEditor {
 
   // False when the edit is refused.
   bool apply(Nodes& target, const Nodes& edit, Nodes* replaced = nullptr);
+  [[nodiscard]] bool stands_alone(const DocumentNode& node) const;
   [[nodiscard]] Refusal refusal(cerrno code) const;
   bool refuse(cerrno code);
   bool note_deletion(const DocumentNode& edit, bool is_there);
@@ -116,6 +119,7 @@ class NativeEditor {
   bool add_inner(Level& level, const DocumentNode& edit);
   bool change_inner(Level& level, const DocumentNode& edit, DocumentNode& target);
 
+  bool names_interfaces_;
   std::vector<const DocumentNode*> path_;  // in the edit
   std::vector<Cause> causes_;              // in the order of the edit
   std::unordered_map<const void*, std::size_t> positions_;
@@ -222,9 +226,8 @@ bool NativeEditor::write_inner(Level& level, const DocumentNode& edit) {
 }
 
 // Whether a container or entry is something when nothing is below it.
-bool stands_alone(const DocumentNode& node) {
-  // An interface's entry in an edit only leads to what is below it.
-  if (node.kind == NodeKind::kList) return !is_native_interface(node);
+bool NativeEditor::stands_alone(const DocumentNode& node) const {
+  if (node.kind == NodeKind::kList) return names_interfaces_ || !is_native_interface(node);
   return node.schema == nullptr || !Models::is_plain_container(node.schema);
 }
 
@@ -278,7 +281,7 @@ std::optional<Refusal> edit_tree(std::vector<DocumentNode>& nodes,
 
 EditedNative edit_native(const Models& models, const Document& native, const Document& edit,
                          const JudgeDeletion& judge_deletion) {
-  const NativeEdit only = {edit, judge_deletion};
+  const NativeEdit only = {edit, judge_deletion, false};
   return edit_native(models, native, std::span(&only, 1));
 }
 
@@ -287,7 +290,7 @@ EditedNative edit_native(const Models& models, const Document& native,
   EditedNative result{native, std::nullopt};
   for (const NativeEdit& each : edits) {
     if (result.refusal) break;
-    NativeEditor editor;
+    NativeEditor editor(each.names_interfaces);
     result.refusal = editor.edit(result.native.roots, each.edit.roots, each.judge_deletion);
   }
   if (!result.refusal) {

@@ -26,6 +26,9 @@ struct EditedNative {
 // aside, an entry that is not named by all of its keys, unless the
 // list is deleted as a whole by one without any, and a result that the models would not accept.
 //
+// The entry of an interface in the edit only leads to what is below it: it is not made without
+// content, and need not be there.
+//
 // `judge_deletion`, when given, is asked of each cause that deletes nothing which is there, and of
 // one that deletes below an entry without its keys, with the refusal in terms of the edit. It gives
 // the refusal; for what is not there, nothing when the edit may go on.
@@ -39,6 +42,7 @@ EditedNative edit_native(const Models& models, const Document& native, const Doc
 struct NativeEdit {
   const Document& edit;
   JudgeDeletion judge_deletion{};
+  bool names_interfaces = false;  // their entries are meant themselves, as others are
 };
 EditedNative edit_native(const Models& models, const Document& native,
                          std::span<const NativeEdit> edits);

@@ -220,7 +220,7 @@ class Selection {
     const auto keeps = [&](const auto* query) { return !is_chosen || !chooses_below(*query); };
     const bool is_entry = node.kind == NodeKind::kList;
     const bool is_kept =
-        !part.children.empty() || (is_entry && std::any_of(asking.begin(), asking.end(), keeps));
+        !has_only_keys(part) || (is_entry && std::any_of(asking.begin(), asking.end(), keeps));
     if (is_kept) selected.push_back(std::move(part));
   }
 

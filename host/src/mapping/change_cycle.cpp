@@ -59,7 +59,7 @@ void Mapper::make_change(EditInput& input, Format format, EditedDevice& edited) 
                                            : find_refusals(input, mapped.native, cycle);
   if (!edited.refusals.empty()) return;
   const std::array edits = {
-      NativeEdit{input.native, {}},
+      NativeEdit{input.native, {}, true},
       NativeEdit{mapped.native, [&](const void* cause, const Refusal& refusal) {
                    return cycle.judge_deletion(cause, refusal);
                  }}};
