@@ -100,11 +100,12 @@ bool Parameters::flag(std::string_view name) {
 void Parameters::finish() const {
   if (left_.empty()) return;
   const std::string_view name = name_of(left_.front());
-  const bool is_known = namespace_of(left_.front()) == namespace_of(of_);
-  fail(is_known ? tags::kUnknownElement : tags::kUnknownNamespace, name,
-       in_quotes(name) +
-           (is_known ? "" : " of the namespace " + in_quotes(namespace_of(left_.front()))) +
-           " is none of what " + in_quotes(name_of(of_)) + " has");
+  const std::string_view name_space = namespace_of(left_.front());
+  const std::string reason = " is none of what " + in_quotes(name_of(of_)) + " has";
+  if (name_space == namespace_of(of_)) fail(tags::kUnknownElement, name, in_quotes(name) + reason);
+  throw OperationError(element_error(
+      tags::kUnknownNamespace, name,
+      in_quotes(name) + " of the namespace " + in_quotes(name_space) + reason, name_space));
 }
 
 }  // namespace ocifip::agent

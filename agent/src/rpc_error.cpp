@@ -45,19 +45,16 @@ const char* tag_of(InputFault::Kind kind) {
   return tags::kFailed;
 }
 
-// What error-info calls the element of an error with a tag; null where it names none.
-const char* named_in_info(std::string_view tag) {
-  if (tag == tags::kMissingElement || tag == tags::kUnknownElement || tag == tags::kBadElement ||
-      tag == tags::kUnknownNamespace || tag == tags::kUnknownAttribute) {
-    return "bad-element";
+// What an error is about, where the standard wants it in error-info.
+void name_element(RpcError& error, std::string_view name, std::string_view name_space) {
+  if (name.empty()) return;
+  if (error.tag == tags::kUnknownAttribute) {
+    error.info = element("bad-attribute", name);
+  } else if (error.tag == tags::kMissingElement || error.tag == tags::kUnknownElement ||
+             error.tag == tags::kBadElement || error.tag == tags::kUnknownNamespace) {
+    error.info = element("bad-element", name);
   }
-  return nullptr;
-}
-
-// An error about an element, with the name that the standard wants in error-info.
-void name_element(RpcError& error, std::string_view name) {
-  const char* info = named_in_info(error.tag);
-  if (info != nullptr && !name.empty()) error.info = element(info, name);
+  if (error.tag == tags::kUnknownNamespace) error.info += element("bad-namespace", name_space);
 }
 
 std::string print(const RpcError& error) {
@@ -72,9 +69,10 @@ std::string print(const RpcError& error) {
 
 }  // namespace
 
-RpcError element_error(const char* tag, std::string_view element, std::string message) {
+RpcError element_error(const char* tag, std::string_view element, std::string message,
+                       std::string_view name_space) {
   RpcError error = {tag, std::move(message)};
-  name_element(error, element);
+  name_element(error, element, name_space);
   return error;
 }
 
@@ -82,7 +80,7 @@ RpcError error_of(const Refusal& refusal) {
   RpcError error = {tag_of(refusal), refusal.sentence(), "application", refusal.path,
                     refusal.code_text()};
   if (error.message.empty()) error.message = refusal.text();
-  name_element(error, refusal.tag);
+  name_element(error, refusal.tag, {});
   return error;
 }
 
@@ -90,7 +88,7 @@ RpcError error_of(const InputError& error) {
   const InputFault& fault = error.fault();
   RpcError told = {tag_of(fault.kind), fault.reason, "application", fault.path};
   if (told.message.empty()) told.message = error.what();
-  name_element(told, fault.tag);
+  name_element(told, fault.tag, fault.name_space);
   return told;
 }
 

@@ -56,8 +56,10 @@ class OperationError : public std::exception {
   std::vector<RpcError> errors;  // one at least
 };
 
-// With the element that an error is about in error-info, as the standard wants it.
-RpcError element_error(const char* tag, std::string_view element, std::string message);
+// With the element that an error is about in error-info, as the standard wants it, and with its
+// namespace where that is unknown.
+RpcError element_error(const char* tag, std::string_view element, std::string message,
+                       std::string_view name_space = {});
 
 // Why the mapping or the device refused an edit or a read.
 RpcError error_of(const Refusal& refusal);

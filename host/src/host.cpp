@@ -88,6 +88,7 @@ class Host::Impl {
   Models models_;
   std::optional<std::string> device_file_;
   std::shared_ptr<const std::string> device_text_;  // as it was read or saved last
+  bool is_saved_ = true;                            // what runs is in the file
   std::unique_ptr<Plugin> plugin_;
   std::unique_ptr<DeviceViews> views_;
 };
@@ -152,10 +153,13 @@ std::unique_ptr<Reading> Host::Impl::read(const Configuration& configuration,
 // The file comes first: when it cannot be written, nothing has happened.
 void Host::Impl::commit(const Configuration& configuration,
                         const std::function<void()>* saved_when_ready) {
-  if (configuration == views_->running()) return;
-  if (saved_when_ready != nullptr) {
+  const bool is_saving = saved_when_ready != nullptr;
+  if (configuration == views_->running() && (is_saved_ || !is_saving)) return;
+  is_saved_ = false;
+  if (is_saving) {
     check_can_save();
     save(configuration.content().native().whole(), *saved_when_ready);
+    is_saved_ = true;
   }
   views_->run(configuration);
 }

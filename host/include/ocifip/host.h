@@ -32,9 +32,10 @@ struct InputFault {
   };
 
   Kind kind = Kind::kOther;
-  std::string tag{};     // of the node or attribute, or ""
-  std::string path{};    // instance path of the node, or of the one with the attribute; or ""
-  std::string reason{};  // the sentence alone, without the file and its line
+  std::string tag{};         // of the node or attribute, or ""
+  std::string path{};        // instance path of the node, or of the one with the attribute; or ""
+  std::string reason{};      // the sentence alone, without the file and its line
+  std::string name_space{};  // that no model has
 };
 
 // Input that cannot be read: "FILE:LINE: reason", or "FILE: reason" where no line is known.

@@ -1,6 +1,7 @@
 #include "io/check_input.h"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "io/document_nodes.h"
@@ -29,7 +30,9 @@ class InputCheck {
                          const std::string& reason) const {
     NodePath path = path_;
     if (path.empty() || path.back() != &node) path.push_back(&node);
-    throw input_error(document_.name, node.line, reason, {kind, node.tag, instance_path(path)});
+    InputFault fault = {kind, node.tag, instance_path(path)};
+    if (kind == InputFault::Kind::kUnknownNamespace) fault.name_space = node.module_namespace;
+    throw input_error(document_.name, node.line, reason, std::move(fault));
   }
   [[noreturn]] void fail_unknown(const DocumentNode& node) const;
   [[noreturn]] void fail_leaf(const DocumentNode& leaf, const std::string& reason);

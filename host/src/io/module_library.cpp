@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <tuple>
 #include <utility>
 
@@ -24,6 +25,18 @@ std::vector<std::string> features_of(const lys_module* module) {
     if ((feature->flags & LYS_FENABLED) != 0) features.emplace_back(feature->name);
   }
   return features;
+}
+
+struct ContextDeleter {
+  void operator()(ly_ctx* context) const { ly_ctx_destroy(context); }
+};
+using Context = std::unique_ptr<ly_ctx, ContextDeleter>;
+
+// The library of modules has modules of its own. They are built in, and the models do without them.
+Context library_of_modules() {
+  ly_ctx* context = nullptr;
+  ly_ctx_new(nullptr, 0, &context);
+  return Context(context);
 }
 
 // A module or submodule that is there.
@@ -79,15 +92,34 @@ std::optional<std::string> printed(const Known& known) {
   return copy;
 }
 
+// Adds the modules of a context that are not there.
+void add_modules(const ly_ctx* context, std::vector<Module>& modules) {
+  std::uint32_t at = 0;
+  while (const lys_module* module = ly_ctx_get_module_iter(context, &at)) {
+    const bool is_there = std::any_of(modules.begin(), modules.end(), [&](const Module& each) {
+      return each.name == module->name && each.revision == text_or_nothing(module->revision);
+    });
+    if (is_there) continue;
+    modules.push_back({module->name, text_or_nothing(module->revision), module->ns,
+                       module->implemented != 0, features_of(module)});
+  }
+}
+
+std::optional<std::string> text_in(const ly_ctx* context, const std::string& name,
+                                   const std::string& revision) {
+  const std::optional<Known> known = find_module(context, name, revision);
+  if (!known) return std::nullopt;
+  std::optional<std::string> text = text_of_file(context, name, known->revision);
+  return text ? text : printed(*known);
+}
+
 }  // namespace
 
 std::vector<Module> module_list(const Models& models) {
   std::vector<Module> modules;
-  std::uint32_t at = 0;
-  while (const lys_module* module = ly_ctx_get_module_iter(models.context(), &at)) {
-    modules.push_back({module->name, text_or_nothing(module->revision), module->ns,
-                       module->implemented != 0, features_of(module)});
-  }
+  add_modules(models.context(), modules);
+  const Context library = library_of_modules();
+  if (library) add_modules(library.get(), modules);
   std::sort(modules.begin(), modules.end(), [](const Module& left, const Module& right) {
     return std::make_tuple(!left.is_implemented, std::cref(left.name), std::cref(left.revision)) <
            std::make_tuple(!right.is_implemented, std::cref(right.name), std::cref(right.revision));
@@ -97,10 +129,10 @@ std::vector<Module> module_list(const Models& models) {
 
 std::optional<std::string> module_text(const Models& models, const std::string& name,
                                        const std::string& revision) {
-  const std::optional<Known> known = find_module(models.context(), name, revision);
-  if (!known) return std::nullopt;
-  std::optional<std::string> text = text_of_file(models.context(), name, known->revision);
-  return text ? text : printed(*known);
+  std::optional<std::string> text = text_in(models.context(), name, revision);
+  if (text) return text;
+  const Context library = library_of_modules();
+  return library ? text_in(library.get(), name, revision) : std::nullopt;
 }
 
 }  // namespace ocifip
