@@ -98,6 +98,7 @@ class Core::Exchange {
     const auto found = core_.clients_.find(id_);
     if (found == core_.clients_.end()) return false;  // it has gone
     Client& client = found->second;
+    if (client.ending == Ending::kKilled) return false;
     bool is_done = true;
     const auto errors = errors_of([&] { is_done = work(client); });
     if (!errors.empty()) {

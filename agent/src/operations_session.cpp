@@ -72,12 +72,14 @@ Reply kill_session(Call& call) {
   parameters.finish();
   call.target = std::to_string(*id);
   const auto victim = call.service.clients.find(*id);
-  if (*id == call.client.id || victim == call.service.clients.end()) {
+  const bool is_gone = victim == call.service.clients.end() || victim->second.killed_by != 0;
+  if (*id == call.client.id || is_gone) {
     throw OperationError(element_error(tags::kInvalidValue, "session-id",
                                        *id == call.client.id
                                            ? "a session cannot kill itself"
                                            : "no session " + std::to_string(*id)));
   }
+  call.service.datastores.end(*id);
   victim->second.ending = Ending::kKilled;
   victim->second.killed_by = call.client.id;
   victim->second.peer.abort();

@@ -171,12 +171,10 @@ bool has_chosen_values(const DocumentNode& query, const DocumentNode& node) {
   });
 }
 
-// Whether values choose somewhere below what is in a query's node.
-bool chooses_below(const DocumentNode& query) {
-  return std::any_of(query.children.begin(), query.children.end(), [](const auto& child) {
-    return std::any_of(child.children.begin(), child.children.end(), is_value_choice) ||
-           chooses_below(child);
-  });
+// Whether a query's node names a key without choosing by it.
+bool asks_for_key(const DocumentNode& query) {
+  return std::any_of(query.children.begin(), query.children.end(),
+                     [](const auto& child) { return is_key(child) && !chooses_entry(child); });
 }
 
 // Recursion is as deep as documents may be.
@@ -217,7 +215,7 @@ class Selection {
     for (auto& child : select(node.children, Level(asking))) {
       if (!is_key(child)) part.children.push_back(std::move(child));
     }
-    const auto keeps = [&](const auto* query) { return !is_chosen || !chooses_below(*query); };
+    const auto keeps = [&](const auto* query) { return !is_chosen || asks_for_key(*query); };
     const bool is_entry = node.kind == NodeKind::kList;
     const bool is_kept =
         !has_only_keys(part) || (is_entry && std::any_of(asking.begin(), asking.end(), keeps));

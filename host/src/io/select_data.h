@@ -16,8 +16,8 @@ Document select_data(const Document& data, const Document& query);
 
 // The same where values of other leaves choose, too, as RFC 6241 has it in section 6: nothing is
 // selected of a container or entry in which a leaf that the query gives a value has another one, or
-// is not there; all of it when the query names nothing but such leaves, and keys, in it. Entries in
-// which values choose below, but find nothing, do not come.
+// is not there; all of it when the query names nothing but such leaves, and keys, in it. An entry
+// in which nothing is selected does not come, unless the query names a key of it.
 Document select_chosen(const Document& data, const Document& query);
 
 // Whether a query's node is a leaf that is no key, with a value: one by which select_chosen()
