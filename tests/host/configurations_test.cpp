@@ -294,6 +294,7 @@ TEST_F(Configurations, StayAsTheyAreWhileTheyAreRead) {
   }
   host = host_of(device_of(entries));
   const std::string whole = read(host->running(), {});
+  EXPECT_NE(whole.find("<name>Eth449<"), std::string::npos);
   auto reading = host->read(host->running(), {});
   int steps = 1;
   for (bool is_first = true; reading->step(); is_first = false) {
