@@ -7,6 +7,7 @@
 #include <string>
 
 #include "io/save_file.h"
+#include "mapping/openconfig_read.h"
 #include "session.h"
 
 // Runs one input. A finding ends the process. Returns 0.
@@ -38,11 +39,20 @@ inline faults::Session& session() {
 // A document, as each kind of request may bring it.
 inline void run_document(Encoding encoding, const std::string& text) {
   const Source source{"input", text, encoding};
-  const Document& native = session().directory().device().native.whole();
   Mapper& mapper = session().mapper;
   attempt([&] { mapper.edit({source, {}}, Format::kXml); });
-  attempt([&] { mapper.apply({source, {}, DefaultOperation::kReplace}, native, Format::kTree); });
+  attempt([&] { mapper.apply({source, {}, DefaultOperation::kReplace}, Format::kTree); });
+  attempt([&] {
+    mapper.change({source, {}, DefaultOperation::kNone}, Views::kBoth, Format::kXml);
+  });
   attempt([&] { mapper.get({source, {}}, Format::kTree); });
+  attempt([&] {
+    QueryRequest filter{source, {}};
+    filter.values_choose = true;
+    OpenConfigRead answer(mapper, mapper.read(filter, Views::kBoth), Format::kXml);
+    while (answer.step()) {
+    }
+  });
   attempt([&] { mapper.report({source}, Format::kJson); });
 }
 
