@@ -24,7 +24,7 @@
 #include "ocifip/agent.h"
 #include "ocifip/messages.h"
 #include "rpc_error.h"
-#include "session.h"
+#include "socket_session.h"
 #include "unix_socket.h"
 #include "worker.h"
 

@@ -154,6 +154,16 @@ def end_with_parent():
     ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGTERM)
 
 
+def is_listening(path):
+    """Whether somebody listens at a Unix socket, by what the kernel says: no session is opened."""
+    listening = "00010000"
+    for line in Path("/proc/net/unix").read_text().splitlines():
+        fields = line.split(maxsplit=7)
+        if len(fields) == 8 and fields[3] == listening and fields[7] == path:
+            return True
+    return False
+
+
 class Agent:
     """examples/agent/run in a folder of its own, until the end of a with statement.
 

@@ -1,4 +1,4 @@
-#include "session.h"
+#include "socket_session.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>

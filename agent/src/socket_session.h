@@ -1,6 +1,6 @@
 // The connection of one client: a thread that reads its messages and writes what is for it.
-#ifndef OCIFIP_AGENT_SESSION_H_
-#define OCIFIP_AGENT_SESSION_H_
+#ifndef OCIFIP_AGENT_SOCKET_SESSION_H_
+#define OCIFIP_AGENT_SOCKET_SESSION_H_
 
 #include <chrono>
 #include <cstddef>
@@ -95,4 +95,4 @@ class Session : public Peer {
 
 }  // namespace ocifip::agent
 
-#endif  // OCIFIP_AGENT_SESSION_H_
+#endif  // OCIFIP_AGENT_SOCKET_SESSION_H_
