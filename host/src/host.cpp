@@ -155,12 +155,11 @@ void Host::Impl::commit(const Configuration& configuration,
                         const std::function<void()>* saved_when_ready) {
   const bool is_saving = saved_when_ready != nullptr;
   if (configuration == views_->running() && (is_saved_ || !is_saving)) return;
-  is_saved_ = false;
   if (is_saving) {
     check_can_save();
     save(configuration.content().native().whole(), *saved_when_ready);
-    is_saved_ = true;
   }
+  is_saved_ = is_saving;
   views_->run(configuration);
 }
 

@@ -279,6 +279,9 @@ TEST_F(Configurations, FollowEachOther) {
   host->commit(former, false);
   EXPECT_EQ(changes(host->running(), former), "");
   EXPECT_NE(read_text(file).find("Eth2.5"), std::string::npos);
+  // It runs, but is not in the file yet.
+  host->commit(former, true);
+  EXPECT_EQ(read_text(file).find("Eth2.5"), std::string::npos);
   EXPECT_EQ(folder.write("dev.json", "{}"), file);
   EXPECT_EQ(fault_of([&] { host->commit(first, true); }),
             "not saved: cannot be saved: it was changed since it was read");

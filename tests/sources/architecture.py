@@ -87,7 +87,7 @@ PARTS = (
     Part("tests/records", ("tests/records", "tests/cases", "records", "host/src", "host/include", PLATFORM)),
     Part("tests/host", ("tests/host", "tests/cases", "host/src", "host/include", PLATFORM)),
     Part("tests/faults", ("tests/faults", "tests/cases", "tests/redirected_calls", "tool", "agent/include", "host/src", "host/include", PLATFORM)),
-    Part("tests/fuzz", ("tests/fuzz", "tests/faults", "tests/redirected_calls", "tests/records", "host/src", "host/include", PLATFORM)),
+    Part("tests/fuzz", ("tests/fuzz", "agent/src", "agent/include", "tests/faults", "tests/redirected_calls", "tests/records", "host/src", "host/include", PLATFORM)),
 )
 
 
