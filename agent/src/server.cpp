@@ -220,7 +220,8 @@ void Agent::Server::accept() {
       refuse(client, std::to_string(options_.most_sessions) + " sessions are open, the limit");
       return;
     }
-    begin(std::move(client), user_at(client));
+    const agent::User user = user_at(client);
+    begin(std::move(client), user);
   } catch (const std::exception& error) {
     write_log(std::string("a client is refused: ") + error.what());
   }
