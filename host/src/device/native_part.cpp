@@ -75,6 +75,14 @@ bool has_far_constraints(const Models& models, const Document& native) {
   });
 }
 
+bool has_entry_around_interfaces(const Models& models, const std::vector<DocumentNode>& nodes) {
+  return std::any_of(nodes.begin(), nodes.end(), [&](const DocumentNode& node) {
+    if (node.schema == nullptr || interface_key(node.schema) != nullptr) return false;
+    return node.kind == NodeKind::kList ? leads_to_interfaces(models, node.schema)
+                                        : has_entry_around_interfaces(models, node.children);
+  });
+}
+
 Document part_of(const Document& native, const InterfaceNames& interfaces) {
   return {native.name, part_of(native.roots, interfaces)};
 }

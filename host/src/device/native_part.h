@@ -23,6 +23,10 @@ bool has_far_constraints(const Models& models, const Document& native);
 // Whether there are lists of interfaces below a node of the models.
 bool leads_to_interfaces(const Models& models, const lysc_node* node);
 
+// Whether there is an entry, such as a VRF, that has entries of several interfaces in it: what it
+// holds, only all of the configuration tells.
+bool has_entry_around_interfaces(const Models& models, const std::vector<DocumentNode>& nodes);
+
 // Native data without the entries that a key names after other interfaces.
 Document part_of(const Document& native, const InterfaceNames& interfaces);
 

@@ -276,6 +276,9 @@ HeldConfiguration EditCycle::held_configuration(const Document& held, const Docu
   }
   configuration.held = select_data(native, queries);
   std::erase_if(configuration.held.roots, is_state);
+  if (has_entry_around_interfaces(framework_.models, configuration.held.roots)) {
+    configuration.native = &device_.device().native.whole();
+  }
   return configuration;
 }
 
