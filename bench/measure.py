@@ -21,6 +21,8 @@ import time
 from pathlib import Path
 from statistics import median
 
+from agent import SIZES as AGENT_SIZES
+from agent import Requests, add_agent, idle_kilobytes
 from commands import SIZES as COMMAND_SIZES
 from commands import Commands, Programs, add_commands, write_files
 from instructions import Counts, add_instructions
@@ -237,6 +239,15 @@ def run_commands(arguments):
     return Commands(programs, arguments.folder / "files", sizes, 1 if arguments.smoke else None)
 
 
+def run_agent(arguments):
+    """Returns the times of the agent's requests, and the memory of an idle session."""
+    sizes = SMOKE_SIZES if arguments.smoke else AGENT_SIZES
+    tool, folder = str(Path(arguments.program).resolve().parent / "ocifip"), arguments.folder / "files"
+    write_files(arguments.program, folder, sizes)
+    requests = Requests(tool, folder, sizes, *([1] if arguments.smoke else []))
+    return requests, idle_kilobytes(tool, str(folder / "1/subinterfaces.json"))
+
+
 def parse_arguments():
     parser = argparse.ArgumentParser(usage=__doc__.split("\n")[2])
     extent = parser.add_mutually_exclusive_group()
@@ -253,10 +264,12 @@ def main():
     arguments.folder.mkdir(parents=True, exist_ok=True)
     start = time.monotonic()
     commands = run_commands(arguments)
+    agent = run_agent(arguments)
     counts = Counts(arguments.program, arguments.folder, *((["replace"], [1]) if arguments.smoke else ()))
     results = Results(run_all(arguments))
     table = Table((*SIZES, MILLION))
     add_commands(table, commands)
+    add_agent(table, *agent)
     add_ratios(table, results)
     add_instructions(table, counts, CALLS_ALONE, PARSE)
     add_others(table, results)
