@@ -286,6 +286,7 @@ TEST_F(Configurations, FollowEachOther) {
   EXPECT_EQ(fault_of([&] { host->commit(first, true); }),
             "not saved: cannot be saved: it was changed since it was read");
   EXPECT_TRUE(host->running() == former);
+  // It is in the file as far as the host knows.
   host->commit(former, true);
 }
 

@@ -213,8 +213,8 @@ class Host {
   [[nodiscard]] std::optional<Refusal> validate(const Configuration& configuration) const;
 
   // Makes a configuration the device's: atomically, and in the device file as well with `save`.
-  // Nothing happens when it is so already. Throws InputError when it cannot be saved; then nothing
-  // has happened.
+  // Nothing happens when it is so already, and in the file if it is to be. Throws InputError when
+  // it cannot be saved; then nothing has happened.
   void commit(const Configuration& configuration, bool save);
 
   // What two configurations differ in: the topmost nodes that are new or gone, and the leaves that
