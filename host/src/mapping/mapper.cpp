@@ -171,7 +171,7 @@ ConfigurationReads Mapper::configuration_reads() {
     return native_queries(expanded, Content::kConfig);
   };
   const auto answer = [this, queries](const Document& expanded) {
-    const Document data = device_data(queries(expanded), Content::kConfig);
+    const Document data = device_data(queries(expanded), Content::kConfig, nullptr);
     const InputTree input(data, Operation::kWrite);
     Request run(framework_, input, {.request_op = request_op(Content::kConfig)});
     enter_subinterfaces(run, concerned(expanded));
@@ -242,13 +242,13 @@ Outcome Mapper::get(const QueryRequest& request, Format format) {
   return answer.finish();
 }
 
-Outcome Mapper::answer(const Query& query, Format format) {
+Outcome Mapper::answer(const Query& query, Format format, const std::vector<std::string>* few) {
   Outcome outcome;
   map_query(query, format, [&](Request& run, cerrno result) {
     outcome = outcome_of(run, result);
     if (outcome.refusal) return;
-    const auto data = [this](const Document& queries, Content content) {
-      return device_data(queries, content);
+    const auto data = [&](const Document& queries, Content content) {
+      return device_data(queries, content, few);
     };
     const Document selected =
         reply(query, to_document(run.output(), "queries"), format, data, outcome);
@@ -330,9 +330,13 @@ Document Mapper::reply(const Query& query, Document queries, Format format,
 }
 
 // What the device has of what it is asked for.
-Document Mapper::device_data(const Document& queries, Content content) const {
+Document Mapper::device_data(const Document& queries, Content content,
+                             const std::vector<std::string>* few) const {
   return with_summary(select_data(part_asked(models_, device_.device().native, queries), queries),
-                      queries, content, [this] { return ipv4_summary(models_, device_); });
+                      queries, content, [&] {
+                        return few == nullptr ? ipv4_summary(models_, device_)
+                                              : ipv4_summary(models_, device_, *few);
+                      });
 }
 
 // The same, of queries that concern a group.

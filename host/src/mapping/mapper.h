@@ -96,14 +96,16 @@ class Mapper {
     std::vector<std::string> query_notes;
     std::vector<std::string> reply_notes;
   };
-  Outcome answer(const Query& query, Format format);
+  // `few`: the native names of all interfaces that a query asks for; null when they may be any.
+  Outcome answer(const Query& query, Format format, const std::vector<std::string>* few);
   // Nothing when the group cannot be answered by itself.
   std::optional<PartialReply> answer_group(const ReadInput& read, const ReadGroup& group,
                                            DataSelector& native);
   Document reply(const Query& query, Document queries, Format format, const DeviceData& device_data,
                  Outcome& outcome);
   Document native_queries(const Document& expanded, Content content);
-  [[nodiscard]] Document device_data(const Document& queries, Content content) const;
+  [[nodiscard]] Document device_data(const Document& queries, Content content,
+                                     const std::vector<std::string>* few) const;
   [[nodiscard]] Document group_data(const ReadGroup& group, const Document& queries,
                                     Content content, DataSelector& native) const;
   [[nodiscard]] std::vector<SubinterfaceName> concerned(const Document& read) const;

@@ -21,14 +21,17 @@ OpenConfigRead::OpenConfigRead(Mapper& mapper, ReadInput read, Format format)
     : mapper_(mapper), read_(std::move(read)), format_(format), text_(format) {
   if (format == Format::kCalls || mapper.options_.trace) return;
   groups_ = read_groups(read_.openconfig.asked, mapper.device_.interface_names(), kGroupSize);
-  if (groups_.size() < 2) groups_.clear();
+  if (groups_.size() > 1) return;
+  if (!groups_.empty()) few_ = std::move(groups_.front().native_names);
+  groups_.clear();
 }
 
 bool OpenConfigRead::step() {
   const ActiveDevice active(mapper_.device_);
   if (groups_.empty()) {
-    const auto& names = mapper_.device_.interface_names();
-    whole_ = mapper_.answer(mapper_.query_of(std::move(read_), names), format_);
+    const auto* few = few_ ? &*few_ : nullptr;
+    const auto& names = few_ ? *few_ : mapper_.device_.interface_names();
+    whole_ = mapper_.answer(mapper_.query_of(std::move(read_), names), format_, few);
     return false;
   }
   if (answer_next()) return next_ < groups_.size();

@@ -41,7 +41,8 @@ class OpenConfigRead {
   Mapper& mapper_;
   ReadInput read_;
   Format format_;
-  std::vector<ReadGroup> groups_;  // none when it is answered as a whole
+  std::vector<ReadGroup> groups_;                // none when it is answered as a whole
+  std::optional<std::vector<std::string>> few_;  // native names, when no others are asked for
   std::size_t next_ = 0;
   std::optional<DataSelector> native_;
   JoinedText text_;

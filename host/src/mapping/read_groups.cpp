@@ -1,6 +1,7 @@
 #include "mapping/read_groups.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -26,34 +27,38 @@ bool ask_for_interfaces(const std::vector<Document>& reads) {
   });
 }
 
-// The interfaces of the device, each with its native names, and those that reads ask for.
+// The interfaces that reads ask for, each with its native names on the device.
 class Interfaces {
  public:
-  explicit Interfaces(const std::vector<std::string>& native_names) {
-    for (const std::string& name : native_names) {
-      std::string interface = subinterface_of(name).interface;
-      std::vector<std::string>& names = names_[interface];
-      if (names.empty()) order_.push_back(std::move(interface));
-      names.push_back(name);
+  void ask(const DocumentNode& root) {
+    if (root.children.empty()) asked_.emplace_back();
+    for (const DocumentNode& entry : root.children) {
+      const std::string* name = key_value(entry, "name");
+      asked_.push_back(name == nullptr ? std::nullopt : std::optional(*name));
     }
   }
 
-  void ask(const DocumentNode& root) {
-    if (root.children.empty()) ask_for_all();
-    for (const DocumentNode& entry : root.children) {
-      const std::string* name = key_value(entry, "name");
-      if (name == nullptr) {
-        ask_for_all();
-      } else {
-        ask(*name);
-      }
+  // After all has been asked for.
+  void find(const std::vector<std::string>& native_names) {
+    std::unordered_set<std::string> names;
+    bool asks_for_all = false;
+    for (const auto& name : asked_) {
+      if (name) names.insert(*name);
+      asks_for_all = asks_for_all || !name;
+    }
+    for (const std::string& name : native_names) {
+      std::string interface = subinterface_of(name).interface;
+      if (!asks_for_all && !names.contains(interface)) continue;
+      std::vector<std::string>& found = names_[interface];
+      if (found.empty()) order_.push_back(std::move(interface));
+      found.push_back(name);
     }
   }
 
   [[nodiscard]] std::vector<ReadGroup> groups(std::size_t size) const {
     std::vector<ReadGroup> groups;
     std::size_t count = size;
-    for (const std::string& interface : asked_) {
+    for (const std::string& interface : interfaces()) {
       if (count >= size) {
         groups.emplace_back();
         count = 0;
@@ -71,18 +76,26 @@ class Interfaces {
   }
 
  private:
-  void ask(const std::string& interface) {
-    if (is_asked_.insert(interface).second) asked_.push_back(interface);
+  // Each once, in the order in which they are asked for.
+  [[nodiscard]] std::vector<std::string> interfaces() const {
+    std::vector<std::string> all;
+    std::unordered_set<std::string> known;
+    const auto add = [&](const std::string& interface) {
+      if (known.insert(interface).second) all.push_back(interface);
+    };
+    for (const auto& name : asked_) {
+      if (name) {
+        add(*name);
+      } else {
+        std::for_each(order_.begin(), order_.end(), add);
+      }
+    }
+    return all;
   }
 
-  void ask_for_all() {
-    for (const std::string& interface : order_) ask(interface);
-  }
-
+  std::vector<std::optional<std::string>> asked_;  // without value: all
   std::unordered_map<std::string, std::vector<std::string>> names_;
   std::vector<std::string> order_;
-  std::vector<std::string> asked_;
-  std::unordered_set<std::string> is_asked_;
 };
 
 bool is_in(const DocumentNode& entry, const ReadGroup& group) {
@@ -95,10 +108,11 @@ bool is_in(const DocumentNode& entry, const ReadGroup& group) {
 std::vector<ReadGroup> read_groups(const std::vector<Document>& reads,
                                    const std::vector<std::string>& native_names, std::size_t size) {
   if (!ask_for_interfaces(reads)) return {};
-  Interfaces interfaces(native_names);
+  Interfaces interfaces;
   for (const Document& read : reads) {
     for (const DocumentNode& root : read.roots) interfaces.ask(root);
   }
+  interfaces.find(native_names);
   return interfaces.groups(size);
 }
 
