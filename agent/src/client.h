@@ -28,6 +28,8 @@ class Peer {
   virtual void use(Framing framing) = 0;
   // Sends a message, some time.
   virtual void send(const std::string& message) = 0;
+  // The bytes that are still to be sent.
+  virtual std::size_t backlog() = 0;
   // The message that came last is dealt with: the next one may come.
   virtual void resume() = 0;
   // Ends the session, with what is still to be sent or at once.
@@ -58,6 +60,7 @@ struct Client {
   Peer& peer;
   std::chrono::system_clock::time_point login = std::chrono::system_clock::now();
   bool is_open = false;  // its hello has come
+  bool has_chunks = false;
   Counters counters{};
   std::optional<Subscription> subscription{};
   Ending ending = Ending::kDropped;  // as long as nothing else is known

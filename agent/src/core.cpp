@@ -68,6 +68,14 @@ std::string duration_since(Clock::time_point start) {
   return text.data();
 }
 
+// Clients of base:1.0 do not know a message that is malformed.
+std::vector<RpcError> for_base_10(std::vector<RpcError> errors) {
+  for (RpcError& error : errors) {
+    if (error.tag == tags::kMalformed) error.tag = tags::kFailed;
+  }
+  return errors;
+}
+
 // What a function throws, as errors to be told.
 template <class Function>
 std::vector<RpcError> errors_of(const Function& function) {
@@ -180,15 +188,12 @@ void Core::Exchange::finish(Client& client, const std::vector<RpcError>& errors)
       each->out_rpc_errors += 1;
       each->in_bad_rpcs += is_rpc ? 0 : 1;
     }
-    content_ = print(errors);
+    content_ = print(client.has_chunks ? errors : for_base_10(errors));
   }
   if (!content_.empty()) client.peer.send(reply(attributes_, content_));
   write_log(client, errors);
-  if (!client.is_open || client.ending == Ending::kClosed) {
-    client.peer.end();
-  } else {
-    client.peer.resume();
-  }
+  if (!client.is_open || client.ending == Ending::kClosed) client.peer.end();
+  client.peer.resume();
 }
 
 void Core::Exchange::write_log(const Client& client, const std::vector<RpcError>& errors) const {
@@ -264,6 +269,7 @@ void Core::take_hello(Client& client, const xmlNode* message) {
     }
   }
   if (!has_10 && !has_11) throw XmlError("a hello with neither base:1.0 nor base:1.1");
+  client.has_chunks = has_11;
   if (has_11) client.peer.use(Framing::kChunks);
   client.is_open = true;
   notify(session_start(client));
@@ -276,7 +282,8 @@ void Core::expire() {
 
 void Core::changed(SessionId by, const Configuration& before, const Configuration& after) {
   if (!is_anyone_subscribed(clients_)) return;
-  notify(config_change(client(by), host_.changes(before, after), modules_));
+  const auto changes = host_.changes(before, after);
+  if (!changes.empty()) notify(config_change(client(by), changes, modules_));
 }
 
 void Core::notify(const Elements& event) {

@@ -9,8 +9,6 @@ namespace {
 
 constexpr std::array kDatastores = {Datastore::kRunning, Datastore::kCandidate};
 
-constexpr std::chrono::seconds kNextTry{10};
-
 std::size_t index_of(Datastore datastore) { return static_cast<std::size_t>(datastore); }
 
 std::string session_info(SessionId session) {
@@ -69,6 +67,7 @@ void Datastores::check_free(Datastore datastore, SessionId by) const {
 void Datastores::become(const Configuration& content, SessionId by, bool is_settled) {
   const Configuration before = host_.running();
   host_.commit(content, saves_ && is_settled);
+  if (candidate_ == content) candidate_.reset();
   if (events_.changed && !(before == content)) events_.changed(by, before, content);
 }
 
@@ -129,7 +128,8 @@ void Datastores::commit(SessionId by, const CommitTerms& terms) {
   become(content(Datastore::kCandidate), by, !terms.is_confirmed);
   candidate_.reset();
   if (terms.is_confirmed) {
-    waiting_ = {former, by, terms.persist, Clock::now() + terms.timeout};
+    const auto& persist = terms.persist ? terms.persist : terms.persist_id;
+    waiting_ = {former, by, persist, Clock::now() + terms.timeout};
     events_.confirming(by, was_waiting ? ConfirmedCommit::kExtend : ConfirmedCommit::kStart,
                        terms.timeout);
   } else if (was_waiting) {
@@ -138,8 +138,9 @@ void Datastores::commit(SessionId by, const CommitTerms& terms) {
   }
 }
 
+// The file has the former configuration: nothing was saved since. Nothing can fail.
 void Datastores::take_back(SessionId by, ConfirmedCommit why) {
-  become(waiting_->former, by, true);
+  become(waiting_->former, by, false);
   waiting_.reset();
   events_.confirming(by, why, {});
 }
@@ -148,6 +149,7 @@ void Datastores::cancel(SessionId by, const std::optional<std::string>& persist_
   if (!waiting_) {
     throw OperationError(RpcError{tags::kFailed, "no commit waits to be confirmed"});
   }
+  check_unlocked(Datastore::kRunning, by);
   check_confirmation(by, persist_id);
   take_back(by, ConfirmedCommit::kCancel);
 }
@@ -172,9 +174,7 @@ std::optional<Clock::time_point> Datastores::deadline() const {
 }
 
 void Datastores::expire() {
-  if (!waiting_ || waiting_->deadline > Clock::now()) return;
-  waiting_->deadline = Clock::now() + kNextTry;  // when it fails now, for lack of room to save
-  take_back(0, ConfirmedCommit::kTimeout);
+  if (waiting_ && waiting_->deadline <= Clock::now()) take_back(0, ConfirmedCommit::kTimeout);
 }
 
 }  // namespace ocifip::agent

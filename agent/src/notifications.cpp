@@ -9,6 +9,9 @@
 namespace ocifip::agent {
 namespace {
 
+// A client that has so much to read does not read.
+constexpr std::size_t kMostBacklog = std::size_t{256} << 20;
+
 std::string event(const std::string& name, const Elements& content) {
   return "<" + name + " xmlns=\"" + std::string(kConfigChange) + "\">" + content + "</" + name +
          ">";
@@ -90,6 +93,10 @@ void notify(Clients& clients, Counters& of_all, const Elements& event, const Lis
                             element("eventTime", date_and_time(std::chrono::system_clock::now()));
   for (auto& [id, client] : clients) {
     if (!client.subscription) continue;
+    if (client.peer.backlog() > kMostBacklog) {
+      client.peer.abort();
+      continue;
+    }
     try {
       const Elements content = chosen(event, *client.subscription, keys);
       if (content.empty()) continue;

@@ -8,9 +8,15 @@ namespace {
 
 // What is in a <config>, of whatever namespace that is.
 EditRequest edit_of(const xmlNode* config, std::optional<DefaultOperation> operation) {
-  Elements edit = "<config xmlns=\"" + std::string(kBase) + "\">";
-  for (const xmlNode* each : elements(config)) edit += print(each);
-  return {Source{"config", edit + "</config>", Encoding::kXml}, {}, operation};
+  if (config->properties != nullptr) {
+    RpcError error = {tags::kUnknownAttribute, "\"config\" has no attributes"};
+    error.info = element("bad-attribute", attribute_name(config->properties)) +
+                 element("bad-element", "config");
+    throw OperationError(std::move(error));
+  }
+  return {Source{"config", print_content(config, "config", Blanks::kKept), Encoding::kXml},
+          {},
+          operation};
 }
 
 std::optional<DefaultOperation> default_operation(Parameters& parameters) {
@@ -32,8 +38,8 @@ Change change(Call& call, const Configuration& base, const EditRequest& request)
   throw OperationError(std::move(errors));
 }
 
-// The configuration that a <source> names or gives.
-Configuration source(Call& call, Parameters& parameters) {
+// The configuration that a <source> names or gives, which is not that of a target.
+Configuration source(Call& call, Parameters& parameters, std::optional<Datastore> target) {
   const xmlNode* given = parameters.need("source");
   Parameters within(given);
   if (const xmlNode* config = within.find("config")) {
@@ -41,7 +47,12 @@ Configuration source(Call& call, Parameters& parameters) {
     const Configuration empty = call.service.host.empty();
     return *change(call, empty, edit_of(config, std::nullopt)).result;
   }
-  return call.service.datastores.content(datastore_in(given));
+  const Datastore named = datastore_in(given);
+  if (named == target) {
+    throw OperationError(element_error(tags::kInvalidValue, "source",
+                                       "\"source\" and \"target\" are the same configuration"));
+  }
+  return call.service.datastores.content(named);
 }
 
 }  // namespace
@@ -70,7 +81,7 @@ Reply copy_config(Call& call) {
   call.target = name_of(target);
   Datastores& datastores = call.service.datastores;
   datastores.check_free(target, call.client.id);
-  const Configuration content = source(call, parameters);
+  const Configuration content = source(call, parameters, target);
   parameters.finish();
   datastores.replace(target, content, call.client.id);
   return kDone;
@@ -78,7 +89,7 @@ Reply copy_config(Call& call) {
 
 Reply validate(Call& call) {
   Parameters parameters(call.element);
-  const Configuration content = source(call, parameters);
+  const Configuration content = source(call, parameters, std::nullopt);
   parameters.finish();
   const auto refusal = call.service.host.validate(content);
   if (refusal) throw OperationError(error_of(*refusal));

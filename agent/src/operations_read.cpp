@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <utility>
@@ -59,15 +60,13 @@ std::optional<QueryRequest> query_of(const Filter& filter, Content content) {
   QueryRequest request;
   request.content = content;
   if (filter.element == nullptr) return request;
-  Elements asked;
-  for (const xmlNode* each : elements(filter.element)) {
-    if (!is_own(each)) asked += print(each);
-  }
-  if (asked.empty()) return std::nullopt;
+  const auto asked = elements(filter.element);
+  if (std::all_of(asked.begin(), asked.end(), is_own)) return std::nullopt;
   request.values_choose = true;
-  request.document = Source{
-      "filter", "<get xmlns=\"" + std::string(kBase) + "\"><filter>" + asked + "</filter></get>",
-      Encoding::kXml};
+  const auto is_device = [](const xmlNode* each) { return !is_own(each); };
+  request.document =
+      Source{"filter", print_content(filter.element, "filter", Blanks::kTrimmed, is_device),
+             Encoding::kXml};
   return request;
 }
 

@@ -90,14 +90,19 @@ Reply create_subscription(Call& call) {
   Parameters parameters(call.element);
   const std::string stream = parameters.text("stream").value_or("NETCONF");
   const xmlNode* filter = parameters.find("filter");
-  const bool has_times = parameters.text("startTime") || parameters.text("stopTime");
+  const auto start = parameters.text("startTime");
+  const auto stop = parameters.text("stopTime");
   parameters.finish();
   call.target = stream;
   if (stream != "NETCONF") {
     throw OperationError(element_error(tags::kInvalidValue, "stream",
                                        "no stream " + in_quotes(stream) + ": \"NETCONF\" is one"));
   }
-  if (has_times) {
+  if (stop && !start) {
+    throw OperationError(element_error(tags::kMissingElement, "startTime",
+                                       "\"stopTime\" without its \"startTime\""));
+  }
+  if (start) {
     throw OperationError(RpcError{tags::kNotSupported,
                                   "events of the past are not kept: "
                                   "\"startTime\" and \"stopTime\" have no use"});

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "ocifip/agent.h"
+#include "ocifip/messages.h"
 #include "unix_socket.h"
 
 namespace ocifip {
@@ -40,6 +41,7 @@ bool copy(int in, int out) {
 
 void relay(const std::string& socket, int in, int out) {
   const agent::Descriptor server = agent::connect_to(socket);
+  if (!server) throw AgentError("no agent at " + in_quotes(socket) + ": " + std::strerror(errno));
   std::signal(SIGPIPE, SIG_IGN);
   std::array<pollfd, 2> polled = {{{in, POLLIN, 0}, {server.number(), POLLIN, 0}}};
   for (;;) {

@@ -14,8 +14,8 @@
 namespace ocifip::agent {
 namespace {
 
-// Steps that an evaluation may take: some seconds.
-constexpr unsigned long kMostSteps = 50'000'000;
+// Steps that an evaluation may take, each of which may look at a text.
+constexpr unsigned long kMostSteps = 5'000'000;
 
 constexpr int kTooManySteps = int{XML_XPATH_EXPRESSION_OK} + int{XPATH_OP_LIMIT_EXCEEDED};
 

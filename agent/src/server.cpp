@@ -15,6 +15,9 @@
 #include <cstring>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -33,6 +36,8 @@ namespace {
 
 using agent::Descriptor;
 
+constexpr std::chrono::milliseconds kPause{200};
+
 [[noreturn]] void fail(const std::string& what, int error) {
   throw AgentError(what + ": " + std::strerror(error));
 }
@@ -43,14 +48,9 @@ gid_t group_of(const std::string& name) {
   return found->gr_gid;
 }
 
-// Whether somebody listens on a socket that is there.
-bool is_in_use(const std::string& path) {
-  try {
-    agent::connect_to(path);
-    return true;
-  } catch (const AgentError&) {
-    return false;
-  }
+// Whether a socket that is there was left behind by an agent that has gone.
+bool is_abandoned(const std::string& path) {
+  return !agent::connect_to(path) && errno == ECONNREFUSED;
 }
 
 // A socket that members of a group may connect to, in the place of one that was left behind.
@@ -58,7 +58,7 @@ Descriptor listen_on(const AgentOptions& options) {
   const sockaddr_un address = agent::address_of(options.socket);
   struct stat file {};
   const bool is_there = ::lstat(options.socket.c_str(), &file) == 0;
-  if (is_there && (!S_ISSOCK(file.st_mode) || is_in_use(options.socket))) {
+  if (is_there && (!S_ISSOCK(file.st_mode) || !is_abandoned(options.socket))) {
     throw AgentError(in_quotes(options.socket) +
                      (S_ISSOCK(file.st_mode) ? " is another agent's" : " is no socket"));
   }
@@ -81,26 +81,34 @@ Descriptor listen_on(const AgentOptions& options) {
   return listener;
 }
 
-std::string name_of(uid_t user) {
-  std::array<char, 4096> buffer{};
+// Nothing when the system does not tell.
+std::optional<std::string> name_of(uid_t user) {
+  std::vector<char> buffer(4096);
   passwd entry{};
   passwd* found = nullptr;
-  ::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found);
-  return found == nullptr ? "uid-" + std::to_string(user) : found->pw_name;
+  while (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == ERANGE) {
+    buffer.resize(2 * buffer.size());
+  }
+  return found == nullptr ? std::nullopt : std::optional<std::string>(found->pw_name);
 }
 
-// All groups of the process at the other end.
+// All groups of the process at the other end; none when the system does not tell.
 std::vector<gid_t> groups_of(int socket, gid_t own) {
   std::vector<gid_t> groups(64);
   auto size = static_cast<socklen_t>(groups.size() * sizeof(gid_t));
-  if (::getsockopt(socket, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size) != 0 &&
-      errno == ERANGE) {
+  int result = ::getsockopt(socket, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size);
+  if (result != 0 && errno == ERANGE) {
     groups.resize(size / sizeof(gid_t));
-    ::getsockopt(socket, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size);
+    result = ::getsockopt(socket, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size);
   }
+  if (result != 0) return {};
   groups.resize(std::min<std::size_t>(groups.size(), size / sizeof(gid_t)));
   groups.push_back(own);
   return groups;
+}
+
+bool is_in(const std::vector<gid_t>& groups, gid_t group) {
+  return std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
 }  // namespace
@@ -130,6 +138,7 @@ class Agent::Server {
   std::optional<gid_t> read_only_group_;
   Descriptor stops_;
   Descriptor listener_;
+  struct stat socket_ {};  // as it was bound
   agent::SessionId last_id_ = 0;
   std::mutex mutex_;  // of the sessions
   std::condition_variable is_empty_;
@@ -148,6 +157,7 @@ Agent::Server::Server(Host& host, AgentOptions options, Log log)
       core_(host, options_.save, [this](const std::string& line) { write_log(line); }),
       worker_([this] { return core_.deadline(); }, [this] { core_.expire(); }) {
   if (!stops_) fail("eventfd", errno);
+  ::lstat(options_.socket.c_str(), &socket_);
   agent::begin_xml();
   write_log("listening on " + options_.socket);
   if (!options_.read_only_group && options_.read_only_users.empty()) {
@@ -155,7 +165,14 @@ Agent::Server::Server(Host& host, AgentOptions options, Log log)
   }
 }
 
-Agent::Server::~Server() { ::unlink(options_.socket.c_str()); }
+// Another agent's socket may have taken the place.
+Agent::Server::~Server() {
+  struct stat file {};
+  const bool is_there = ::lstat(options_.socket.c_str(), &file) == 0;
+  if (is_there && file.st_ino == socket_.st_ino && file.st_dev == socket_.st_dev) {
+    ::unlink(options_.socket.c_str());
+  }
+}
 
 void Agent::Server::write_log(const std::string& line) {
   const std::lock_guard lock(log_mutex_);
@@ -185,7 +202,10 @@ void Agent::Server::run() {
     for (const auto& [id, session] : sessions_) session->end();
   }
   std::unique_lock lock(mutex_);
-  is_empty_.wait(lock, [this] { return sessions_.empty(); });
+  const auto is_done = [this] { return sessions_.empty(); };
+  if (is_empty_.wait_for(lock, options_.patience, is_done)) return;
+  for (const auto& [id, session] : sessions_) session->abort();
+  is_empty_.wait(lock, is_done);
 }
 
 agent::User Agent::Server::user_at(const Descriptor& client) const {
@@ -194,11 +214,14 @@ agent::User Agent::Server::user_at(const Descriptor& client) const {
   if (::getsockopt(client.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) {
     fail("SO_PEERCRED", errno);
   }
-  agent::User user = {name_of(peer.uid)};
-  user.may_only_read = options_.read_only_users.contains(user.name);
-  if (read_only_group_ && !user.may_only_read) {
+  // Of whom nothing is known, it is not known that they may write.
+  const auto name = name_of(peer.uid);
+  agent::User user = {name.value_or("uid-" + std::to_string(peer.uid))};
+  user.may_only_read =
+      options_.read_only_users.contains(user.name) || (!name && !options_.read_only_users.empty());
+  if (read_only_group_) {
     const auto groups = groups_of(client.number(), peer.gid);
-    user.may_only_read = std::find(groups.begin(), groups.end(), *read_only_group_) != groups.end();
+    user.may_only_read = user.may_only_read || groups.empty() || is_in(groups, *read_only_group_);
   }
   return user;
 }
@@ -214,7 +237,13 @@ void Agent::Server::refuse(const Descriptor& client, const std::string& reason) 
 
 void Agent::Server::accept() {
   Descriptor client(::accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-  if (!client) return;  // it has gone, or there are too many files: then others have to go first
+  if (!client) {
+    if (errno == EAGAIN || errno == EINTR || errno == ECONNABORTED) return;
+    // Too many files are open, and the client waits: others have to go first.
+    write_log(std::string("no client can be taken: ") + std::strerror(errno));
+    std::this_thread::sleep_for(kPause);
+    return;
+  }
   try {
     if (count() >= options_.most_sessions) {
       refuse(client, std::to_string(options_.most_sessions) + " sessions are open, the limit");
@@ -246,7 +275,11 @@ void Agent::Server::begin(Descriptor client, const agent::User& user) {
   }
   worker_.add([this, id, user, begun] {
     core_.open(id, user, *begun);
-    begun->start();
+    try {
+      begun->start();
+    } catch (const std::system_error& error) {
+      end(id, std::string("no thread: ") + error.what());
+    }
     return false;
   });
 }

@@ -21,6 +21,9 @@ using Time = std::chrono::steady_clock::time_point;
 // What is read at once, and what memory an idle session keeps for output.
 constexpr std::size_t kPartSize = 16384;
 
+// A client that has so much to read is asked for nothing more.
+constexpr std::size_t kMostBacklog = std::size_t{1} << 20;
+
 Time now() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
@@ -60,6 +63,11 @@ void Session::send(const std::string& message) {
   wake();
 }
 
+std::size_t Session::backlog() {
+  const std::lock_guard lock(mutex_);
+  return output_.size() - written_;
+}
+
 void Session::resume() {
   {
     const std::lock_guard lock(mutex_);
@@ -73,7 +81,6 @@ void Session::end() {
   {
     const std::lock_guard lock(mutex_);
     if (state_ == State::kOpen) state_ = State::kEnding;
-    is_busy_ = false;
   }
   wake();
 }
@@ -89,9 +96,9 @@ void Session::abort() {
 Session::Asked Session::asked() {
   const std::lock_guard lock(mutex_);
   reader_.use(framing_);
-  const bool has_output = written_ < output_.size();
-  if (has_output && !unread_since_) unread_since_ = now();
-  return {state_, is_busy_, has_output};
+  const std::size_t backlog = output_.size() - written_;
+  if (backlog > 0 && !unread_since_) unread_since_ = now();
+  return {state_, is_busy_, backlog > 0, backlog > kMostBacklog};
 }
 
 void Session::run() {
@@ -108,8 +115,9 @@ void Session::run() {
 bool Session::step() {
   const Asked now = asked();
   if (now.state == State::kAborted) return false;
-  if (now.state == State::kEnding && !now.has_output) return false;
-  if (now.state == State::kOpen && !now.is_busy && take_message()) return true;
+  if (now.state == State::kEnding && !now.is_busy && !now.has_output) return false;
+  const bool takes_messages = now.state == State::kOpen && !now.is_busy && !now.is_behind;
+  if (takes_messages && take_message()) return true;
   if (has_ended_input_ && !now.is_busy && !now.has_output) return false;
   if (is_overdue(now)) return false;
   return wait(now);
@@ -120,7 +128,11 @@ bool Session::take_message() {
   try {
     auto message = reader_.next();
     if (!message) {
-      if (!reader_.is_within_message()) within_message_since_.reset();
+      if (!reader_.is_within_message()) {
+        within_message_since_.reset();
+      } else if (!within_message_since_) {
+        within_message_since_ = now();
+      }
       return false;
     }
     within_message_since_.reset();
@@ -174,7 +186,8 @@ int Session::milliseconds_left(const Asked& asked) {
 
 // Waits for the client, or for what others ask. Whether the client is still there.
 bool Session::wait(const Asked& asked) {
-  const bool is_reading = asked.state == State::kOpen && !asked.is_busy && !has_ended_input_;
+  const bool is_reading =
+      asked.state == State::kOpen && !asked.is_busy && !asked.is_behind && !has_ended_input_;
   const auto events =
       static_cast<short>((is_reading ? POLLIN : 0) | (asked.has_output ? POLLOUT : 0));
   std::array<pollfd, 2> polled = {{{socket_.number(), events, 0}, {wakes_.number(), POLLIN, 0}}};
@@ -219,6 +232,9 @@ bool Session::write() {
   }
   unread_since_ = now();
   written_ += static_cast<std::size_t>(size);
+  if (written_ > kMostBacklog && written_ > output_.size() / 2) {
+    output_.erase(0, std::exchange(written_, 0));
+  }
   if (written_ == output_.size()) {
     written_ = 0;
     output_.clear();

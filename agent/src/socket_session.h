@@ -42,6 +42,7 @@ class Session : public Peer {
   // Peer; from any thread.
   void use(Framing framing) override;
   void send(const std::string& message) override;
+  std::size_t backlog() override;
   void resume() override;
   void end() override;
   void abort() override;
@@ -53,6 +54,7 @@ class Session : public Peer {
     State state;
     bool is_busy;
     bool has_output;
+    bool is_behind;  // there is much of it
   };
 
   void run();

@@ -24,11 +24,13 @@ sockaddr_un address_of(const std::string& path) {
 Descriptor connect_to(const std::string& path) {
   const sockaddr_un address = address_of(path);
   Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  if (!socket || ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address),
-                           sizeof address) != 0) {
-    throw AgentError("no agent at " + in_quotes(path) + ": " + std::strerror(errno));
-  }
-  return socket;
+  if (!socket) return {};
+  const auto* place = reinterpret_cast<const sockaddr*>(&address);
+  if (::connect(socket.number(), place, sizeof address) == 0) return socket;
+  const int error = errno;
+  socket = Descriptor();
+  errno = error;
+  return {};
 }
 
 }  // namespace ocifip::agent

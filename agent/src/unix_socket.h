@@ -10,8 +10,9 @@
 
 namespace ocifip::agent {
 
-// Both throw AgentError.
+// Throws AgentError for a path that no socket can have.
 sockaddr_un address_of(const std::string& path);
+// A connected socket or, without one, errno says why there is none. Throws AgentError as above.
 Descriptor connect_to(const std::string& path);
 
 }  // namespace ocifip::agent

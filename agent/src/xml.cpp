@@ -11,6 +11,10 @@ namespace ocifip::agent {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::size_t kLongestTag = 16384;
+
+// A prefix that no client has.
+constexpr const char* kWrapper = "ocifip-netconf";
 
 std::string_view view(const xmlChar* text) {
   return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
@@ -41,6 +45,87 @@ std::string reason(const xmlError* error) {
   return "not valid XML: " + in_short(trimmed(message));
 }
 
+// A copy of an element, at the top of a document of its own.
+struct Copy {
+  explicit Copy(const xmlNode* element)
+      : document(xmlNewDoc(nullptr)),
+        top(xmlDocCopyNode(const_cast<xmlNode*>(element), document.get(), 1)) {
+    if (top == nullptr) throw std::bad_alloc();
+    xmlDocSetRootElement(document.get(), top);
+  }
+
+  XmlDocument document;
+  xmlNode* top;
+};
+
+std::string dumped(xmlDoc* document, xmlNode* node) {
+  xmlBuffer* buffer = xmlBufferCreate();
+  xmlNodeDump(buffer, document, node, 0, 0);
+  std::string text(view(xmlBufferContent(buffer)));
+  xmlBufferFree(buffer);
+  return text;
+}
+
+// Gives a copy the namespaces that are known where its original stands. The innermost declaration
+// of a prefix comes first, and is the one that counts.
+void declare_all(const xmlNode* original, xmlNode* copy) {
+  xmlNs** known = xmlGetNsList(original->doc, original);
+  for (xmlNs** each = known; each != nullptr && *each != nullptr; ++each) {
+    xmlNewNs(copy, (*each)->href, (*each)->prefix);  // null for one that there is
+  }
+  if (known != nullptr) xmlFree(known);
+}
+
+void trim_leaves(xmlNode* node) {
+  const auto children = elements(node);
+  for (const xmlNode* child : children) trim_leaves(const_cast<xmlNode*>(child));
+  if (!children.empty() || node->children == nullptr) return;
+  const std::string text = text_of(node);
+  xmlNodeSetContent(node, nullptr);
+  xmlNodeAddContentLen(node, reinterpret_cast<const xmlChar*>(text.data()),
+                       static_cast<int>(text.size()));
+}
+
+// Where what begins at a place ends; the end of the text when it does not.
+std::size_t end_behind(std::string_view text, std::size_t at, std::string_view end) {
+  const std::size_t found = text.find(end, at);
+  return found == std::string_view::npos ? text.size() : found + end.size();
+}
+
+// Where a tag ends, whose attributes may have any text in quotes.
+std::size_t end_of_tag(std::string_view text, std::size_t at) {
+  char quote = 0;
+  for (; at < text.size(); ++at) {
+    const char c = text[at];
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '>') {
+      return at + 1;
+    }
+  }
+  return at;
+}
+
+void check_tags(std::string_view text) {
+  std::size_t at = 0;
+  while ((at = text.find('<', at)) != std::string_view::npos) {
+    const std::string_view rest = text.substr(at);
+    if (rest.starts_with("<!--")) {
+      at = end_behind(text, at, "-->");
+    } else if (rest.starts_with("<![CDATA[")) {
+      at = end_behind(text, at, "]]>");
+    } else if (rest.starts_with("<?")) {
+      at = end_behind(text, at, "?>");
+    } else {
+      const std::size_t end = end_of_tag(text, at);
+      if (end - at > kLongestTag) throw XmlError("a tag of more than 16384 bytes");
+      at = end;
+    }
+  }
+}
+
 }  // namespace
 
 void begin_xml() { xmlInitParser(); }
@@ -50,6 +135,7 @@ XmlDocument parse_xml(std::string_view text) {
   if (first == std::string_view::npos) throw XmlError("a message without content");
   text.remove_prefix(first);
   if (text.size() > INT_MAX) throw XmlError("a message of more than 2 GB");
+  check_tags(text);
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   if (!context) throw std::bad_alloc();
   constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
@@ -95,27 +181,35 @@ std::optional<std::string> attribute(const xmlNode* element, const char* name) {
   return found == nullptr ? std::nullopt : std::optional(value_of(found));
 }
 
+std::string_view attribute_name(const xmlAttr* attribute) { return view(attribute->name); }
+
 std::string value_of(const xmlAttr* attribute) {
   const Text text(xmlNodeGetContent(reinterpret_cast<const xmlNode*>(attribute)));
   return std::string(view(text.get()));
 }
 
 std::string print(const xmlNode* element) {
-  const XmlDocument document(xmlNewDoc(nullptr));
-  xmlNode* copy = xmlDocCopyNode(const_cast<xmlNode*>(element), document.get(), 1);
-  if (copy == nullptr) throw std::bad_alloc();
-  xmlDocSetRootElement(document.get(), copy);
-  // The innermost declaration of a prefix comes first, and is the one that counts.
-  xmlNs** known = xmlGetNsList(element->doc, element);
-  for (xmlNs** each = known; each != nullptr && *each != nullptr; ++each) {
-    if ((*each)->prefix != nullptr) xmlNewNs(copy, (*each)->href, (*each)->prefix);
+  const Copy copy(element);
+  return dumped(copy.document.get(), copy.top);
+}
+
+std::string print_content(const xmlNode* element, std::string_view name, Blanks blanks,
+                          const std::function<bool(const xmlNode*)>& keeps) {
+  const Copy copy(element);
+  declare_all(element, copy.top);
+  if (blanks == Blanks::kTrimmed) trim_leaves(copy.top);
+  const std::string tag = kWrapper + std::string(":") + std::string(name);
+  std::string text = "<" + tag + " xmlns:" + kWrapper + "=\"" + std::string(kBase) + "\"";
+  for (const xmlNs* each = copy.top->nsDef; each != nullptr; each = each->next) {
+    text += each->prefix == nullptr ? " xmlns" : " xmlns:" + std::string(view(each->prefix));
+    text += "=\"" + escaped(view(each->href)) + "\"";
   }
-  if (known != nullptr) xmlFree(known);
-  xmlBuffer* buffer = xmlBufferCreate();
-  xmlNodeDump(buffer, document.get(), copy, 0, 0);
-  std::string text(view(xmlBufferContent(buffer)));
-  xmlBufferFree(buffer);
-  return text;
+  text += ">";
+  for (xmlNode* child = copy.top->children; child != nullptr; child = child->next) {
+    const bool is_kept = child->type == XML_ELEMENT_NODE && (!keeps || keeps(child));
+    if (is_kept) text += dumped(copy.document.get(), child);
+  }
+  return text + "</" + tag + ">";
 }
 
 std::string escaped(std::string_view text) {

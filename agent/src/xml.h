@@ -4,6 +4,8 @@
 
 #include <libxml/tree.h>
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -28,7 +30,8 @@ using XmlDocument = std::unique_ptr<xmlDoc, XmlDeleter>;
 void begin_xml();
 
 // Reads a document with one element at the top, which nobody has to look for. Elements may be
-// nested 256 deep; a document type is refused, and with it all entities but XML's own. Throws
+// nested 256 deep, and tags be 16 KiB long: the parser's time grows with the square of the number
+// of attributes in one. A document type is refused, and with it all entities but XML's own. Throws
 // XmlError.
 XmlDocument parse_xml(std::string_view text);
 
@@ -48,10 +51,17 @@ std::string text_of(const xmlNode* element);
 std::optional<std::string> attribute(const xmlNode* element, const char* name);
 
 std::string value_of(const xmlAttr* attribute);
+std::string_view attribute_name(const xmlAttr* attribute);
 
-// An element as text that stands for itself: with all namespaces that are known at its place, which
-// values may refer to.
+// An element as text that stands for itself.
 std::string print(const xmlNode* element);
+
+// What is in an element, in another one of NETCONF's namespace: with all namespaces that are known
+// there, which values may refer to. Of leaves, blanks around texts are left out if that is asked
+// for. Of the elements in it, those that `keeps` says no to are left out.
+enum class Blanks : std::uint8_t { kKept, kTrimmed };
+std::string print_content(const xmlNode* element, std::string_view name, Blanks blanks,
+                          const std::function<bool(const xmlNode*)>& keeps = {});
 
 // Text between tags, and in double quotes.
 std::string escaped(std::string_view text);

@@ -8,6 +8,9 @@
 namespace ocifip::agent {
 namespace {
 
+// No model is as deep.
+constexpr std::size_t kMostSteps = 64;
+
 struct Step {
   std::string_view prefix;
   std::string_view name;
@@ -96,7 +99,7 @@ bool PathReader::read_match(Step& step) {
 
 std::vector<Step> PathReader::steps() {
   std::vector<Step> read;
-  for (;;) {
+  while (read.size() < kMostSteps) {
     const std::string_view begin = text_;
     const auto name = take('/') ? qualified_name() : std::nullopt;
     skip_blanks();
@@ -110,6 +113,7 @@ std::vector<Step> PathReader::steps() {
     skip_blanks();
     if (text_.starts_with('[')) return read;
   }
+  return read;
 }
 
 // Whether what follows the steps may look at data that is not below them.
@@ -124,7 +128,7 @@ bool looks_elsewhere(std::string_view rest) {
     const bool is_step =
         is_name_character(before) || before == ']' || before == '*' || before == '/';
     if (c == '/' && !is_step) return true;
-    if (std::isspace(static_cast<unsigned char>(c)) == 0) before = c;
+    before = c;  // a blank, too: "and /a" begins at the top
   }
   return false;
 }

@@ -14,6 +14,7 @@ class Reader : public Peer {
  public:
   void use(Framing framing) override { framing_ = framing; }
   void send(const std::string& message) override { parse_xml(message); }
+  std::size_t backlog() override { return 0; }
   void resume() override {}
   void end() override { has_ended = true; }
   void abort() override { has_ended = true; }
