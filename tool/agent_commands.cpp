@@ -2,10 +2,8 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <csignal>
-#include <ctime>
 #include <sstream>
 
 #include "streams.h"
@@ -17,15 +15,6 @@ std::atomic<Agent*> stopped_by_signals = nullptr;
 
 void stop(int /*signal*/) {
   if (Agent* agent = stopped_by_signals) agent->stop();
-}
-
-void write_log(const std::string& line) {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-  gmtime_r(&now, &parts);
-  std::array<char, 32> time{};
-  std::strftime(time.data(), time.size(), "%Y-%m-%dT%H:%M:%SZ ", &parts);
-  write_error(time.data() + line);
 }
 
 // The names in a file, a name a line; empty lines and those that begin with # say nothing.
@@ -47,7 +36,7 @@ void serve(const CommandLine& line, const ServeCommand& command) {
   if (command.read_only_users) options.read_only_users = read_users(*command.read_only_users);
   Host host(line.host);
   host.check_device();
-  Agent agent(host, options, write_log);
+  Agent agent(host, options, [](const std::string& text) { write_error(text); });
   stopped_by_signals = &agent;
   std::signal(SIGTERM, stop);
   std::signal(SIGINT, stop);

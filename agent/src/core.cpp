@@ -40,8 +40,9 @@ std::string reply(const std::string& attributes, const Elements& content) {
 // The one operation in an <rpc>.
 const xmlNode* operation_of(const xmlNode* rpc) {
   if (!attribute(rpc, "message-id")) {
-    RpcError error = {tags::kMissingAttribute, "an \"rpc\" without its \"message-id\"", "rpc"};
-    error.info = element("bad-attribute", "message-id") + element("bad-element", "rpc");
+    RpcError error = attribute_error(tags::kMissingAttribute, "message-id", "rpc",
+                                     "an \"rpc\" without its \"message-id\"");
+    error.type = "rpc";
     throw OperationError(std::move(error));
   }
   const auto given = elements(rpc);
@@ -155,11 +156,11 @@ bool Core::Exchange::begin(Client& client) {
     return true;
   }
   if (!is_named(message, kBase, "rpc")) throw XmlError(kNoMessage);
-  client.counters.in_rpcs += 1;
-  core_.counters_.in_rpcs += 1;
   attributes_ = attributes_of(message);
   const xmlNode* element = operation_of(message);
   operation_ = name_of(element);
+  client.counters.in_rpcs += 1;
+  core_.counters_.in_rpcs += 1;
   const OperationRow& row = row_of(element);
   if (row.changes && client.user.may_only_read) {
     throw OperationError(

@@ -26,10 +26,9 @@ FilterType type_of(const xmlNode* filter) {
   const std::string type = attribute(filter, "type").value_or("subtree");
   if (type == "subtree") return FilterType::kSubtree;
   if (type == "xpath") return FilterType::kXPath;
-  RpcError error = {tags::kBadAttribute,
-                    in_quotes(type) + " is no type of filters: \"subtree\" and " + "\"xpath\" are"};
-  error.info = element("bad-attribute", "type") + element("bad-element", "filter");
-  throw OperationError(std::move(error));
+  throw OperationError(
+      attribute_error(tags::kBadAttribute, "type", "filter",
+                      in_quotes(type) + " is no type of filters: \"subtree\" and \"xpath\" are"));
 }
 
 }  // namespace ocifip::agent

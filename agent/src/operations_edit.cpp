@@ -9,10 +9,9 @@ namespace {
 // What is in a <config>, of whatever namespace that is.
 EditRequest edit_of(const xmlNode* config, std::optional<DefaultOperation> operation) {
   if (config->properties != nullptr) {
-    RpcError error = {tags::kUnknownAttribute, "\"config\" has no attributes"};
-    error.info = element("bad-attribute", attribute_name(config->properties)) +
-                 element("bad-element", "config");
-    throw OperationError(std::move(error));
+    throw OperationError(attribute_error(tags::kUnknownAttribute,
+                                         attribute_name(config->properties), "config",
+                                         "\"config\" has no attributes"));
   }
   return {Source{"config", print_content(config, "config", Blanks::kKept), Encoding::kXml},
           {},

@@ -76,6 +76,13 @@ RpcError element_error(const char* tag, std::string_view element, std::string me
   return error;
 }
 
+RpcError attribute_error(const char* tag, std::string_view attribute, std::string_view of,
+                         std::string message) {
+  RpcError error = {tag, std::move(message)};
+  error.info = element("bad-attribute", attribute) + element("bad-element", of);
+  return error;
+}
+
 RpcError error_of(const Refusal& refusal) {
   RpcError error = {tag_of(refusal), refusal.sentence(), "application", refusal.path,
                     refusal.code_text()};

@@ -61,6 +61,10 @@ class OperationError : public std::exception {
 RpcError element_error(const char* tag, std::string_view element, std::string message,
                        std::string_view name_space = {});
 
+// The same of an attribute.
+RpcError attribute_error(const char* tag, std::string_view attribute, std::string_view of,
+                         std::string message);
+
 // Why the mapping or the device refused an edit or a read.
 RpcError error_of(const Refusal& refusal);
 // What is wrong with what a client sent.

@@ -203,18 +203,12 @@ Elements select_subtree(std::string_view data, const xmlNode* filter) {
 XPath xpath_of(const xmlNode* filter) {
   const auto text = attribute(filter, "select");
   if (!text) {
-    RpcError error = {tags::kMissingAttribute, "a filter of type \"xpath\" without its \"select\""};
-    error.info = element("bad-attribute", "select") + element("bad-element", "filter");
-    throw OperationError(std::move(error));
+    throw OperationError(attribute_error(tags::kMissingAttribute, "select", "filter",
+                                         "a filter of type \"xpath\" without its \"select\""));
   }
-  XPath xpath = {*text, {}};
-  xmlNs** known = xmlGetNsList(filter->doc, filter);
-  for (xmlNs** each = known; each != nullptr && *each != nullptr; ++each) {
-    if ((*each)->prefix == nullptr) continue;
-    xpath.namespaces.emplace_back(reinterpret_cast<const char*>((*each)->prefix),
-                                  reinterpret_cast<const char*>((*each)->href));
-  }
-  if (known != nullptr) xmlFree(known);
+  XPath xpath = {*text, namespaces_at(filter)};
+  // A name without a prefix has no namespace in an expression.
+  std::erase_if(xpath.namespaces, [](const auto& each) { return each.first.empty(); });
   return xpath;
 }
 

@@ -26,7 +26,7 @@ Elements select_subtree(std::string_view data, const xmlNode* filter);
 // An expression, with the prefixes that are known where it stands.
 struct XPath {
   std::string text;
-  std::vector<std::pair<std::string, std::string>> namespaces;  // prefixes and what they mean
+  Namespaces namespaces;
 };
 
 // The expression in the attribute "select" of a filter. Throws OperationError.

@@ -176,7 +176,7 @@ Agent::Server::~Server() {
 
 void Agent::Server::write_log(const std::string& line) {
   const std::lock_guard lock(log_mutex_);
-  log_(line);
+  log_(agent::date_and_time(std::chrono::system_clock::now()) + ' ' + line);
 }
 
 void Agent::Server::stop() const noexcept {

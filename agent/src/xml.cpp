@@ -45,13 +45,22 @@ std::string reason(const xmlError* error) {
   return "not valid XML: " + in_short(trimmed(message));
 }
 
-// A copy of an element, at the top of a document of its own.
+const xmlChar* chars(const std::string& text) {
+  return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+// A copy of an element, at the top of a document of its own, with the namespaces that are known
+// where the original stands.
 struct Copy {
   explicit Copy(const xmlNode* element)
       : document(xmlNewDoc(nullptr)),
         top(xmlDocCopyNode(const_cast<xmlNode*>(element), document.get(), 1)) {
     if (top == nullptr) throw std::bad_alloc();
     xmlDocSetRootElement(document.get(), top);
+    for (const auto& [prefix, meaning] : namespaces_at(element)) {
+      // Null for one that it has.
+      xmlNewNs(top, chars(meaning), prefix.empty() ? nullptr : chars(prefix));
+    }
   }
 
   XmlDocument document;
@@ -64,16 +73,6 @@ std::string dumped(xmlDoc* document, xmlNode* node) {
   std::string text(view(xmlBufferContent(buffer)));
   xmlBufferFree(buffer);
   return text;
-}
-
-// Gives a copy the namespaces that are known where its original stands. The innermost declaration
-// of a prefix comes first, and is the one that counts.
-void declare_all(const xmlNode* original, xmlNode* copy) {
-  xmlNs** known = xmlGetNsList(original->doc, original);
-  for (xmlNs** each = known; each != nullptr && *each != nullptr; ++each) {
-    xmlNewNs(copy, (*each)->href, (*each)->prefix);  // null for one that there is
-  }
-  if (known != nullptr) xmlFree(known);
 }
 
 void trim_leaves(xmlNode* node) {
@@ -188,6 +187,17 @@ std::string value_of(const xmlAttr* attribute) {
   return std::string(view(text.get()));
 }
 
+// The innermost declaration of a prefix comes first, and is the one that counts.
+Namespaces namespaces_at(const xmlNode* element) {
+  Namespaces found;
+  xmlNs** known = xmlGetNsList(element->doc, element);
+  for (xmlNs** each = known; each != nullptr && *each != nullptr; ++each) {
+    found.emplace_back(view((*each)->prefix), view((*each)->href));
+  }
+  if (known != nullptr) xmlFree(known);
+  return found;
+}
+
 std::string print(const xmlNode* element) {
   const Copy copy(element);
   return dumped(copy.document.get(), copy.top);
@@ -196,7 +206,6 @@ std::string print(const xmlNode* element) {
 std::string print_content(const xmlNode* element, std::string_view name, Blanks blanks,
                           const std::function<bool(const xmlNode*)>& keeps) {
   const Copy copy(element);
-  declare_all(element, copy.top);
   if (blanks == Blanks::kTrimmed) trim_leaves(copy.top);
   const std::string tag = kWrapper + std::string(":") + std::string(name);
   std::string text = "<" + tag + " xmlns:" + kWrapper + "=\"" + std::string(kBase) + "\"";

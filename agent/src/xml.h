@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ocifip::agent {
@@ -53,7 +54,12 @@ std::optional<std::string> attribute(const xmlNode* element, const char* name);
 std::string value_of(const xmlAttr* attribute);
 std::string_view attribute_name(const xmlAttr* attribute);
 
-// An element as text that stands for itself.
+// Prefixes and what they mean at the place of an element; "" is the prefix of the default.
+using Namespaces = std::vector<std::pair<std::string, std::string>>;
+Namespaces namespaces_at(const xmlNode* element);
+
+// An element as text that stands for itself: with all namespaces that are known at its place, which
+// values may refer to.
 std::string print(const xmlNode* element);
 
 // What is in an element, in another one of NETCONF's namespace: with all namespaces that are known

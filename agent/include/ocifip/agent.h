@@ -37,7 +37,8 @@ struct AgentOptions {
 
 class Agent {
  public:
-  // Takes lines for the log, without time and line feed, from several threads one at a time.
+  // Takes lines for the log, which begin with their time and have no line feed, from several
+  // threads one at a time.
   using Log = std::function<void(const std::string& line)>;
 
   // Listens from now on. The host outlives the agent, which is the only one to use it: from one

@@ -11,10 +11,6 @@ namespace {
 
 using Nodes = std::vector<DocumentNode>;
 
-bool is_inner(const DocumentNode& node) {
-  return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
-}
-
 // Whether an edit deletes or replaces all that there is of a node.
 bool is_whole(const DocumentNode& node) {
   return is_deleted(node) || (is_inner(node) && node.operation == Operation::kReplace);

@@ -60,7 +60,7 @@ Nodes compare(const Nodes& before, const Nodes& after) {
     const auto* old = former.find(node);
     if (old == nullptr) {
       add_new(node, changes);
-    } else if (node.kind == NodeKind::kContainer || node.kind == NodeKind::kList) {
+    } else if (is_inner(node)) {
       compare_inner(*old, node, changes);
     } else if (old->value != node.value) {
       changes.push_back(node);

@@ -31,6 +31,11 @@ inline bool is_key(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_key(node.schema);
 }
 
+// Whether a node has others in it, and no value.
+inline bool is_inner(const DocumentNode& node) {
+  return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
+}
+
 inline bool is_state(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_state(node.schema);
 }

@@ -17,10 +17,6 @@ namespace {
 using Nodes = std::vector<DocumentNode>;
 using Queries = std::vector<const DocumentNode*>;
 
-bool is_inner(const DocumentNode& node) {
-  return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
-}
-
 bool names(const DocumentNode& query, const DocumentNode& node) {
   if (query.tag != node.tag || query.module_namespace != node.module_namespace) return false;
   if (query.kind == NodeKind::kLeafList) return !query.value || has_same_value(query, node);

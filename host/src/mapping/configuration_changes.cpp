@@ -47,11 +47,10 @@ class ChangeList {
  private:
   void add_node(const DocumentNode& node, const DocumentNode* former) {
     using Kind = ChangedNode::Kind;
-    const bool is_inner = node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
     const bool is_plain = node.schema != nullptr && Models::is_plain_container(node.schema);
     if (is_deleted(node)) {
       add(Kind::kDeleted);
-    } else if (!is_inner) {
+    } else if (!is_inner(node)) {
       add(former == nullptr ? Kind::kCreated : Kind::kChanged);
     } else if (former != nullptr || is_plain) {
       add(node.children, former == nullptr ? kNothing : former->children);
