@@ -139,12 +139,12 @@ Elements yang_library(const Modules& modules) {
   Elements text = top_tag("yang-library", kLibrary) + "<module-set><name>all</name>";
   for (const Module& module : modules) text += library_entry(module);
   text += "</module-set><schema><name>all</name><module-set>all</module-set></schema>";
-  for (const char* each : {"running", "candidate", "operational"}) text += library_datastore(each);
+  for (const char* each : {"running", "candidate"}) text += library_datastore(each);
   return text + element("content-id", content_id(modules)) + "</yang-library>";
 }
 
 Elements netconf_state(const Modules& modules, const Datastores& datastores, const Clients& clients,
-                       const Counters& of_all, std::chrono::system_clock::time_point start) {
+                       const AgentCounters& of_all, std::chrono::system_clock::time_point start) {
   Elements text = top_tag("netconf-state", kMonitoring) + "<capabilities>";
   for (const std::string& each : capabilities(modules)) text += element("capability", each);
   text += "</capabilities><datastores>";
@@ -156,6 +156,9 @@ Elements netconf_state(const Modules& modules, const Datastores& datastores, con
   text += "</schemas><sessions>";
   for (const auto& [id, client] : clients) text += session_entry(client);
   text += "</sessions><statistics>" + element("netconf-start-time", date_and_time(start));
+  text += element("in-bad-hellos", std::to_string(of_all.in_bad_hellos)) +
+          element("in-sessions", std::to_string(of_all.in_sessions)) +
+          element("dropped-sessions", std::to_string(of_all.dropped_sessions));
   return text + counters_of(of_all) + "</statistics></netconf-state>";
 }
 

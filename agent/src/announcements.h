@@ -27,7 +27,7 @@ std::string hello(const Modules& modules, SessionId session);
 // State that is the agent's own, by the namespace of its top element.
 Elements yang_library(const Modules& modules);
 Elements netconf_state(const Modules& modules, const Datastores& datastores, const Clients& clients,
-                       const Counters& of_all, std::chrono::system_clock::time_point start);
+                       const AgentCounters& of_all, std::chrono::system_clock::time_point start);
 Elements streams();
 
 }  // namespace ocifip::agent

@@ -45,6 +45,13 @@ struct Counters {
   std::uint32_t out_notifications = 0;
 };
 
+// Of all sessions, those that have ended included.
+struct AgentCounters : Counters {
+  std::uint32_t in_sessions = 0;
+  std::uint32_t in_bad_hellos = 0;
+  std::uint32_t dropped_sessions = 0;
+};
+
 // What a client wants to be told; what it is chosen by outlives the message that asked for it.
 struct Subscription {
   XmlDocument document;

@@ -7,6 +7,7 @@
 #include "names.h"
 #include "notifications.h"
 #include "ocifip/messages.h"
+#include "path_element.h"
 #include "rpc_error.h"
 
 namespace ocifip::agent {
@@ -27,7 +28,7 @@ std::string attributes_of(const xmlNode* rpc) {
     const bool has_prefix = each->ns != nullptr && each->ns->prefix != nullptr;
     text += " ";
     if (has_prefix) text += std::string(reinterpret_cast<const char*>(each->ns->prefix)) + ":";
-    text += std::string(name_of(node)) + "=\"" + escaped(value_of(each)) + "\"";
+    text += std::string(name_of(node)) + "=\"" + escaped_value(value_of(each)) + "\"";
   }
   return text;
 }
@@ -89,6 +90,8 @@ std::vector<RpcError> errors_of(const Function& function) {
     return {error_of(error)};
   } catch (const XmlError& error) {
     return {RpcError{tags::kMalformed, error.what(), "rpc"}};
+  } catch (const std::bad_alloc&) {
+    return {RpcError{tags::kResourceDenied, "not enough memory"}};
   } catch (const std::exception& error) {
     return {RpcError{tags::kFailed, error.what(), "application"}};
   }
@@ -108,6 +111,16 @@ class Core::Exchange {
     if (found == core_.clients_.end()) return false;  // it has gone
     Client& client = found->second;
     if (client.ending == Ending::kKilled) return false;
+    try {
+      return advance(client);
+    } catch (const std::exception&) {
+      client.peer.abort();  // there is no memory even for the error
+      return false;
+    }
+  }
+
+ private:
+  bool advance(Client& client) {
     bool is_done = true;
     const auto errors = errors_of([&] { is_done = work(client); });
     if (!errors.empty()) {
@@ -118,7 +131,6 @@ class Core::Exchange {
     return errors.empty() && !is_done;
   }
 
- private:
   bool work(Client& client);
   bool begin(Client& client);
   void finish(Client& client, const std::vector<RpcError>& errors);
@@ -183,13 +195,14 @@ bool Core::Exchange::begin(Client& client) {
 
 void Core::Exchange::finish(Client& client, const std::vector<RpcError>& errors) {
   if (!errors.empty()) {
-    Counters& all = core_.counters_;
     const bool is_rpc = client.is_open && !operation_.empty();
-    for (Counters* each : {&client.counters, &all}) {
-      each->out_rpc_errors += 1;
-      each->in_bad_rpcs += is_rpc ? 0 : 1;
-    }
-    content_ = print(client.has_chunks ? errors : for_base_10(errors));
+    if (!is_rpc) core_.count_bad_message(client);
+    client.counters.out_rpc_errors += 1;
+    core_.counters_.out_rpc_errors += 1;
+    content_ = print(client.has_chunks ? errors : for_base_10(errors),
+                     [this](std::string_view name, const std::string& path) {
+                       return core_.path_element(name, path);
+                     });
   }
   if (!content_.empty()) client.peer.send(reply(attributes_, content_));
   write_log(client, errors);
@@ -218,7 +231,8 @@ Core::Core(Host& host, bool saves, Log log)
                    },
                    [this](SessionId by, ConfirmedCommit what, std::chrono::seconds timeout) {
                      notify(confirmed_commit(client(by), what, timeout));
-                   }}),
+                   },
+                   [this](const std::string& remark) { log_(remark); }}),
       service_{host_,    modules_,  datastores_,
                clients_, counters_, std::chrono::system_clock::now()} {}
 
@@ -227,8 +241,14 @@ const Client* Core::client(SessionId id) const {
   return found == clients_.end() ? nullptr : &found->second;
 }
 
+std::string Core::path_element(std::string_view name, const std::string& path) const {
+  const DataPath known = host_.data_path(path);
+  return known.text.empty() ? "" : agent::path_element(name, known, modules_);
+}
+
 void Core::open(SessionId id, User user, Peer& peer) {
   const auto [client, is_new] = clients_.try_emplace(id, Client{id, std::move(user), peer});
+  counters_.in_sessions += 1;
   peer.send(hello(modules_, id));
   log_("session " + std::to_string(id) + " user " + in_short(client->second.user.name) + " begins" +
        (client->second.user.may_only_read ? ", to read only" : ""));
@@ -239,12 +259,27 @@ void Core::close(SessionId id, const std::string& reason) {
   if (found == clients_.end()) return;
   const Elements event = session_end(found->second);
   const bool was_open = found->second.is_open;
+  if (was_open && found->second.ending == Ending::kDropped) counters_.dropped_sessions += 1;
   found->second.subscription.reset();
   const auto errors = errors_of([&] { datastores_.end(id); });
   for (const RpcError& error : errors) log_("session " + std::to_string(id) + ": " + error.message);
   clients_.erase(found);
   if (was_open) notify(event);
   log_("session " + std::to_string(id) + " ends" + (reason.empty() ? "" : ": " + in_short(reason)));
+}
+
+void Core::count_bad_message(Client& client) {
+  if (!client.is_open) {
+    counters_.in_bad_hellos += 1;
+  } else {
+    client.counters.in_bad_rpcs += 1;
+    counters_.in_bad_rpcs += 1;
+  }
+}
+
+void Core::refused(SessionId id) {
+  const auto found = clients_.find(id);
+  if (found != clients_.end()) count_bad_message(found->second);
 }
 
 Work Core::received(SessionId id, std::string message) {

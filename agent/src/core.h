@@ -34,6 +34,9 @@ class Core {
   // A session is over. `reason` is for the log: why it could not go on, or "".
   void close(SessionId id, const std::string& reason);
 
+  // Bytes of a session that are no message, which it ends for.
+  void refused(SessionId id);
+
   // A message of a session. Its reply is sent, and the peer resumed, when the work is done; the
   // messages of one session come one after the other.
   Work received(SessionId id, std::string message);
@@ -49,13 +52,15 @@ class Core {
   void take_hello(Client& client, const xmlNode* message);
   void changed(SessionId by, const Configuration& before, const Configuration& after);
   void notify(const Elements& event);
+  [[nodiscard]] std::string path_element(std::string_view name, const std::string& path) const;
+  void count_bad_message(Client& client);
   [[nodiscard]] const Client* client(SessionId id) const;
 
   Host& host_;
   Log log_;
   Modules modules_;
   Clients clients_;
-  Counters counters_;
+  AgentCounters counters_;
   Datastores datastores_;
   Service service_;
 };

@@ -66,7 +66,9 @@ void Datastores::check_free(Datastore datastore, SessionId by) const {
 // What waits to be confirmed is not saved before it is settled.
 void Datastores::become(const Configuration& content, SessionId by, bool is_settled) {
   const Configuration before = host_.running();
-  host_.commit(content, saves_ && is_settled);
+  for (const std::string& remark : host_.commit(content, saves_ && is_settled)) {
+    events_.remarked(remark);
+  }
   if (candidate_ == content) candidate_.reset();
   if (events_.changed && !(before == content)) events_.changed(by, before, content);
 }

@@ -44,6 +44,8 @@ struct DatastoreEvents {
   std::function<void(SessionId by, const Configuration& before, const Configuration& after)>
       changed;
   std::function<void(SessionId by, ConfirmedCommit what, std::chrono::seconds timeout)> confirming;
+  // A sentence for the log.
+  std::function<void(const std::string& remark)> remarked;
 };
 
 // What cannot be done throws OperationError or InputError, and has changed nothing.

@@ -5,12 +5,16 @@
 #include "announcements.h"
 #include "names.h"
 #include "operation_parts.h"
+#include "path_element.h"
 
 namespace ocifip::agent {
 namespace {
 
 // A client that has so much to read does not read.
 constexpr std::size_t kMostBacklog = std::size_t{256} << 20;
+
+// What an expression may take for one event, for which all others wait.
+constexpr std::chrono::seconds kPatience{2};
 
 std::string event(const std::string& name, const Elements& content) {
   return "<" + name + " xmlns=\"" + std::string(kConfigChange) + "\">" + content + "</" + name +
@@ -62,23 +66,17 @@ const char* name_of(Ending ending) {
 }
 
 std::string edit_of(const ChangedNode& change, const std::vector<Module>& modules) {
-  std::string text = "<edit><target";
-  for (const std::string& name : change.modules) {
-    const auto module = std::find_if(modules.begin(), modules.end(),
-                                     [&](const Module& each) { return each.name == name; });
-    if (module == modules.end()) continue;
-    text += " xmlns:" + name + "=\"" + escaped(module->name_space) + "\"";
-  }
-  text += ">" + escaped(change.path) + "</target>";
-  return text + element("operation", name_of(change.kind)) + "</edit>";
+  return "<edit>" + path_element("target", change.path, modules) +
+         element("operation", name_of(change.kind)) + "</edit>";
 }
 
 // The part of an event that a client wants to see.
 Elements chosen(const Elements& event, const Subscription& subscription, const ListKeys& keys) {
   const xmlNode* filter = subscription.filter;
   if (filter == nullptr) return event;
-  return type_of(filter) == FilterType::kSubtree ? select_subtree(event, filter)
-                                                 : select_xpath(event, xpath_of(filter), keys);
+  return type_of(filter) == FilterType::kSubtree
+             ? select_subtree(event, filter)
+             : select_xpath(event, xpath_of(filter), keys, kPatience);
 }
 
 }  // namespace
@@ -101,8 +99,10 @@ void notify(Clients& clients, Counters& of_all, const Elements& event, const Lis
       const Elements content = chosen(event, *client.subscription, keys);
       if (content.empty()) continue;
       client.peer.send(begin + content + "</notification>");
-    } catch (const OperationError&) {
-      continue;  // an expression that says nothing of this event
+    } catch (const OperationError& error) {
+      // One that takes too much would lose events. Others say nothing of this one.
+      if (error.errors.front().tag == tags::kResourceDenied) client.peer.abort();
+      continue;
     }
     client.counters.out_notifications += 1;
     of_all.out_notifications += 1;

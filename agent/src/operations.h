@@ -36,7 +36,7 @@ struct Service {
   const Modules& modules;
   Datastores& datastores;
   Clients& clients;
-  Counters& counters;  // of all sessions, those that have ended included
+  const AgentCounters& counters;
   std::chrono::system_clock::time_point start;
 };
 

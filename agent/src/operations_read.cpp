@@ -9,25 +9,29 @@
 namespace ocifip::agent {
 namespace {
 
-// What is asked for. The document that the filter is in outlives it.
+// What is asked for.
 struct Filter {
   const xmlNode* element = nullptr;  // of a subtree filter; null: everything that can be reached
+  XmlDocument document{};            // that it is in
   std::optional<XPath> xpath{};      // chooses among that
-  XmlDocument reach{};               // the filter of what it can reach
 };
 
 Filter filter_of(const xmlNode* given) {
-  Filter filter = {given};
-  if (given == nullptr || type_of(given) == FilterType::kSubtree) return filter;
-  filter.xpath = xpath_of(given);
-  const Elements reach = reach_of(*filter.xpath);
-  filter.element = nullptr;
-  if (!reach.empty()) {
-    filter.reach = parse_xml("<filter>" + reach + "</filter>");
-    filter.element = top(filter.reach);
+  Filter filter;
+  if (given == nullptr) return filter;
+  if (type_of(given) == FilterType::kSubtree) {
+    filter.document = without_attributes(given);
+  } else {
+    filter.xpath = xpath_of(given);
+    const Elements reach = reach_of(*filter.xpath);
+    if (!reach.empty()) filter.document = parse_xml("<filter>" + reach + "</filter>");
   }
+  if (filter.document) filter.element = top(filter.document);
   return filter;
 }
+
+// What an expression may take.
+constexpr std::chrono::seconds kPatience{30};
 
 constexpr std::array kOwn = {kLibrary, kMonitoring, kStreams};
 
@@ -75,31 +79,40 @@ class DataReply : public LongReply {
  public:
   DataReply(Call& call, const Configuration& content, const Filter& filter,
             const std::optional<QueryRequest>& query, Elements own)
-      : host_(call.service.host), xpath_(filter.xpath), own_(std::move(own)) {
+      : host_(call.service.host), xpath_(filter.xpath), data_(std::move(own)) {
     if (query) reading_ = host_.read(content, *query);
   }
 
-  bool step() override { return reading_ && reading_->step(); }
+  bool step() override {
+    if (reading_) {
+      if (reading_->step()) return true;
+      take_read();
+    }
+    if (xpath_ && !selection_) {
+      selection_.emplace(
+          std::exchange(data_, {}), *xpath_,
+          [this](const Path& path) { return host_.list_keys(path); }, kPatience);
+    }
+    return selection_ && selection_->step();
+  }
 
   Elements finish() override {
-    Elements data = std::move(own_);
-    if (reading_) {
-      Outcome outcome = reading_->finish();
-      if (outcome.refusal) throw OperationError(error_of(*outcome.refusal));
-      data.insert(0, outcome.text);
-    }
-    if (xpath_) {
-      data =
-          select_xpath(data, *xpath_, [this](const Path& path) { return host_.list_keys(path); });
-    }
-    return "<data>" + data + "</data>";
+    return "<data>" + (selection_ ? selection_->finish() : data_) + "</data>";
   }
 
  private:
+  void take_read() {
+    Outcome outcome = reading_->finish();
+    reading_.reset();
+    if (outcome.refusal) throw OperationError(error_of(*outcome.refusal));
+    data_.insert(0, outcome.text);
+  }
+
   Host& host_;
   std::optional<XPath> xpath_;
-  Elements own_;
+  Elements data_;
   std::unique_ptr<Reading> reading_;
+  std::optional<XPathSelection> selection_;
 };
 
 }  // namespace

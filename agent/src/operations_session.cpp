@@ -6,6 +6,9 @@
 namespace ocifip::agent {
 namespace {
 
+// Each event is compared with each filter.
+constexpr std::size_t kLongestFilter = 65536;
+
 Datastore only_target(Call& call) {
   Parameters parameters(call.element);
   const Datastore target = datastore_in(parameters.need("target"));
@@ -113,7 +116,12 @@ Reply create_subscription(Call& call) {
   Subscription subscription;
   if (filter != nullptr) {
     if (type_of(filter) == FilterType::kXPath) xpath_of(filter);
-    subscription.document = parse_xml(print(filter));
+    const std::string text = print(filter);
+    if (text.size() > kLongestFilter) {
+      throw OperationError(RpcError{
+          tags::kTooBig, "a filter of more than " + std::to_string(kLongestFilter) + " bytes"});
+    }
+    subscription.document = parse_xml(text);
     subscription.filter = top(subscription.document);
   }
   call.client.subscription = std::move(subscription);

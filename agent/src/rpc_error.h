@@ -3,6 +3,7 @@
 #define OCIFIP_AGENT_RPC_ERROR_H_
 
 #include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,7 +39,7 @@ struct RpcError {
   std::string tag;
   std::string message;
   std::string type = "protocol";  // the layer: transport, rpc, protocol or application
-  std::string path{};             // of the node that is wrong; "" for none
+  std::string path{};             // of the node that is wrong, as the host has it; "" for none
   std::string app_tag{};
   std::string info{};  // XML
 };
@@ -70,8 +71,12 @@ RpcError error_of(const Refusal& refusal);
 // What is wrong with what a client sent.
 RpcError error_of(const InputError& error);
 
-// <rpc-error>s, one behind the other.
-std::string print(const std::vector<RpcError>& errors);
+// Prints an element with a path of the host's, whose prefixes mean something there; "" for a path
+// to nothing that is known.
+using PathPrinter = std::function<std::string(std::string_view element, const std::string& path)>;
+
+// <rpc-error>s, one behind the other; without a printer, without their paths.
+std::string print(const std::vector<RpcError>& errors, const PathPrinter& print_path = {});
 
 }  // namespace ocifip::agent
 

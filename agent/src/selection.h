@@ -2,12 +2,15 @@
 #ifndef OCIFIP_AGENT_SELECTION_H_
 #define OCIFIP_AGENT_SELECTION_H_
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "limited_process.h"
 #include "xml.h"
 
 namespace ocifip::agent {
@@ -23,6 +26,9 @@ using ListKeys = std::function<std::vector<std::string>(const Path& path)>;
 // What the elements in a filter select.
 Elements select_subtree(std::string_view data, const xmlNode* filter);
 
+// A copy of a filter without what data's attributes would choose: data have none.
+XmlDocument without_attributes(const xmlNode* filter);
+
 // An expression, with the prefixes that are known where it stands.
 struct XPath {
   std::string text;
@@ -33,8 +39,28 @@ struct XPath {
 XPath xpath_of(const xmlNode* filter);
 
 // What an expression selects, with all that is below, the entries and containers around it, and
-// the keys of entries. Throws OperationError for one that is none, or selects no elements.
-Elements select_xpath(std::string_view data, const XPath& xpath, const ListKeys& keys);
+// the keys of entries. It is found in steps, between which others can be served.
+class XPathSelection {
+ public:
+  // `patience`: the processor time that it may take. Throws OperationError.
+  XPathSelection(const Elements& data, XPath xpath, const ListKeys& keys,
+                 std::chrono::seconds patience);
+
+  // Waits for a moment. Whether it takes longer.
+  bool step();
+  // What is selected. Throws OperationError for an expression that is none, selects no elements, or
+  // takes too much.
+  Elements finish();
+
+ private:
+  XPath xpath_;
+  std::optional<Elements> result_;
+  std::optional<LimitedProcess> process_;
+};
+
+// Waits for it.
+Elements select_xpath(const Elements& data, XPath xpath, const ListKeys& keys,
+                      std::chrono::seconds patience);
 
 // Elements of a subtree filter that select all that an expression can reach, and more; "" when that
 // is everything.

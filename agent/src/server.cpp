@@ -262,6 +262,12 @@ void Agent::Server::begin(Descriptor client, const agent::User& user) {
       std::move(client), agent::SessionLimits{options_.longest_message, options_.patience},
       agent::Session::Events{
           [this, id](std::string message) { worker_.add(core_.received(id, std::move(message))); },
+          [this, id] {
+            worker_.add([this, id] {
+              core_.refused(id);
+              return false;
+            });
+          },
           [this, id](const std::string& reason) {
             worker_.add([this, id, reason] {
               end(id, reason);

@@ -152,6 +152,7 @@ bool Session::take_message() {
 // Ends the session with a sentence: what follows in the stream cannot be understood.
 void Session::refuse(const char* tag, const std::string& reason) {
   reason_ = reason;
+  events_.refused();
   send("<rpc-reply xmlns=\"" + std::string(kBase) + "\">" + print({RpcError{tag, reason, "rpc"}}) +
        "</rpc-reply>");
   end();

@@ -27,6 +27,7 @@ class Session : public Peer {
   // What the session's thread has to tell.
   struct Events {
     std::function<void(std::string message)> received;     // no other comes before resume()
+    std::function<void()> refused;                         // what came is no message
     std::function<void(const std::string& reason)> ended;  // once, as the last thing; "" for none
   };
 

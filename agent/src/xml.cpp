@@ -75,6 +75,10 @@ std::string dumped(xmlDoc* document, xmlNode* node) {
   return text;
 }
 
+bool is_utf8(const xmlChar* encoding) {
+  return xmlStrcasecmp(encoding, reinterpret_cast<const xmlChar*>("UTF-8")) == 0;
+}
+
 void trim_leaves(xmlNode* node) {
   const auto children = elements(node);
   for (const xmlNode* child : children) trim_leaves(const_cast<xmlNode*>(child));
@@ -134,6 +138,8 @@ XmlDocument parse_xml(std::string_view text) {
   if (first == std::string_view::npos) throw XmlError("a message without content");
   text.remove_prefix(first);
   if (text.size() > INT_MAX) throw XmlError("a message of more than 2 GB");
+  // All encodings of wider characters have it.
+  if (text.find('\0') != std::string_view::npos) throw XmlError("a message that is not UTF-8");
   check_tags(text);
   const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(xmlNewParserCtxt());
   if (!context) throw std::bad_alloc();
@@ -142,6 +148,9 @@ XmlDocument parse_xml(std::string_view text) {
                                          nullptr, nullptr, kOptions));
   if (!document) throw XmlError(reason(xmlCtxtGetLastError(context.get())));
   if (context->nsWellFormed == 0) throw XmlError(reason(xmlCtxtGetLastError(context.get())));
+  if (document->encoding != nullptr && !is_utf8(document->encoding)) {
+    throw XmlError("the encoding is " + in_quotes(view(document->encoding)) + ", and not UTF-8");
+  }
   if (document->intSubset != nullptr) throw XmlError("a document type has no place in a message");
   return document;
 }
@@ -241,6 +250,15 @@ std::string escaped(std::string_view text) {
       default:
         out += c;
     }
+  }
+  return out;
+}
+
+std::string escaped_value(std::string_view value) {
+  std::string out;
+  for (const char c : escaped(value)) {
+    const bool is_kept = c != '\n' && c != '\r' && c != '\t';
+    out += is_kept ? std::string(1, c) : "&#" + std::to_string(int{c}) + ";";
   }
   return out;
 }

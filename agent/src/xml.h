@@ -71,6 +71,8 @@ std::string print_content(const xmlNode* element, std::string_view name, Blanks 
 
 // Text between tags, and in double quotes.
 std::string escaped(std::string_view text);
+// An attribute's value, whose line feeds and tabs stay what they are.
+std::string escaped_value(std::string_view value);
 // <NAME>TEXT</NAME>
 std::string element(std::string_view name, std::string_view text);
 

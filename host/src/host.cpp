@@ -11,6 +11,7 @@
 #include "device/configuration_content.h"
 #include "device/item_bytes.h"
 #include "device/native_edit.h"
+#include "io/data_path.h"
 #include "io/deleted_values.h"
 #include "io/device_file.h"
 #include "io/device_json.h"
@@ -71,7 +72,9 @@ class Host::Impl {
   [[nodiscard]] Configuration running() const { return views_->running(); }
   [[nodiscard]] Configuration empty() const;
   Change change(const Configuration& base, const EditRequest& request);
-  void commit(const Configuration& configuration, const std::function<void()>* saved_when_ready);
+  // A remark, or "".
+  std::string commit(const Configuration& configuration,
+                     const std::function<void()>* saved_when_ready);
   std::vector<ChangedNode> changes(const Configuration& before, const Configuration& after);
   std::unique_ptr<Reading> read(const Configuration& configuration, const QueryRequest& request);
 
@@ -82,7 +85,7 @@ class Host::Impl {
   [[nodiscard]] const Models& models() const { return models_; }
 
  private:
-  void save(Document native, const std::function<void()>& ready);
+  std::string save(Document native, const std::function<void()>& ready);
   void check_can_save() const;
 
   Models models_;
@@ -106,7 +109,9 @@ Outcome Host::Impl::apply(const ApplyRequest& request, Format format) {
     const std::function<void()> ready = [&] {
       if (request.before_saving) request.before_saving(edited.outcome);
     };
-    commit(changed_configuration(view->mapper, edited), request.save ? &ready : nullptr);
+    const std::string remark =
+        commit(changed_configuration(view->mapper, edited), request.save ? &ready : nullptr);
+    if (!remark.empty()) edited.outcome.notes.push_back(remark);
   }
   return std::move(edited.outcome);
 }
@@ -151,27 +156,30 @@ std::unique_ptr<Reading> Host::Impl::read(const Configuration& configuration,
 }
 
 // The file comes first: when it cannot be written, nothing has happened.
-void Host::Impl::commit(const Configuration& configuration,
-                        const std::function<void()>* saved_when_ready) {
+std::string Host::Impl::commit(const Configuration& configuration,
+                               const std::function<void()>* saved_when_ready) {
   const bool is_saving = saved_when_ready != nullptr;
-  if (configuration == views_->running() && (is_saved_ || !is_saving)) return;
+  if (configuration == views_->running() && (is_saved_ || !is_saving)) return {};
+  std::string remark;
   if (is_saving) {
     check_can_save();
-    save(configuration.content().native().whole(), *saved_when_ready);
+    remark = save(configuration.content().native().whole(), *saved_when_ready);
   }
   is_saved_ = is_saving;
   views_->run(configuration);
+  return remark;
 }
 
 // The configuration is printed in the order that it was read in.
-void Host::Impl::save(Document native, const std::function<void()>& ready) {
+std::string Host::Impl::save(Document native, const std::function<void()>& ready) {
   std::vector<std::string> notes;  // none: what is saved has been checked
   arrange_as_read(native.roots);
   std::string text =
       with_native(*device_file_, *device_text_, print_document(native, Format::kJson, notes));
   native = {};
-  save_file(*device_file_, *device_text_, text, ready);
+  std::string remark = save_file(*device_file_, *device_text_, text, ready);
   device_text_ = std::make_shared<const std::string>(std::move(text));
+  return remark;
 }
 
 Host::Host(const HostOptions& options) : impl_(std::make_unique<Impl>(options)) {}
@@ -204,6 +212,10 @@ std::string Host::registrations(Format format) const { return impl_->registratio
 
 Coverage Host::coverage() const { return impl_->coverage(); }
 
+DataPath Host::data_path(const std::string& instance_path) const {
+  return ocifip::data_path(impl_->models(), instance_path);
+}
+
 std::vector<std::string> Host::list_keys(
     const std::vector<std::pair<std::string, std::string>>& path) const {
   const lysc_node* node = nullptr;
@@ -232,9 +244,10 @@ std::optional<Refusal> Host::validate(const Configuration& configuration) const 
   }
 }
 
-void Host::commit(const Configuration& configuration, bool save) {
+std::vector<std::string> Host::commit(const Configuration& configuration, bool save) {
   const std::function<void()> ready;
-  impl_->commit(configuration, save ? &ready : nullptr);
+  std::string remark = impl_->commit(configuration, save ? &ready : nullptr);
+  return remark.empty() ? std::vector<std::string>() : std::vector{std::move(remark)};
 }
 
 std::vector<ChangedNode> Host::changes(const Configuration& before, const Configuration& after) {

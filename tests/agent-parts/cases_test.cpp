@@ -86,7 +86,8 @@ std::string selected(const Case& each) {
     const XmlDocument filter = parse_xml("<filter>" + each["filter"] + "</filter>");
     return select_subtree(each["data"], top(filter));
   }
-  return select_xpath(each["data"], {each["xpath"], {{"a", "urn:a"}, {"b", "urn:b"}}}, keys_of);
+  return select_xpath(each["data"], {each["xpath"], {{"a", "urn:a"}, {"b", "urn:b"}}}, keys_of,
+                      std::chrono::seconds(10));
 }
 
 TEST_P(Selections, ChooseAsTheirFilterSays) {
@@ -105,6 +106,34 @@ TEST_P(Selections, ChooseAsTheirFilterSays) {
 
 INSTANTIATE_TEST_SUITE_P(Agent, Selections,
                          testing::ValuesIn(cases::read(OCIFIP_CASES "selection.txt")));
+
+// What an expression comes to on more data than are looked at without a process of its own.
+std::string selected_of_much(const std::string& xpath, std::chrono::seconds patience) {
+  std::string data = "<top xmlns=\"urn:a\">";
+  for (int i = 0; i < 3000; ++i) data += "<entry><name>n" + std::to_string(i) + "</name></entry>";
+  try {
+    return select_xpath(data + "</top>", {xpath, {{"a", "urn:a"}}}, keys_of, patience);
+  } catch (const OperationError& error) {
+    return error.errors.front().tag + ": " + error.what();
+  }
+}
+
+TEST(Selection, OfMuchDataIsAsThatOfLittle) {
+  const std::chrono::seconds patience(20);
+  EXPECT_EQ(selected_of_much("/a:top/a:entry[a:name='n2999']", patience),
+            "<top xmlns=\"urn:a\"><entry xmlns=\"urn:a\"><name>n2999</name></entry></top>");
+  EXPECT_EQ(selected_of_much("/a:top/a:entry[contains(., 'x')]", patience), "");
+  EXPECT_EQ(selected_of_much("/a:top[", patience),
+            "invalid-value: \"/a:top[\" is no XPath expression that can be evaluated");
+  const std::string all = selected_of_much("/", patience);
+  EXPECT_EQ(all.size(), std::string("<top xmlns=\"urn:a\"></top>").size() + 3000 * 29 + 10890);
+}
+
+TEST(Selection, EndsWhenItTakesTooMuch) {
+  const std::string slow = "//*[//*[contains(string(/), 'x')]]";
+  EXPECT_EQ(selected_of_much(slow, std::chrono::seconds(1)),
+            "resource-denied: \"" + slow + "\" takes too long or too much memory");
+}
 
 }  // namespace
 }  // namespace ocifip::agent

@@ -87,7 +87,7 @@ class Configurations : public testing::Test {
       text += node.kind == ChangedNode::Kind::kCreated   ? "+ "
               : node.kind == ChangedNode::Kind::kDeleted ? "- "
                                                          : "~ ";
-      text += node.path + '\n';
+      text += node.path.text + '\n';
     }
     return text;
   }
@@ -105,8 +105,8 @@ std::string read_text(const std::string& file) {
 template <typename Function>
 std::string fault_of(const Function& function) {
   static const std::vector<std::string> kKinds = {
-      "other",     "malformed",    "unknown node", "unknown namespace", "unknown attribute",
-      "bad value", "missing node", "not saved"};
+      "other",         "malformed", "unknown node", "unknown namespace", "unknown attribute",
+      "bad attribute", "bad value", "missing node", "not saved"};
   try {
     function();
   } catch (const InputError& error) {
@@ -263,12 +263,12 @@ TEST_F(Configurations, FollowEachOther) {
   // With the modules of its nodes, each once.
   const auto changed = host->changes(first, second);
   ASSERT_EQ(changed.size(), 2U);
-  EXPECT_EQ(changed[0].path,
+  EXPECT_EQ(changed[0].path.text,
             "/Halvane-Ombrix-ifmgr-cfg:interface-configurations/Halvane-Ombrix-ifmgr-cfg:"
             "interface-configuration[Halvane-Ombrix-ifmgr-cfg:active='act']"
             "[Halvane-Ombrix-ifmgr-cfg:interface-name='Eth2.5']");
-  EXPECT_EQ(changed[0].modules, std::vector<std::string>{"Halvane-Ombrix-ifmgr-cfg"});
-  EXPECT_EQ(changed[1].path,
+  EXPECT_EQ(changed[0].path.modules, std::vector<std::string>{"Halvane-Ombrix-ifmgr-cfg"});
+  EXPECT_EQ(changed[1].path.text,
             "/openconfig-interfaces:interfaces/openconfig-interfaces:interface"
             "[openconfig-interfaces:name='Eth2']/openconfig-interfaces:subinterfaces/"
             "openconfig-interfaces:subinterface[openconfig-interfaces:index='5']");

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/read_document.h"
 #include "io_testing.h"
 #include "request/request.h"

@@ -8,8 +8,8 @@
 
 #include "cases.h"
 #include "io/check_input.h"
+#include "io/data_path.h"
 #include "io/models.h"
-#include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
 #include "io/text.h"

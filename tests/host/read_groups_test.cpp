@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/print_document.h"
 #include "io/read_document.h"
 #include "io_testing.h"

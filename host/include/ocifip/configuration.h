@@ -39,15 +39,19 @@ struct Change {
   std::string difference;
 };
 
+// An instance path with the name of the module before each name:
+// "/openconfig-interfaces:interfaces/openconfig-interfaces:interface[openconfig-interfaces:name='Eth1']"
+struct DataPath {
+  std::string text;
+  std::vector<std::string> modules;  // those in it, each once
+};
+
 // A node that two configurations differ in.
 struct ChangedNode {
   enum class Kind { kCreated, kChanged, kDeleted };
 
   Kind kind = Kind::kChanged;
-  // Instance path, each step with the name of its module:
-  // "/openconfig-interfaces:interfaces/openconfig-interfaces:interface[openconfig-interfaces:name='Eth1']"
-  std::string path;
-  std::vector<std::string> modules;  // those in the path, each once
+  DataPath path;
 };
 
 // A read in steps, so that its caller can do other things in between. It keeps the configuration

@@ -26,7 +26,8 @@ struct InputFault {
     kUnknownNode,       // no model, or no mapping, has the node
     kUnknownNamespace,  // no model has the module of the node
     kUnknownAttribute,  // of an XML element, or an annotation in JSON
-    kBadValue,          // of a leaf, key or attribute; or a node of another kind, or there twice
+    kBadAttribute,      // one that is known has a wrong value, or is there twice
+    kBadValue,          // of a leaf or key; or a node of another kind, or there twice
     kMissingNode,       // something must be there, such as a key
     kNotSaved           // the device file could not be written; nothing has happened
   };
@@ -36,6 +37,7 @@ struct InputFault {
   std::string path{};        // instance path of the node, or of the one with the attribute; or ""
   std::string reason{};      // the sentence alone, without the file and its line
   std::string name_space{};  // that no model has
+  std::string element{};     // the node with the attribute
 };
 
 // Input that cannot be read: "FILE:LINE: reason", or "FILE: reason" where no line is known.
@@ -214,8 +216,8 @@ class Host {
 
   // Makes a configuration the device's: atomically, and in the device file as well with `save`.
   // Nothing happens when it is so already, and in the file if it is to be. Throws InputError when
-  // it cannot be saved; then nothing has happened.
-  void commit(const Configuration& configuration, bool save);
+  // it cannot be saved; then nothing has happened. Returns remarks for the user, a sentence each.
+  std::vector<std::string> commit(const Configuration& configuration, bool save);
 
   // What two configurations differ in: the topmost nodes that are new or gone, and the leaves that
   // have other values; in native terms, and then as OpenConfig shows it.
@@ -236,6 +238,9 @@ class Host {
   // Nothing when there is none of that name and revision, "" for any.
   [[nodiscard]] std::optional<std::string> module_text(const std::string& name,
                                                        const std::string& revision) const;
+
+  // The path of a refusal or a fault with the modules of its nodes: as far as the models know them.
+  [[nodiscard]] DataPath data_path(const std::string& instance_path) const;
 
   // The names of the keys of a list, given namespaces and names of the nodes from the top down to
   // it. None for another node.

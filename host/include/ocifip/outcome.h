@@ -12,10 +12,11 @@ namespace ocifip {
 // Why the mapping refused a request, or the device the native edit that came of it.
 struct Refusal {
   std::uint32_t code = 0;
-  std::string tag;      // of the refused node, else of the innermost one being walked; or ""
-  std::string path;     // instance path of the node, or of the nodes being walked
-  std::string message;  // the mapping's own sentence, the code's text, or libyang's reason
-  std::string hint{};   // the host's sentence beside it, without a full stop; "" for none
+  std::string tag;            // of the refused node, else of the innermost one being walked; or ""
+  std::string path;           // instance path of the node, or of the nodes being walked
+  std::string message;        // the mapping's own sentence, the code's text, or libyang's reason
+  std::string hint{};         // the host's sentence beside it, without a full stop; "" for none
+  std::string missing_key{};  // that an entry is refused for; "" for none
 
   // `"enabled" at /interfaces/... : MESSAGE (0xaaf2ee00 unsupported)` in one line, with the hint
   // behind the message, or before that of a failed copy of a text. Without a tag the path comes

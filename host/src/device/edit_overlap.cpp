@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "result_codes.h"
 
 namespace ocifip {

@@ -11,8 +11,8 @@
 #include "device/native_nodes.h"
 #include "device/native_part.h"
 #include "io/check_data.h"
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/text.h"
 #include "io/tree_builder.h"
 #include "result_codes.h"
@@ -73,9 +73,9 @@ struct Level {
   }
 };
 
-std::string missing_key_hint(const DocumentNode& entry) {
+std::string missing_key(const DocumentNode& entry) {
   for (const auto& key : Models::keys(entry.schema)) {
-    if (find_key(entry, key) == nullptr) return "the key " + in_quotes(key) + " is missing";
+    if (find_key(entry, key) == nullptr) return key;
   }
   return {};
 }
@@ -180,7 +180,8 @@ bool NativeEditor::apply_node(Level& level, const DocumentNode& edit) {
   if (is_deletion && names_all(edit)) return remove_all(level, edit);
   if (lacks_key(edit)) {
     refuse(kListKey);
-    refusal_->hint = missing_key_hint(edit);
+    refusal_->missing_key = missing_key(edit);
+    refusal_->hint = "the key " + in_quotes(refusal_->missing_key) + " is missing";
     keyless_ = cause_below(edit);
     return false;
   }
@@ -238,8 +239,11 @@ bool NativeEditor::add_inner(Level& level, const DocumentNode& edit) {
     return false;
   }
   const bool is_passed_through = operation_of(edit) == Operation::kNone;
-  if (has_only_keys(made) && (is_passed_through || !stands_alone(made))) return true;
-  if (is_passed_through && former == nullptr && stands_alone(made)) return refuse(kDataMissing);
+  const bool is_absent = is_passed_through && former == nullptr && stands_alone(made);
+  const bool is_empty = has_only_keys(made) && (is_passed_through || !stands_alone(made));
+  // Whom a client leads through is there; a mapping may lead to nothing.
+  if (is_absent && (names_interfaces_ || !is_empty)) return refuse(kDataMissing);
+  if (is_empty) return true;
   level.add(std::move(made));
   return true;
 }

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "io/check_plain_data.h"
+#include "io/data_path.h"
 #include "io/document_nodes.h"
 #include "io/leaf_types.h"
 #include "io/libyang_log.h"
-#include "io/print_document.h"
 #include "io/text.h"
 
 namespace ocifip {

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
 #include "io/leaf_types.h"
 #include "io/meant_node.h"
-#include "io/print_document.h"
 #include "io/text.h"
 
 namespace ocifip {

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/print_parts.h"
 #include "io/tree_builder.h"
 

@@ -41,6 +41,9 @@ struct DocumentNode {
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
 };
 
+// Whether a node that is no entry may come twice among siblings of a document.
+enum class Repeats : std::uint8_t { kRefused, kKept };
+
 // What NETCONF puts around a document: an edit; a read with a filter or of everything, of state or
 // of configuration alone; or a reply.
 enum class Envelope : std::uint8_t {

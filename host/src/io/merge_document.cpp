@@ -1,8 +1,8 @@
 #include <utility>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/read_document.h"
 #include "io/text.h"
 #include "io/tree_builder.h"

@@ -9,11 +9,15 @@
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
 namespace ocifip {
 namespace {
+
+// libyang brings it along, and there are no data of it.
+constexpr std::string_view kUnused = "ietf-yang-schema-mount";
 
 std::string text_or_nothing(const char* text) { return text == nullptr ? "" : text; }
 
@@ -99,7 +103,7 @@ void add_modules(const ly_ctx* context, std::vector<Module>& modules) {
     const bool is_there = std::any_of(modules.begin(), modules.end(), [&](const Module& each) {
       return each.name == module->name && each.revision == text_or_nothing(module->revision);
     });
-    if (is_there) continue;
+    if (is_there || module->name == kUnused) continue;
     modules.push_back({module->name, text_or_nothing(module->revision), module->ns,
                        module->implemented != 0, features_of(module)});
   }

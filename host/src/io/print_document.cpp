@@ -3,25 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
 #include "io/print_parts.h"
 #include "io/text.h"
 
 namespace ocifip {
 namespace {
-
-// XPath has no escapes, so that the value decides which quotes are around it. Control characters
-// are escaped all the same: a path is shown in one line.
-void append_predicate(std::string& out, std::string_view name, std::string_view value) {
-  const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
-  out += '[';
-  out += name;
-  out += '=';
-  out += quote;
-  out += in_short(value);
-  out += quote;
-  out += ']';
-}
 
 // Whether a node is there without doing anything: neither JSON nor XML has a word for that. Keys
 // say which entry is meant.
@@ -55,23 +43,6 @@ std::string print_elements(Document document, std::vector<std::string>& notes) {
     text += print_xml(one, notes);
   }
   return text;
-}
-
-std::string instance_path(const std::vector<const DocumentNode*>& nodes) {
-  std::string path;
-  for (const auto* node : nodes) {
-    path += '/';
-    path += in_short(node->tag);
-    if (node->kind == NodeKind::kLeafList && node->value) {
-      append_predicate(path, ".", *node->value);
-    }
-    if (node->kind != NodeKind::kList || node->schema == nullptr) continue;
-    for (const auto& key : Models::keys(node->schema)) {
-      const auto* value = key_value(*node, key);
-      if (value != nullptr) append_predicate(path, key, *value);
-    }
-  }
-  return path;
 }
 
 std::string_view operation_name(Operation operation) {

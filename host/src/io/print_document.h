@@ -23,10 +23,6 @@ std::string print_document(const Document& document, Format format,
 // them; else as print_document() does.
 std::string print_elements(Document document, std::vector<std::string>& notes);
 
-// Instance path of a node given the nodes from the top down to it, as
-// "/interfaces/interface[name='Eth1']/subinterfaces".
-std::string instance_path(const std::vector<const DocumentNode*>& nodes);
-
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_IO_PRINT_DOCUMENT_H_

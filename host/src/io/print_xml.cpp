@@ -2,8 +2,8 @@
 #include <array>
 #include <utility>
 
+#include "io/data_path.h"
 #include "io/netconf.h"
-#include "io/print_document.h"
 #include "io/print_parts.h"
 #include "io/text.h"
 

@@ -98,7 +98,7 @@ Document read_body(const Models& models, const PathBody& body,
   const std::string& text = body.body.text;
   check_text(name, text);
   Document document = body.body.encoding == Encoding::kXml
-                          ? read_xml(models, name, text, &place)
+                          ? read_xml(models, name, text, place)
                           : read_json(models, name, text, OtherAnnotations::kPassedOver, &place);
   const bool replaces = operation && operation->name == Operation::kReplace;
   DocumentNode* list_holder = replaces ? holder_of_list(models, document, place) : nullptr;

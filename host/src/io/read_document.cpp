@@ -7,10 +7,10 @@
 
 namespace ocifip {
 
-Document read_document(const Models& models, const Source& source) {
+Document read_document(const Models& models, const Source& source, Repeats repeats) {
   const std::string name = in_short(source.name);
   check_text(name, source.text);
-  return source.encoding == Encoding::kXml ? read_xml(models, name, source.text)
+  return source.encoding == Encoding::kXml ? read_xml(models, name, source.text, repeats)
                                            : read_json(models, name, source.text);
 }
 

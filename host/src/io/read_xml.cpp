@@ -87,8 +87,8 @@ struct Attribute {
 // and the parser stopped.
 class XmlReader {
  public:
-  XmlReader(const Models& models, const std::string& name)
-      : models_(models), name_(name), builder_(models, name), handler_(make_handler()) {}
+  XmlReader(const Models& models, const std::string& name, Repeats repeats)
+      : models_(models), name_(name), builder_(models, name, repeats), handler_(make_handler()) {}
 
   Document read(std::string_view text);
   Document read_body(std::string_view text, const BodyPlace& place);
@@ -422,10 +422,15 @@ void XmlReader::settle(DocumentNode& node, Element& element) {
 }  // namespace
 
 Document read_xml(const Models& models, const std::string& name, std::string_view text,
-                  const BodyPlace* place) {
+                  Repeats repeats) {
   check_encoding(name, text);
-  XmlReader reader(models, name);
-  return place == nullptr ? reader.read(text) : reader.read_body(text, *place);
+  return XmlReader(models, name, repeats).read(text);
+}
+
+Document read_xml(const Models& models, const std::string& name, std::string_view text,
+                  const BodyPlace& place) {
+  check_encoding(name, text);
+  return XmlReader(models, name, Repeats::kRefused).read_body(text, place);
 }
 
 }  // namespace ocifip

@@ -58,7 +58,8 @@ class Replacement {
   // What the other file's attributes are, this one's become.
   void take_attributes();
   void write(std::string_view text);
-  void replace();
+  // A sentence when that is not certain to last, or "".
+  std::string replace();
 
  private:
   [[noreturn]] void fail_here() const { fail_for(name_, "cannot be saved: ", errno); }
@@ -102,13 +103,15 @@ void Replacement::write(std::string_view text) {
   if (fsync(descriptor_->number()) != 0 || !descriptor_->close()) fail_here();
 }
 
-void Replacement::replace() {
+std::string Replacement::replace() {
   if (rename(path_.c_str(), file_.c_str()) != 0) fail_here();
   path_.clear();
   const Descriptor folder(open(file_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   // Some file systems have no fsync of folders.
   const bool is_synced = folder.number() >= 0 && (fsync(folder.number()) == 0 || errno == EINVAL);
-  if (!is_synced) fail_for(name_, "saved, but its folder cannot be synchronized: ", errno);
+  if (is_synced) return {};
+  return in_short(name_) + " is saved, but its folder cannot be synchronized: " +
+         std::generic_category().message(errno);
 }
 
 // A pipe is told by what it is: read again, it is empty.
@@ -139,8 +142,8 @@ std::string read_file(const std::string& name) {
   return text;
 }
 
-void save_file(const std::string& name, std::string_view former, std::string_view text,
-               const std::function<void()>& ready) {
+std::string save_file(const std::string& name, std::string_view former, std::string_view text,
+                      const std::function<void()>& ready) {
   check_replaceable(name, former);
   std::error_code error;
   const auto file = std::filesystem::canonical(name, error);
@@ -149,7 +152,7 @@ void save_file(const std::string& name, std::string_view former, std::string_vie
   replacement.take_attributes();
   replacement.write(text);
   if (ready) ready();
-  replacement.replace();
+  return replacement.replace();
 }
 
 }  // namespace ocifip

@@ -18,13 +18,15 @@ std::string read_file(const std::string& name);
 // the former content that the caller has read. It keeps its permissions and, where the system
 // allows it, its owner. A symbolic link stays, and what it leads to is replaced. Other links to the
 // file keep the former content. Throws InputError with the file's name and the reason; the file is
-// as it was then, but for one case: what is said of the folder comes when the new content is there
-// already, and is not certain to survive a loss of power.
+// as it was then.
 //
 // `ready`, when given, is called as soon as the new content is on the disk, and nothing but the
 // exchange of the files is left. When it throws, the file stays as it was.
-void save_file(const std::string& name, std::string_view former, std::string_view text,
-               const std::function<void()>& ready = {});
+//
+// Returns a sentence when the new content is there, and is not certain to survive a loss of power;
+// "" when it is.
+std::string save_file(const std::string& name, std::string_view former, std::string_view text,
+                      const std::function<void()>& ready = {});
 
 }  // namespace ocifip
 

@@ -6,8 +6,8 @@
 #include <limits>
 #include <utility>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/text.h"
 
 namespace ocifip {
@@ -52,6 +52,10 @@ bool is_among(std::span<const DocumentNode> nodes, const DocumentNode& node) {
   });
 }
 
+bool is_attribute(InputFault::Kind kind) {
+  return kind == InputFault::Kind::kUnknownAttribute || kind == InputFault::Kind::kBadAttribute;
+}
+
 // How often an entry names a key is for the mapping to see. State may repeat a value.
 bool may_be_repeated(const DocumentNode& node) {
   return is_key(node) || (node.kind == NodeKind::kLeafList && is_state(node));
@@ -75,8 +79,8 @@ bool is_before(const DocumentNode& left, const DocumentNode& right) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(const Models& models, std::string name)
-    : models_(models), name_(std::move(name)) {}
+TreeBuilder::TreeBuilder(const Models& models, std::string name, Repeats repeats)
+    : models_(models), name_(std::move(name)), repeats_(repeats) {}
 
 void TreeBuilder::fail(int line, const std::string& reason, InputFault::Kind kind) const {
   throw input_error(name_, line, reason, {kind});
@@ -84,7 +88,10 @@ void TreeBuilder::fail(int line, const std::string& reason, InputFault::Kind kin
 
 void TreeBuilder::fail_at(int line, const std::string& reason, InputFault::Kind kind,
                           std::string_view tag, const DocumentNode* node) const {
-  throw input_error(name_, line, reason, {kind, std::string(tag), path(node)});
+  InputFault fault = {kind, std::string(tag), path(node)};
+  if (node == nullptr && !open_.empty()) node = &open_.back().node;
+  if (is_attribute(kind) && node != nullptr) fault.element = node->tag;
+  throw input_error(name_, line, reason, std::move(fault));
 }
 
 std::string TreeBuilder::here(const DocumentNode* node) const {
@@ -193,7 +200,7 @@ void TreeBuilder::annotate(DocumentNode& node, std::string_view operation, int l
   const bool is_current = !at_top() && &node == &open_.back().node;
   const DocumentNode* at = is_current ? nullptr : &node;
   const auto fail_with = [&](const std::string& reason) {
-    fail_at(line, reason + here(at), InputFault::Kind::kBadValue, "operation", at);
+    fail_at(line, reason + here(at), InputFault::Kind::kBadAttribute, "operation", at);
   };
   if (node.operation) fail_with("two operations for one node");
   const auto* const found = std::find_if(kOperations.begin(), kOperations.end(),
@@ -225,7 +232,7 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
     auto& node = nodes[at];
     if (node.schema == nullptr) continue;
     check_kind(node);
-    if (may_be_repeated(node)) continue;
+    if (repeats_ == Repeats::kKept || may_be_repeated(node)) continue;
     const bool is_repeated =
         are_few ? is_among(nodes.first(at), node) : index.find(node) != nullptr;
     if (is_repeated) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "device/subinterface_name.h"
+#include "io/data_path.h"
 #include "io/difference.h"
 #include "io/document_nodes.h"
 #include "io/native_configuration.h"
@@ -22,12 +23,6 @@ using Nodes = std::vector<DocumentNode>;
 constexpr std::size_t kMostAtOnce = 200;
 
 const Nodes kNothing;
-
-void append_predicate(std::string& path, const std::string& name, const std::string& value) {
-  const char quote = value.find('\'') == std::string::npos ? '\'' : '"';
-  path.append("[").append(name).append("=").append(1, quote).append(value);
-  path.append(1, quote).append("]");
-}
 
 // The nodes of a difference, given its first state.
 class ChangeList {
@@ -59,25 +54,7 @@ class ChangeList {
     }
   }
 
-  void add(ChangedNode::Kind kind) {
-    ChangedNode& change = changes_.emplace_back();
-    change.kind = kind;
-    for (const DocumentNode* node : path_) {
-      const std::string module = node->module.text();
-      if (std::find(change.modules.begin(), change.modules.end(), module) == change.modules.end()) {
-        change.modules.push_back(module);
-      }
-      change.path.append("/").append(module).append(":").append(node->tag.text());
-      if (node->kind == NodeKind::kLeafList && node->value) {
-        append_predicate(change.path, ".", *node->value);
-      }
-      if (node->kind != NodeKind::kList || node->schema == nullptr) continue;
-      for (const std::string& key : Models::keys(node->schema)) {
-        const std::string* value = key_value(*node, key);
-        if (value != nullptr) append_predicate(change.path, module + ':' + key, *value);
-      }
-    }
-  }
+  void add(ChangedNode::Kind kind) { changes_.push_back({kind, data_path(path_)}); }
 
   std::vector<ChangedNode>& changes_;
   std::vector<const DocumentNode*> path_;

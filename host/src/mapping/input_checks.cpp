@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "device/subinterface_name.h"
+#include "io/data_path.h"
 #include "io/device_file.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/text.h"
 #include "mapping/interface_nodes.h"
 #include "yfw/context.h"
@@ -32,9 +32,8 @@ constexpr KeptKey kIndex = {"index", "subinterface index", kLongestIndex};
 constexpr KeptKey kNativeName = {"interface-name", "interface name", kLongestName};
 
 [[noreturn]] void fail(const Document& document, const DocumentNode& node,
-                       const std::string& reason,
-                       InputFault::Kind kind = InputFault::Kind::kBadValue) {
-  throw input_error(document.name, node.line, reason, {kind, node.tag});
+                       const std::string& reason) {
+  throw input_error(document.name, node.line, reason, {InputFault::Kind::kBadValue, node.tag});
 }
 
 [[noreturn]] void fail_at_top(const Document& document, const DocumentNode& root) {
@@ -82,8 +81,9 @@ void check_native_entries(const Document& document, const DocumentNode& node) {
   for (const DocumentNode& child : node.children) {
     if (is_named(child, kInterfaceManager, "interface-configuration") &&
         !check_key(document, child, kNativeName)) {
-      fail(document, child, "an interface-configuration without its interface-name",
-           InputFault::Kind::kMissingNode);
+      throw input_error(document.name, child.line,
+                        "an interface-configuration without its interface-name",
+                        {InputFault::Kind::kMissingNode, std::string(kNativeName.tag)});
     }
     for (const DocumentNode& leaf : child.children) {
       if (is_named(leaf, kInterfaceManager, kNativeName.tag) && leaf.value->starts_with('.')) {
@@ -96,8 +96,10 @@ void check_native_entries(const Document& document, const DocumentNode& node) {
 void check_no_operations(const Document& document, const std::vector<DocumentNode>& nodes) {
   for (const DocumentNode& node : nodes) {
     if (node.operation) {
-      fail(document, node, "an operation in a query, on " + in_quotes(node.tag),
-           InputFault::Kind::kUnknownAttribute);
+      InputFault fault = {InputFault::Kind::kUnknownAttribute, "operation"};
+      fault.element = node.tag;
+      throw input_error(document.name, node.line,
+                        "an operation in a query, on " + in_quotes(node.tag), std::move(fault));
     }
     check_no_operations(document, node.children);
   }

@@ -7,9 +7,9 @@
 
 #include "device/native_part.h"
 #include "io/check_input.h"
+#include "io/data_path.h"
 #include "io/device_file.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "io/text.h"
 #include "mapping/input_checks.h"
 #include "result_codes.h"

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "mapping/interface_nodes.h"
 
 namespace ocifip {

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "device/subinterface_name.h"
+#include "io/data_path.h"
 #include "io/document_nodes.h"
-#include "io/print_document.h"
 #include "mapping/interface_nodes.h"
 
 namespace ocifip {

@@ -1,9 +1,11 @@
 #include "mapping/read_input.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "io/document_nodes.h"
+#include "io/leaf_types.h"
 #include "io/read_document.h"
 #include "io/select_data.h"
 #include "mapping/envelope_checks.h"
@@ -17,20 +19,34 @@ bool is_everything(const QueryRequest& request) {
   return !request.document && request.paths.empty();
 }
 
-// Takes out what no model knows, and what then asks for nothing any more. Returns whether there was
-// any.
-bool drop_unknown(std::vector<DocumentNode>& nodes) {
-  const std::size_t count = nodes.size();
-  bool is_changed = false;
-  std::erase_if(nodes, [&](DocumentNode& node) {
-    if (node.schema == nullptr) return true;
-    // The content of anydata is nobody's.
-    if (Models::is_any(node.schema) || !drop_unknown(node.children)) return false;
-    is_changed = true;
-    return only_chooses(node);
-  });
-  return is_changed || nodes.size() != count;
-}
+// Takes out what no data are like, and what then asks for nothing any more: nodes that no model
+// knows, and what is chosen by values that leaves cannot have.
+class Possible {
+ public:
+  // Returns whether there was anything else.
+  bool keep(std::vector<DocumentNode>& nodes) {
+    const std::size_t count = nodes.size();
+    bool is_changed = false;
+    std::erase_if(nodes, [&](DocumentNode& node) {
+      if (node.schema == nullptr || has_wrong_value(node)) return true;
+      // The content of anydata is nobody's.
+      if (Models::is_any(node.schema) || !keep(node.children)) return false;
+      is_changed = true;
+      return only_chooses(node);
+    });
+    return is_changed || nodes.size() != count;
+  }
+
+ private:
+  bool has_wrong_value(DocumentNode& node) {
+    return std::any_of(node.children.begin(), node.children.end(), [this](DocumentNode& leaf) {
+      return leaf.schema != nullptr && Models::is_leaf(leaf.schema) && leaf.value &&
+             !values_.settle(leaf.schema, *leaf.value);
+    });
+  }
+
+  ValueCheck values_;
+};
 
 // Has a query ask for all that values choose in.
 void widen(std::vector<DocumentNode>& nodes) {
@@ -45,6 +61,26 @@ void widen(std::vector<DocumentNode>& nodes) {
     }
     widen(children);
   }
+}
+
+// Makes one of the nodes that stand for the same: it asks for all that any of them does.
+void join_repeated(std::vector<DocumentNode>& nodes) {
+  std::vector<DocumentNode> joined;
+  joined.reserve(nodes.size());  // the index has pointers to them
+  SiblingIndex index;
+  for (DocumentNode& node : nodes) {
+    DocumentNode* known = index.find(node);
+    if (known == nullptr) {
+      joined.push_back(std::move(node));
+      index.add(joined.back());
+    } else if (asks_for_all(*known) || asks_for_all(node)) {
+      std::erase_if(known->children, [](const DocumentNode& child) { return !is_key(child); });
+    } else {
+      std::move(node.children.begin(), node.children.end(), std::back_inserter(known->children));
+    }
+  }
+  nodes = std::move(joined);
+  for (DocumentNode& node : nodes) join_repeated(node.children);
 }
 
 class QueryReader {
@@ -64,7 +100,8 @@ class QueryReader {
 
  private:
   void read_given() {
-    Document document = read_document(models_, *request_.document);
+    const Repeats repeats = read_.values_choose ? Repeats::kKept : Repeats::kRefused;
+    Document document = read_document(models_, *request_.document, repeats);
     read_.content = content_of(request_, document);
     if (reads_all(document)) {
       add_everything(std::move(document));
@@ -72,7 +109,7 @@ class QueryReader {
     }
     forget_empty_values(document.roots);
     if (read_.values_choose) {
-      drop_unknown(document.roots);
+      Possible().keep(document.roots);
       std::erase_if(document.roots, [](const DocumentNode& root) {
         return !is_named(root, kInterfacesModule, "interfaces") && !is_native_root(root);
       });
@@ -103,6 +140,7 @@ class QueryReader {
     if (read_.values_choose) {
       parts.chosen.push_back(document);
       widen(document.roots);
+      join_repeated(document.roots);
     }
     parts.asked.push_back(std::move(document));
   }

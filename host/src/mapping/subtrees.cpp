@@ -7,9 +7,9 @@
 
 #include "device/subinterface_name.h"
 #include "io/address_text.h"
+#include "io/data_path.h"
 #include "io/document_nodes.h"
 #include "io/ipv6_text.h"
-#include "io/print_document.h"
 #include "mapping/interface_nodes.h"
 
 namespace ocifip {

@@ -22,17 +22,23 @@ std::string text_of(const char* text) { return text == nullptr ? "" : text; }
 
 bool is_list(const InputNode* node) { return static_cast<NodeKind>(node->kind) == NodeKind::kList; }
 
+// How many nodes lead to the innermost entry, and are it; 0 when there is none.
+std::size_t depth_of_entry(Nodes nodes) {
+  const auto entry = std::find_if(nodes.rbegin(), nodes.rend(), is_list);
+  return static_cast<std::size_t>(std::distance(entry, nodes.rend()));
+}
+
 // What is wrong with the key of an entry.
 std::string key_hint(const Models& models, Nodes nodes, std::string_view key) {
-  const auto entry = std::find_if(nodes.rbegin(), nodes.rend(), is_list);
-  if (entry == nodes.rend()) return {};
-  const auto depth = static_cast<std::size_t>(std::distance(entry, nodes.rend()));
+  const std::size_t depth = depth_of_entry(nodes);
+  if (depth == 0) return {};
+  const InputNode& entry = *nodes[depth - 1];
   const std::size_t above = instance_path(models, nodes.first(depth - 1)).size();
   const std::string path = instance_path(models, nodes.first(depth));
   const std::string where = "in the entry " + path.substr(std::min(above + 1, path.size()));
   const std::string name = "the key " + in_quotes(key);
   std::vector<std::string> values;
-  for (const auto& child : children_of(**entry)) {
+  for (const auto& child : children_of(entry)) {
     if (text_of(child.tag) == key) values.push_back(text_of(child.value));
   }
   if (values.empty()) return name + " is missing " + where;
@@ -40,7 +46,7 @@ std::string key_hint(const Models& models, Nodes nodes, std::string_view key) {
     return name + " is given " + std::to_string(values.size()) + " times " + where;
   }
   if (values[0].empty()) return name + " has no value " + where;
-  const InputNode* config = find_child(**entry, "config");
+  const InputNode* config = find_child(entry, "config");
   const InputNode* leaf = config == nullptr ? nullptr : find_child(*config, key);
   if (leaf == nullptr || text_of(leaf->value) == values[0]) return {};
   return name + " is " + in_quotes(values[0]) + ", but \"config/" + std::string(key) + "\" is " +
@@ -105,6 +111,11 @@ std::string database_hint(cerrno code) {
 }
 
 }  // namespace
+
+bool is_key_missing(Nodes nodes, std::string_view key) {
+  const std::size_t depth = depth_of_entry(nodes);
+  return depth > 0 && find_child(*nodes[depth - 1], key) == nullptr;
+}
 
 std::string refusal_hint(const Models& models, cerrno code, Nodes nodes, std::string_view tag) {
   switch (code) {

@@ -19,6 +19,9 @@ namespace ocifip {
 std::string refusal_hint(const Models& models, cerrno code, std::span<const InputNode* const> nodes,
                          std::string_view tag);
 
+// Whether the innermost entry of some nodes is without a key.
+bool is_key_missing(std::span<const InputNode* const> nodes, std::string_view key);
+
 }  // namespace ocifip
 
 #endif  // OCIFIP_HOST_REQUEST_REFUSAL_HINT_H_

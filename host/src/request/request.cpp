@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "device/subinterface_name.h"
-#include "io/print_document.h"
+#include "io/data_path.h"
 #include "request/refusal_hint.h"
 #include "result_codes.h"
 #include "yfw/mapping.h"
@@ -172,6 +172,7 @@ Refusal Request::refusal(cerrno code) const {
   refusal.path = refused_path(nodes, tag);
   refusal.message = refusal_message(code);
   refusal.hint = refusal_hint(framework_.models, code, nodes, tag);
+  if (code == kListKey && is_key_missing(nodes, tag)) refusal.missing_key = tag;
   return refusal;
 }
 

@@ -7,7 +7,7 @@
 #include "guarded.h"
 #include "request/placement.h"
 #include "request/request.h"
-#include "tree/instance_steps.h"
+#include "io/instance_steps.h"
 #include "yfw/mapping.h"
 
 namespace ocifip {

@@ -1,6 +1,6 @@
 // Paths with keys, as mappings write them: "/interfaces/interface[name=Eth1]/subinterfaces".
-#ifndef OCIFIP_HOST_TREE_INSTANCE_STEPS_H_
-#define OCIFIP_HOST_TREE_INSTANCE_STEPS_H_
+#ifndef OCIFIP_HOST_IO_INSTANCE_STEPS_H_
+#define OCIFIP_HOST_IO_INSTANCE_STEPS_H_
 
 #include <optional>
 #include <string_view>
@@ -24,4 +24,4 @@ std::optional<std::vector<InstanceStep>> split_instance_path(std::string_view pa
 
 }  // namespace ocifip
 
-#endif  // OCIFIP_HOST_TREE_INSTANCE_STEPS_H_
+#endif  // OCIFIP_HOST_IO_INSTANCE_STEPS_H_

@@ -1,4 +1,4 @@
-#include "tree/instance_steps.h"
+#include "io/instance_steps.h"
 
 namespace ocifip {
 namespace {
