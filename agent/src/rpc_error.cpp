@@ -101,7 +101,8 @@ RpcError error_of(const Refusal& refusal) {
 RpcError error_of(const InputError& error) {
   const InputFault& fault = error.fault();
   RpcError told = {tag_of(fault.kind), fault.reason, "application", fault.path};
-  if (told.message.empty()) told.message = error.what();
+  // The sentence alone does not say which file it is about.
+  if (fault.kind == InputFault::Kind::kNotSaved) told.message = error.what();
   if (told.tag == tags::kUnknownAttribute || told.tag == tags::kBadAttribute) {
     name_attribute(told, fault.tag, fault.element);
   } else {

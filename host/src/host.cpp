@@ -19,9 +19,9 @@
 #include "io/models.h"
 #include "io/module_library.h"
 #include "io/print_document.h"
+#include "io/print_parts.h"
 #include "io/save_file.h"
 #include "io/text.h"
-#include "io/tree_builder.h"
 #include "mapping/configuration_changes.h"
 #include "mapping/coverage.h"
 #include "mapping/device_views.h"
@@ -85,7 +85,7 @@ class Host::Impl {
   [[nodiscard]] const Models& models() const { return models_; }
 
  private:
-  std::string save(Document native, const std::function<void()>& ready);
+  std::string save(const Document& native, const std::function<void()>& ready);
   void check_can_save() const;
 
   Models models_;
@@ -171,12 +171,10 @@ std::string Host::Impl::commit(const Configuration& configuration,
 }
 
 // The configuration is printed in the order that it was read in.
-std::string Host::Impl::save(Document native, const std::function<void()>& ready) {
+std::string Host::Impl::save(const Document& native, const std::function<void()>& ready) {
   std::vector<std::string> notes;  // none: what is saved has been checked
-  arrange_as_read(native.roots);
   std::string text =
-      with_native(*device_file_, *device_text_, print_document(native, Format::kJson, notes));
-  native = {};
+      with_native(*device_file_, *device_text_, print_json(native, notes, NodeOrder::kAsRead));
   std::string remark = save_file(*device_file_, *device_text_, text, ready);
   device_text_ = std::make_shared<const std::string>(std::move(text));
   return remark;

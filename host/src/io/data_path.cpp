@@ -76,8 +76,9 @@ DataPath data_path(const Models& models, std::string_view instance_path) {
       (leaf == nullptr ? node : node.children.back()).value = key.value;
     }
   }
-  std::vector<const DocumentNode*> pointers;
-  for (const DocumentNode& node : nodes) pointers.push_back(&node);
+  std::vector<const DocumentNode*> pointers(nodes.size());
+  std::transform(nodes.begin(), nodes.end(), pointers.begin(),
+                 [](const DocumentNode& node) { return &node; });
   return data_path(pointers);
 }
 

@@ -67,9 +67,36 @@ void group(Nodes& nodes) {
                  [](const auto& row) { return row.second; });
 }
 
+bool is_as_read(const Nodes& nodes) {
+  int last = 0;
+  for (const auto* node : nodes) {
+    if (node->place == 0) continue;
+    if (node->place < last) return false;
+    last = node->place;
+  }
+  return true;
+}
+
+// Puts nodes that stand in schema order into that of the source that they were read from. A node
+// that was made goes behind the one before it.
+void arrange_as_read(Nodes& nodes) {
+  if (is_as_read(nodes)) return;
+  std::vector<std::pair<int, const DocumentNode*>> placed;
+  placed.reserve(nodes.size());
+  int place = 0;
+  for (const auto* node : nodes) {
+    if (node->place != 0) place = node->place;
+    placed.emplace_back(place, node);
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::transform(placed.begin(), placed.end(), nodes.begin(),
+                 [](const auto& row) { return row.second; });
+}
+
 class JsonPrinter {
  public:
-  explicit JsonPrinter(std::vector<std::string>& notes) : notes_(notes) {}
+  JsonPrinter(std::vector<std::string>& notes, NodeOrder order) : notes_(notes), order_(order) {}
 
   std::string print(const Document& document) {
     append_object(document.roots, {});
@@ -92,6 +119,7 @@ class JsonPrinter {
   void separate();
 
   std::vector<std::string>& notes_;
+  NodeOrder order_;
   GrowingText out_;
   NodePath path_;
   std::size_t depth_ = 0;
@@ -108,6 +136,7 @@ void JsonPrinter::append_object(const std::vector<DocumentNode>& children,
     append_operation(*path_.back());
   }
   auto nodes = shown_nodes(children, path_, notes_);
+  if (order_ == NodeOrder::kAsRead) arrange_as_read(nodes);
   if (!is_grouped(nodes)) group(nodes);
   for (auto first = nodes.begin(); first != nodes.end();) {
     const auto last = std::find_if_not(
@@ -254,8 +283,8 @@ void JsonPrinter::separate() {
 
 }  // namespace
 
-std::string print_json(const Document& document, std::vector<std::string>& notes) {
-  return JsonPrinter(notes).print(document);
+std::string print_json(const Document& document, std::vector<std::string>& notes, NodeOrder order) {
+  return JsonPrinter(notes, order).print(document);
 }
 
 }  // namespace ocifip

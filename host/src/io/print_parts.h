@@ -2,6 +2,7 @@
 #ifndef OCIFIP_HOST_IO_PRINT_PARTS_H_
 #define OCIFIP_HOST_IO_PRINT_PARTS_H_
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,11 @@ namespace ocifip {
 // The nodes from the top down to the one being printed.
 using NodePath = std::vector<const DocumentNode*>;
 
-std::string print_json(const Document& document, std::vector<std::string>& notes);
+// The order among siblings: the document's, or that of the source that they were read from.
+enum class NodeOrder : std::uint8_t { kOwn, kAsRead };
+
+std::string print_json(const Document& document, std::vector<std::string>& notes,
+                       NodeOrder order = NodeOrder::kOwn);
 std::string print_xml(const Document& document, std::vector<std::string>& notes);
 std::string print_tree(const Document& document);
 

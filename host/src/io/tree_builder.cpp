@@ -275,30 +275,6 @@ Document TreeBuilder::finish() {
   return {std::move(name_), std::move(pending_)};
 }
 
-void arrange_as_read(std::vector<DocumentNode>& nodes) {
-  // A node that was made goes behind the one before it in schema order.
-  int last = 0;
-  bool is_arranged = true;
-  for (auto& node : nodes) {
-    arrange_as_read(node.children);
-    if (node.place == 0) continue;
-    is_arranged = is_arranged && last < node.place;
-    last = node.place;
-  }
-  if (is_arranged) return;
-  std::vector<std::pair<int, DocumentNode>> placed;
-  placed.reserve(nodes.size());
-  int place = 0;
-  for (auto& node : nodes) {
-    if (node.place != 0) place = node.place;
-    placed.emplace_back(place, std::move(node));
-  }
-  std::stable_sort(placed.begin(), placed.end(),
-                   [](const auto& left, const auto& right) { return left.first < right.first; });
-  std::transform(placed.begin(), placed.end(), nodes.begin(),
-                 [](auto& each) { return std::move(each.second); });
-}
-
 void arrange_all(std::vector<DocumentNode>& nodes) {
   arrange(nodes);
   for (auto& node : nodes) arrange_all(node.children);

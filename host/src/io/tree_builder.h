@@ -86,10 +86,6 @@ class TreeBuilder {
   int count_ = 0;  // of the nodes so far
 };
 
-// Puts nodes that stand in schema order, and all below them, into the order of the source that they
-// were read from.
-void arrange_as_read(std::vector<DocumentNode>& nodes);
-
 // Puts them back into schema order.
 void arrange_all(std::vector<DocumentNode>& nodes);
 

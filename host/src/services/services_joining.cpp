@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "guarded.h"
+#include "io/instance_steps.h"
 #include "request/placement.h"
 #include "request/request.h"
-#include "io/instance_steps.h"
 #include "yfw/mapping.h"
 
 namespace ocifip {
