@@ -105,34 +105,30 @@ class Core::Exchange {
   Exchange(Core& core, SessionId id, std::string message)
       : core_(core), id_(id), message_(std::move(message)) {}
 
-  // Whether there is more to do.
-  bool step() {
+  Step step() {
     const auto found = core_.clients_.find(id_);
-    if (found == core_.clients_.end()) return false;  // it has gone
+    if (found == core_.clients_.end()) return Step::kDone;  // it has gone
     Client& client = found->second;
-    if (client.ending == Ending::kKilled) return false;
+    if (client.ending == Ending::kKilled) return Step::kDone;
     try {
       return advance(client);
     } catch (const std::exception&) {
       client.peer.abort();  // there is no memory even for the error
-      return false;
+      return Step::kDone;
     }
   }
 
  private:
-  bool advance(Client& client) {
-    bool is_done = true;
-    const auto errors = errors_of([&] { is_done = work(client); });
-    if (!errors.empty()) {
-      finish(client, errors);
-    } else if (is_done) {
-      finish(client, {});
-    }
-    return errors.empty() && !is_done;
+  Step advance(Client& client) {
+    Step step = Step::kDone;
+    const auto errors = errors_of([&] { step = work(client); });
+    if (!errors.empty()) step = Step::kDone;
+    if (step == Step::kDone) finish(client, errors);
+    return step;
   }
 
-  bool work(Client& client);
-  bool begin(Client& client);
+  Step work(Client& client);
+  Step begin(Client& client);
   void finish(Client& client, const std::vector<RpcError>& errors);
   void write_log(const Client& client, const std::vector<RpcError>& errors) const;
 
@@ -150,22 +146,21 @@ class Core::Exchange {
   Elements content_;  // of the reply; "" for none
 };
 
-// Whether all is done.
-bool Core::Exchange::work(Client& client) {
+Step Core::Exchange::work(Client& client) {
   if (!std::exchange(has_begun_, true)) return begin(client);
-  if (long_reply_->step()) return false;
-  content_ = long_reply_->finish();
-  return true;
+  const Step step = long_reply_->step();
+  if (step == Step::kDone) content_ = long_reply_->finish();
+  return step;
 }
 
-bool Core::Exchange::begin(Client& client) {
+Step Core::Exchange::begin(Client& client) {
   document_ = parse_xml(message_);
   message_ = {};
   const xmlNode* message = top(document_);
   if (!client.is_open) {
     operation_ = "hello";
     core_.take_hello(client, message);
-    return true;
+    return Step::kDone;
   }
   if (!is_named(message, kBase, "rpc")) throw XmlError(kNoMessage);
   attributes_ = attributes_of(message);
@@ -187,18 +182,16 @@ bool Core::Exchange::begin(Client& client) {
   document_.reset();
   if (auto* elements = std::get_if<Elements>(&reply)) {
     content_ = std::move(*elements);
-    return true;
+    return Step::kDone;
   }
   long_reply_ = std::move(std::get<std::unique_ptr<LongReply>>(reply));
-  return false;
+  return Step::kMore;
 }
 
 void Core::Exchange::finish(Client& client, const std::vector<RpcError>& errors) {
   if (!errors.empty()) {
     const bool is_rpc = client.is_open && !operation_.empty();
-    if (!is_rpc) core_.count_bad_message(client);
-    client.counters.out_rpc_errors += 1;
-    core_.counters_.out_rpc_errors += 1;
+    core_.count_error(client, is_rpc);
     content_ = print(client.has_chunks ? errors : for_base_10(errors),
                      [this](std::string_view name, const std::string& path) {
                        return core_.path_element(name, path);
@@ -268,18 +261,19 @@ void Core::close(SessionId id, const std::string& reason) {
   log_("session " + std::to_string(id) + " ends" + (reason.empty() ? "" : ": " + in_short(reason)));
 }
 
-void Core::count_bad_message(Client& client) {
-  if (!client.is_open) {
-    counters_.in_bad_hellos += 1;
-  } else {
-    client.counters.in_bad_rpcs += 1;
-    counters_.in_bad_rpcs += 1;
+// An error that is replied, to a request or to what is none.
+void Core::count_error(Client& client, bool is_rpc) {
+  const bool is_bad_rpc = client.is_open && !is_rpc;
+  if (!client.is_open) counters_.in_bad_hellos += 1;
+  for (Counters* each : std::initializer_list<Counters*>{&client.counters, &counters_}) {
+    each->out_rpc_errors += 1;
+    each->in_bad_rpcs += is_bad_rpc ? 1 : 0;
   }
 }
 
 void Core::refused(SessionId id) {
   const auto found = clients_.find(id);
-  if (found != clients_.end()) count_bad_message(found->second);
+  if (found != clients_.end()) count_error(found->second, false);
 }
 
 Work Core::received(SessionId id, std::string message) {

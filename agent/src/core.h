@@ -12,14 +12,15 @@
 #include "datastores.h"
 #include "ocifip/host.h"
 #include "operations.h"
+#include "step.h"
 
 namespace ocifip::agent {
 
 // Takes lines for the log, without time and line feed.
 using Log = std::function<void(const std::string& line)>;
 
-// Does a part of something; whether there is more of it.
-using Work = std::function<bool()>;
+// Does a part of something.
+using Work = std::function<Step()>;
 
 // It is used by one thread, the one that enters the plug-in.
 class Core {
@@ -53,7 +54,7 @@ class Core {
   void changed(SessionId by, const Configuration& before, const Configuration& after);
   void notify(const Elements& event);
   [[nodiscard]] std::string path_element(std::string_view name, const std::string& path) const;
-  void count_bad_message(Client& client);
+  void count_error(Client& client, bool is_rpc);
   [[nodiscard]] const Client* client(SessionId id) const;
 
   Host& host_;

@@ -20,9 +20,6 @@
 namespace ocifip::agent {
 namespace {
 
-// How long others wait at most.
-constexpr int kMoment = 5;  // milliseconds
-
 constexpr int kPipeSize = 1 << 20;
 constexpr std::size_t kPartSize = 65536;
 constexpr std::size_t kMostAtOnce = std::size_t{4} << 20;
@@ -59,16 +56,35 @@ void write_all(std::string_view text) {
 }
 
 int status_at_end(pid_t process) {
-  int status = 0;
+  int status = -1;  // of one that was ended
   while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
   }
   return status;
+}
+
+// Handlers are its parent's, and so is what is to be done when a whole group is told to end.
+void settle_signals() {
+  for (int each = 1; each < NSIG; ++each) {
+    const bool is_for_parent = each == SIGTERM || each == SIGINT || each == SIGHUP;
+    ::signal(each, is_for_parent ? SIG_IGN : SIG_DFL);
+  }
+  sigset_t none;
+  ::sigemptyset(&none);
+  ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
+}
+
+// When memory is short, it is what the system should end.
+void offer_for_memory() {
+  const Descriptor file(::open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+  [[maybe_unused]] const auto written = ::write(file.number(), "1000", 4);
 }
 
 // In the new process, which ends here, without what a program does at its end.
 [[noreturn]] void run(const std::function<std::string()>& work,
                       const LimitedProcess::Limits& limits, std::size_t used, int output) {
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  settle_signals();
+  offer_for_memory();
   ::dup2(output, kOutput);
   ::close_range(kOutput + 1, ~0U, 0);
   ::setpriority(PRIO_PROCESS, 0, 10);
@@ -85,6 +101,8 @@ int status_at_end(pid_t process) {
 
 }  // namespace
 
+std::atomic<int> LimitedProcess::count_ = 0;
+
 LimitedProcess::LimitedProcess(const std::function<std::string()>& work, const Limits& limits)
     : deadline_(std::chrono::steady_clock::now() + 2 * limits.processor_time) {
   std::array<int, 2> ends{};
@@ -94,21 +112,30 @@ LimitedProcess::LimitedProcess(const std::function<std::string()>& work, const L
   ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
   ::fcntl(ends[0], F_SETPIPE_SZ, kPipeSize);
   const std::size_t used = used_memory();
+  sigset_t all;
+  sigset_t former;
+  ::sigfillset(&all);
+  ::pthread_sigmask(SIG_SETMASK, &all, &former);
   process_ = ::fork();
-  if (process_ < 0) fail("fork");
   if (process_ == 0) run(work, limits, used, ends[1]);
+  const int error = errno;
+  ::pthread_sigmask(SIG_SETMASK, &former, nullptr);
+  errno = error;
+  if (process_ < 0) fail("fork");
+  ++count_;
 }
 
 LimitedProcess::~LimitedProcess() {
+  --count_;
   if (process_ < 0) return;
   ::kill(process_, SIGKILL);
   status_at_end(process_);
 }
 
-bool LimitedProcess::wait() {
+bool LimitedProcess::goes_on(std::chrono::milliseconds patience) {
   if (has_ended_) return false;
   pollfd polled = {output_.number(), POLLIN, 0};
-  ::poll(&polled, 1, kMoment);
+  ::poll(&polled, 1, static_cast<int>(patience.count()));
   std::array<char, kPartSize> part;  // NOLINT: it is filled before it is looked at
   for (std::size_t read = 0; read < kMostAtOnce; read += part.size()) {
     const ssize_t size = ::read(output_.number(), part.data(), part.size());

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -24,19 +25,25 @@ class LimitedProcess {
   };
 
   // Begins. What `work` returns is the result; nothing else of what it does is seen. It must not
-  // wait for other threads. Throws OperationError when the system has no process for it.
+  // wait for other threads, and ends with its parent. Throws OperationError when the system has no
+  // process for it.
   LimitedProcess(const std::function<std::string()>& work, const Limits& limits);
   // Ends the process.
   ~LimitedProcess();
   LimitedProcess(const LimitedProcess&) = delete;
   LimitedProcess& operator=(const LimitedProcess&) = delete;
 
-  // Waits for a moment. Whether the process goes on.
-  bool wait();
+  // Takes what it says, and waits for that as long as this. Whether it goes on.
+  bool goes_on(std::chrono::milliseconds patience);
   // The result, when it does not; nothing when it has ended without one.
   std::optional<std::string> result();
 
+  // How many there are.
+  static int count() { return count_; }
+
  private:
+  static std::atomic<int> count_;
+
   pid_t process_ = -1;
   Descriptor output_;
   std::string result_;

@@ -76,7 +76,7 @@ Elements chosen(const Elements& event, const Subscription& subscription, const L
   if (filter == nullptr) return event;
   return type_of(filter) == FilterType::kSubtree
              ? select_subtree(event, filter)
-             : select_xpath(event, xpath_of(filter), keys, kPatience);
+             : XPathSelection::select_now(event, xpath_of(filter), keys, kPatience);
 }
 
 }  // namespace
@@ -93,6 +93,7 @@ void notify(Clients& clients, Counters& of_all, const Elements& event, const Lis
     if (!client.subscription) continue;
     if (client.peer.backlog() > kMostBacklog) {
       client.peer.abort();
+      client.subscription.reset();
       continue;
     }
     try {
@@ -101,7 +102,10 @@ void notify(Clients& clients, Counters& of_all, const Elements& event, const Lis
       client.peer.send(begin + content + "</notification>");
     } catch (const OperationError& error) {
       // One that takes too much would lose events. Others say nothing of this one.
-      if (error.errors.front().tag == tags::kResourceDenied) client.peer.abort();
+      if (error.errors.front().tag == tags::kResourceDenied) {
+        client.peer.abort();
+        client.subscription.reset();
+      }
       continue;
     }
     client.counters.out_notifications += 1;

@@ -13,6 +13,7 @@
 #include "datastores.h"
 #include "ocifip/host.h"
 #include "selection.h"
+#include "step.h"
 #include "xml.h"
 
 namespace ocifip::agent {
@@ -22,9 +23,8 @@ class LongReply {
  public:
   virtual ~LongReply() = default;
 
-  // Whether there is more to do.
-  virtual bool step() = 0;
-  // The reply's content, when there is not.
+  virtual Step step() = 0;
+  // The reply's content, when all is done.
   virtual Elements finish() = 0;
 };
 

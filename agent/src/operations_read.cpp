@@ -83,17 +83,18 @@ class DataReply : public LongReply {
     if (query) reading_ = host_.read(content, *query);
   }
 
-  bool step() override {
+  Step step() override {
     if (reading_) {
-      if (reading_->step()) return true;
+      if (reading_->step()) return Step::kMore;
       take_read();
     }
-    if (xpath_ && !selection_) {
+    if (!xpath_) return Step::kDone;
+    if (!selection_) {
       selection_.emplace(
           std::exchange(data_, {}), *xpath_,
           [this](const Path& path) { return host_.list_keys(path); }, kPatience);
     }
-    return selection_ && selection_->step();
+    return selection_->step();
   }
 
   Elements finish() override {

@@ -115,13 +115,14 @@ Reply create_subscription(Call& call) {
   }
   Subscription subscription;
   if (filter != nullptr) {
-    if (type_of(filter) == FilterType::kXPath) xpath_of(filter);
-    const std::string text = print(filter);
-    if (text.size() > kLongestFilter) {
+    const std::size_t size = print(filter).size();
+    if (size > kLongestFilter) {
       throw OperationError(RpcError{
           tags::kTooBig, "a filter of more than " + std::to_string(kLongestFilter) + " bytes"});
     }
-    subscription.document = parse_xml(text);
+    const bool is_xpath = type_of(filter) == FilterType::kXPath;
+    if (is_xpath) xpath_of(filter);
+    subscription.document = is_xpath ? copy_of(filter) : without_attributes(filter);
     subscription.filter = top(subscription.document);
   }
   call.client.subscription = std::move(subscription);

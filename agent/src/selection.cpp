@@ -13,8 +13,7 @@ bool is_content_match(const xmlNode* filter) {
 
 bool is_same(const xmlNode* data, const xmlNode* filter) {
   const std::string_view meant = namespace_of(filter);
-  return name_of(data) == name_of(filter) && (meant.empty() || meant == namespace_of(data)) &&
-         filter->properties == nullptr;
+  return name_of(data) == name_of(filter) && (meant.empty() || meant == namespace_of(data));
 }
 
 bool has_match(const xmlNode* data, const xmlNode* match) {
@@ -57,19 +56,31 @@ void choose(const std::vector<const xmlNode*>& data, const std::vector<const xml
   }
 }
 
-// Takes out of a filter what has attributes, and whom that was to choose something in. Whether
-// there was any.
-bool drop_attributes(xmlNode* filter) {
+// Whether an element asks for a value with an attribute, so that nothing of what it is in is
+// chosen.
+bool has_impossible_match(const xmlNode* filter) {
+  const auto children = elements(filter);
+  return std::any_of(children.begin(), children.end(), [](const xmlNode* child) {
+    return child->properties != nullptr && is_content_match(child);
+  });
+}
+
+// Takes out of a filter what has attributes, and what would choose more without it. Whether there
+// was any.
+bool drop_attributes(const xmlNode* filter) {
   bool has_dropped = false;
-  for (const xmlNode* each : elements(filter)) {
-    auto* child = const_cast<xmlNode*>(each);
-    const bool is_changed = each->properties == nullptr && drop_attributes(child);
-    const auto left = elements(child);
-    const bool is_empty = is_changed && std::all_of(left.begin(), left.end(), is_content_match);
-    has_dropped = has_dropped || is_changed || each->properties != nullptr;
-    if (each->properties == nullptr && !is_empty) continue;
-    xmlUnlinkNode(child);
-    xmlFreeNode(child);
+  for (const xmlNode* child : elements(filter)) {
+    bool is_kept = child->properties == nullptr && !has_impossible_match(child);
+    if (is_kept && drop_attributes(child)) {
+      has_dropped = true;
+      const auto left = elements(child);
+      is_kept = !std::all_of(left.begin(), left.end(), is_content_match);
+    }
+    if (is_kept) continue;
+    has_dropped = true;
+    auto* dropped = const_cast<xmlNode*>(child);
+    xmlUnlinkNode(dropped);
+    xmlFreeNode(dropped);
   }
   return has_dropped;
 }
@@ -85,8 +96,8 @@ Elements select_subtree(std::string_view data, const xmlNode* filter) {
 }
 
 XmlDocument without_attributes(const xmlNode* filter) {
-  XmlDocument copy = parse_xml(print(filter));
-  drop_attributes(xmlDocGetRootElement(copy.get()));
+  XmlDocument copy = copy_of(filter);
+  drop_attributes(top(copy));
   return copy;
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "limited_process.h"
+#include "step.h"
 #include "xml.h"
 
 namespace ocifip::agent {
@@ -23,7 +24,7 @@ using Elements = std::string;
 using Path = std::vector<std::pair<std::string, std::string>>;
 using ListKeys = std::function<std::vector<std::string>(const Path& path)>;
 
-// What the elements in a filter select.
+// What the elements in a filter without attributes select.
 Elements select_subtree(std::string_view data, const xmlNode* filter);
 
 // A copy of a filter without what data's attributes would choose: data have none.
@@ -43,24 +44,27 @@ XPath xpath_of(const xmlNode* filter);
 class XPathSelection {
  public:
   // `patience`: the processor time that it may take. Throws OperationError.
-  XPathSelection(const Elements& data, XPath xpath, const ListKeys& keys,
-                 std::chrono::seconds patience);
+  XPathSelection(Elements data, XPath xpath, ListKeys keys, std::chrono::seconds patience);
 
-  // Waits for a moment. Whether it takes longer.
-  bool step();
-  // What is selected. Throws OperationError for an expression that is none, selects no elements, or
-  // takes too much.
+  Step step();
+  // What is selected, when all is done. Throws OperationError for an expression that is none,
+  // selects no elements, or takes too much.
   Elements finish();
 
+  // The same at once.
+  static Elements select_now(Elements data, XPath xpath, ListKeys keys,
+                             std::chrono::seconds patience);
+
  private:
+  void begin();
+
+  Elements data_;
   XPath xpath_;
-  std::optional<Elements> result_;
+  ListKeys keys_;
+  std::chrono::seconds patience_;
+  std::optional<Elements> result_;  // of what needs no process
   std::optional<LimitedProcess> process_;
 };
-
-// Waits for it.
-Elements select_xpath(const Elements& data, XPath xpath, const ListKeys& keys,
-                      std::chrono::seconds patience);
 
 // Elements of a subtree filter that select all that an expression can reach, and more; "" when that
 // is everything.

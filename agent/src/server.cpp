@@ -265,13 +265,13 @@ void Agent::Server::begin(Descriptor client, const agent::User& user) {
           [this, id] {
             worker_.add([this, id] {
               core_.refused(id);
-              return false;
+              return agent::Step::kDone;
             });
           },
           [this, id](const std::string& reason) {
             worker_.add([this, id, reason] {
               end(id, reason);
-              return false;
+              return agent::Step::kDone;
             });
           }});
   agent::Session* begun = session.get();
@@ -286,7 +286,7 @@ void Agent::Server::begin(Descriptor client, const agent::User& user) {
     } catch (const std::system_error& error) {
       end(id, std::string("no thread: ") + error.what());
     }
-    return false;
+    return agent::Step::kDone;
   });
 }
 

@@ -3,6 +3,12 @@
 #include <utility>
 
 namespace ocifip::agent {
+namespace {
+
+// After which it is looked again at what all work waits for.
+constexpr std::chrono::milliseconds kMoment{2};
+
+}  // namespace
 
 Worker::Worker(std::function<std::optional<Clock::time_point>()> deadline,
                std::function<void()> expire)
@@ -29,6 +35,11 @@ void Worker::add(Work work) {
 std::optional<Work> Worker::next() {
   const auto deadline = deadline_();
   std::unique_lock lock(mutex_);
+  if (!work_.empty() && waiting_ >= work_.size()) {
+    const std::size_t size = work_.size();
+    has_work_.wait_for(lock, kMoment, [&] { return work_.size() > size; });
+    waiting_ = 0;
+  }
   const auto is_due = [this] { return !work_.empty() || is_ending_; };
   if (deadline) {
     has_work_.wait_until(lock, *deadline, is_due);
@@ -43,8 +54,11 @@ std::optional<Work> Worker::next() {
 
 void Worker::run() {
   for (;;) {
-    auto work = next();
-    if (work && (*work)()) add(std::move(*work));  // behind what others wait for
+    if (auto work = next()) {
+      const Step step = (*work)();
+      waiting_ = step == Step::kWaiting ? waiting_ + 1 : 0;
+      if (step != Step::kDone) add(std::move(*work));  // behind what others wait for
+    }
     const auto deadline = deadline_();
     if (deadline && *deadline <= Clock::now()) expire_();
     const std::lock_guard lock(mutex_);

@@ -3,6 +3,7 @@
 #define OCIFIP_AGENT_WORKER_H_
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -36,7 +37,8 @@ class Worker {
   std::condition_variable has_work_;
   std::deque<Work> work_;
   bool is_ending_ = false;
-  std::thread thread_;  // the last member: it uses the others
+  std::size_t waiting_ = 0;  // of the works that were last tried, one behind the other
+  std::thread thread_;       // the last member: it uses the others
 };
 
 }  // namespace ocifip::agent

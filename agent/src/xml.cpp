@@ -207,6 +207,8 @@ Namespaces namespaces_at(const xmlNode* element) {
   return found;
 }
 
+XmlDocument copy_of(const xmlNode* element) { return std::move(Copy(element).document); }
+
 std::string print(const xmlNode* element) {
   const Copy copy(element);
   return dumped(copy.document.get(), copy.top);

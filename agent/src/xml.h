@@ -58,6 +58,9 @@ std::string_view attribute_name(const xmlAttr* attribute);
 using Namespaces = std::vector<std::pair<std::string, std::string>>;
 Namespaces namespaces_at(const xmlNode* element);
 
+// A document of an element, with all namespaces that are known at its place.
+XmlDocument copy_of(const xmlNode* element);
+
 // An element as text that stands for itself: with all namespaces that are known at its place, which
 // values may refer to.
 std::string print(const xmlNode* element);

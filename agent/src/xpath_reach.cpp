@@ -116,18 +116,26 @@ std::vector<Step> PathReader::steps() {
   return read;
 }
 
+// Whether a word may be an operator; it may be a name as well.
+bool is_operator(std::string_view word) {
+  return word == "or" || word == "and" || word == "div" || word == "mod";
+}
+
 // Whether what follows the steps may look at data that is not below them.
 bool looks_elsewhere(std::string_view rest) {
   if (rest.find("..") != std::string_view::npos || rest.find("::") != std::string_view::npos) {
     return true;
   }
   // A "/" that no step stands before begins at the top; so may functions.
+  std::string_view word;  // that ends before the character
   char before = ']';
-  for (const char c : rest) {
+  for (std::size_t at = 0; at < rest.size(); ++at) {
+    const char c = rest[at];
     if (c == '(' || c == '$') return true;
-    const bool is_step =
-        is_name_character(before) || before == ']' || before == '*' || before == '/';
+    const bool is_name = is_name_character(before) && !is_operator(word);
+    const bool is_step = is_name || before == ']' || before == '*' || before == '/';
     if (c == '/' && !is_step) return true;
+    word = is_name_character(c) ? rest.substr(at - word.size(), word.size() + 1) : "";
     before = c;  // a blank, too: "and /a" begins at the top
   }
   return false;

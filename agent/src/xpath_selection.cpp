@@ -16,12 +16,16 @@
 namespace ocifip::agent {
 namespace {
 
-// What an evaluation may look at without a process of its own: each of its steps may look at all of
-// the data.
-constexpr std::size_t kMostBytes = std::size_t{256} << 20;
+// What is evaluated without a process of its own: an expression without functions, each step of
+// which looks at the data or its own texts once at most, so that few steps take little time.
+constexpr std::size_t kMostBytes = std::size_t{128} << 20;
 constexpr std::size_t kMostData = std::size_t{64} << 10;
 
+// Who asks for another one waits for one of them.
+constexpr int kMostProcesses = 4;
+
 constexpr unsigned long kNoLimit = 0;
+constexpr std::chrono::milliseconds kNoTime{0};
 
 // More than the trees of a large device and a large result have.
 constexpr std::size_t kMostMemory = std::size_t{4} << 30;
@@ -136,23 +140,35 @@ XPath xpath_of(const xmlNode* filter) {
   return xpath;
 }
 
-XPathSelection::XPathSelection(const Elements& data, XPath xpath, const ListKeys& keys,
+XPathSelection::XPathSelection(Elements data, XPath xpath, ListKeys keys,
                                std::chrono::seconds patience)
-    : xpath_(std::move(xpath)) {
-  if (data.size() <= kMostData) {
-    const std::size_t steps = kMostBytes / std::max<std::size_t>(data.size(), 1);
-    result_ = select(data, xpath_, keys, steps);
-  }
-  if (result_) return;
-  process_.emplace([&] { return select_or_reason(data, xpath_, keys); },
-                   LimitedProcess::Limits{patience, kMostMemory});
+    : data_(std::move(data)),
+      xpath_(std::move(xpath)),
+      keys_(std::move(keys)),
+      patience_(patience) {
+  const bool is_plain = xpath_.text.find('(') == std::string::npos;
+  if (!is_plain || data_.size() > kMostData) return;
+  const std::size_t steps = kMostBytes / (data_.size() + xpath_.text.size() + 1);
+  result_ = select(data_, xpath_, keys_, steps);
 }
 
-bool XPathSelection::step() { return process_ && process_->wait(); }
+void XPathSelection::begin() {
+  process_.emplace([this] { return select_or_reason(data_, xpath_, keys_); },
+                   LimitedProcess::Limits{patience_, kMostMemory});
+  data_ = {};
+}
+
+Step XPathSelection::step() {
+  if (result_) return Step::kDone;
+  if (!process_ && LimitedProcess::count() >= kMostProcesses) return Step::kWaiting;
+  if (!process_) begin();
+  return process_->goes_on(kNoTime) ? Step::kWaiting : Step::kDone;
+}
 
 Elements XPathSelection::finish() {
-  if (!process_) return std::move(*result_);
+  if (result_) return std::move(*result_);
   std::optional<std::string> said = process_->result();
+  process_.reset();
   if (!said || said->empty()) {
     throw OperationError(RpcError{tags::kResourceDenied,
                                   in_quotes(xpath_.text) + " takes too long or too much memory"});
@@ -163,10 +179,11 @@ Elements XPathSelection::finish() {
   return std::move(*said);
 }
 
-Elements select_xpath(const Elements& data, XPath xpath, const ListKeys& keys,
-                      std::chrono::seconds patience) {
-  XPathSelection selection(data, std::move(xpath), keys, patience);
-  while (selection.step()) {
+Elements XPathSelection::select_now(Elements data, XPath xpath, ListKeys keys,
+                                    std::chrono::seconds patience) {
+  XPathSelection selection(std::move(data), std::move(xpath), std::move(keys), patience);
+  if (!selection.result_) selection.begin();
+  while (selection.process_ && selection.process_->goes_on(patience)) {
   }
   return selection.finish();
 }

@@ -33,7 +33,7 @@ Host& host() {
 
 void receive(Core& core, std::string message) {
   const Work work = core.received(1, std::move(message));
-  while (work()) {
+  while (work() != Step::kDone) {
   }
 }
 

@@ -366,6 +366,19 @@ TEST(NativeEdits, HaveNoState) {
             "bad value s /c/s: \"s\" is state, which cannot be edited, at /c/s");
 }
 
+// A path in short may be that of another node.
+TEST(Paths, HaveTheModulesOfTheirNodes) {
+  const Host host({.plugin = OCIFIP_PLUGIN, .models = OCIFIP_MODELS_DIR});
+  const DataPath path =
+      host.data_path("/interfaces/interface[name=\"a']/b\"]/subinterfaces/unknown/index");
+  EXPECT_EQ(path.text,
+            "/openconfig-interfaces:interfaces/openconfig-interfaces:interface"
+            "[openconfig-interfaces:name=\"a']/b\"]/openconfig-interfaces:subinterfaces");
+  EXPECT_EQ(path.modules, std::vector<std::string>{"openconfig-interfaces"});
+  EXPECT_EQ(host.data_path("/interfaces/interface[name='aaa...']").text, "");
+  EXPECT_EQ(host.data_path("/interfaces/interface[name='a\\u0001']").text, "");
+}
+
 TEST(Modules, AreToldOf) {
   const Host host({.plugin = OCIFIP_PLUGIN, .models = OCIFIP_MODELS_DIR});
   const auto modules = host.modules();

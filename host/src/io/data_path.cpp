@@ -9,26 +9,32 @@
 namespace ocifip {
 namespace {
 
-// XPath has no escapes, so that the value decides which quotes are around it. Control characters
-// are escaped all the same: a path is shown in one line.
+// XPath has no escapes, so that the value decides which quotes are around it.
 void append_predicate(std::string& out, std::string_view name, std::string_view value) {
   const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
   out.append("[").append(name).append("=").append(1, quote).append(value);
   out.append(1, quote).append("]");
 }
 
-// `prefix`: what stands before the names of the step.
-void append_step(std::string& out, const std::string& prefix, std::string_view tag,
-                 const DocumentNode& node) {
-  out.append("/").append(prefix).append(tag);
+std::string as_it_is(std::string_view text) { return std::string(text); }
+
+// `prefix`: what stands before the names of the step. `shown`: what is written of names and values.
+void append_step(std::string& out, const std::string& prefix, const DocumentNode& node,
+                 std::string (*shown)(std::string_view text)) {
+  out.append("/").append(prefix).append(shown(node.tag));
   if (node.kind == NodeKind::kLeafList && node.value) {
-    append_predicate(out, ".", in_short(*node.value));
+    append_predicate(out, ".", shown(*node.value));
   }
   if (node.kind != NodeKind::kList || node.schema == nullptr) return;
   for (const std::string& key : Models::keys(node.schema)) {
     const std::string* value = key_value(node, key);
-    if (value != nullptr) append_predicate(out, prefix + key, in_short(*value));
+    if (value != nullptr) append_predicate(out, prefix + key, shown(*value));
   }
+}
+
+// Whether in_short() may have made a text of another.
+bool may_be_shortened(std::string_view text) {
+  return text.ends_with("...") || text.find('\\') != std::string_view::npos;
 }
 
 // The node that a step without its module means.
@@ -43,9 +49,10 @@ const lysc_node* find_step(const Models& models, const lysc_node* parent, std::s
 
 }  // namespace
 
+// Control characters are escaped: the path is shown in one line.
 std::string instance_path(const std::vector<const DocumentNode*>& nodes) {
   std::string path;
-  for (const DocumentNode* node : nodes) append_step(path, "", in_short(node->tag), *node);
+  for (const DocumentNode* node : nodes) append_step(path, "", *node, in_short);
   return path;
 }
 
@@ -53,7 +60,7 @@ DataPath data_path(const std::vector<const DocumentNode*>& nodes) {
   DataPath path;
   for (const DocumentNode* node : nodes) {
     const std::string module = node->module.text();
-    append_step(path.text, module + ':', node->tag, *node);
+    append_step(path.text, module + ':', *node, as_it_is);
     const bool is_known =
         std::find(path.modules.begin(), path.modules.end(), module) != path.modules.end();
     if (!is_known) path.modules.push_back(module);
@@ -71,6 +78,7 @@ DataPath data_path(const Models& models, std::string_view instance_path) {
     if (schema == nullptr) break;
     DocumentNode& node = nodes.emplace_back(node_of(schema));
     for (const KeyPredicate& key : step.keys) {
+      if (may_be_shortened(key.value)) return {};
       const lysc_node* leaf = key.key == "." ? nullptr : models.child(schema, key.key, {});
       if (leaf != nullptr) node.children.push_back(node_of(leaf));
       (leaf == nullptr ? node : node.children.back()).value = key.value;

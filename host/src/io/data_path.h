@@ -20,7 +20,7 @@ std::string instance_path(const std::vector<const DocumentNode*>& nodes);
 DataPath data_path(const std::vector<const DocumentNode*>& nodes);
 
 // An instance path as instance_path() writes it, with the modules: as far as the models know its
-// nodes.
+// nodes. Nothing when it may be that of another, since values are shown in short.
 DataPath data_path(const Models& models, std::string_view instance_path);
 
 }  // namespace ocifip

@@ -41,8 +41,9 @@ struct DocumentNode {
   std::vector<DocumentNode> children;  // in schema order, list keys first, unknown nodes last
 };
 
-// Whether a node that is no entry may come twice among siblings of a document.
-enum class Repeats : std::uint8_t { kRefused, kKept };
+// What a document is for. In a filter, nodes may come twice, and be of other kinds than the models
+// have.
+enum class DocumentUse : std::uint8_t { kData, kFilter };
 
 // What NETCONF puts around a document: an edit; a read with a filter or of everything, of state or
 // of configuration alone; or a reply.

@@ -3,8 +3,14 @@
 namespace ocifip {
 namespace {
 
-// Where the bracket closes that ends a value: the first one that a step, a key or nothing follows.
+// Where the bracket closes that ends a value: behind its quotes, or else the first one that a step,
+// a key or nothing follows.
 std::size_t closing_bracket(std::string_view text) {
+  const std::size_t value = text.find('=') + 1;
+  const bool is_quoted =
+      value > 0 && value < text.size() && (text[value] == '\'' || text[value] == '"');
+  const std::size_t quote = is_quoted ? text.find(text[value], value + 1) : std::string_view::npos;
+  if (quote != std::string_view::npos && text.substr(quote + 1).starts_with(']')) return quote + 1;
   std::size_t end = text.find(']');
   while (end != std::string_view::npos && end + 1 < text.size() && text[end + 1] != '/' &&
          text[end + 1] != '[') {

@@ -7,10 +7,10 @@
 
 namespace ocifip {
 
-Document read_document(const Models& models, const Source& source, Repeats repeats) {
+Document read_document(const Models& models, const Source& source, DocumentUse use) {
   const std::string name = in_short(source.name);
   check_text(name, source.text);
-  return source.encoding == Encoding::kXml ? read_xml(models, name, source.text, repeats)
+  return source.encoding == Encoding::kXml ? read_xml(models, name, source.text, use)
                                            : read_json(models, name, source.text);
 }
 

@@ -87,8 +87,8 @@ struct Attribute {
 // and the parser stopped.
 class XmlReader {
  public:
-  XmlReader(const Models& models, const std::string& name, Repeats repeats)
-      : models_(models), name_(name), builder_(models, name, repeats), handler_(make_handler()) {}
+  XmlReader(const Models& models, const std::string& name, DocumentUse use)
+      : models_(models), name_(name), builder_(models, name, use), handler_(make_handler()) {}
 
   Document read(std::string_view text);
   Document read_body(std::string_view text, const BodyPlace& place);
@@ -257,7 +257,7 @@ void XmlReader::open_part(const EnvelopePart& part, std::span<const Attribute> a
   annotate(attributes, nullptr);
   for (const auto& attribute : attributes) {
     const auto name = text_of(attribute.name);
-    // A request may have any attribute, which its reply repeats.
+    // A request may have any attribute, which its reply use.
     const bool is_free =
         part.tag.starts_with("rpc") || !text_of(attribute.module_namespace).empty();
     if (part.tag == "filter" && name == "type") {
@@ -422,15 +422,15 @@ void XmlReader::settle(DocumentNode& node, Element& element) {
 }  // namespace
 
 Document read_xml(const Models& models, const std::string& name, std::string_view text,
-                  Repeats repeats) {
+                  DocumentUse use) {
   check_encoding(name, text);
-  return XmlReader(models, name, repeats).read(text);
+  return XmlReader(models, name, use).read(text);
 }
 
 Document read_xml(const Models& models, const std::string& name, std::string_view text,
                   const BodyPlace& place) {
   check_encoding(name, text);
-  return XmlReader(models, name, Repeats::kRefused).read_body(text, place);
+  return XmlReader(models, name, DocumentUse::kData).read_body(text, place);
 }
 
 }  // namespace ocifip

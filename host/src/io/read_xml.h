@@ -14,7 +14,7 @@ namespace ocifip {
 // Reads a text that has been checked (check_text): data nodes, on their own or in what NETCONF puts
 // around them ("config", "filter", "data", or a whole request or reply). Throws InputError.
 Document read_xml(const Models& models, const std::string& name, std::string_view text,
-                  Repeats repeats);
+                  DocumentUse use);
 
 // Reads elements that belong at a place.
 Document read_xml(const Models& models, const std::string& name, std::string_view text,

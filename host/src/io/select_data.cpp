@@ -28,6 +28,12 @@ bool names(const DocumentNode& query, const DocumentNode& node) {
          });
 }
 
+// Whether a query's node names a key without choosing by it.
+bool asks_for_key(const DocumentNode& query) {
+  return std::any_of(query.children.begin(), query.children.end(),
+                     [](const auto& child) { return is_key(child) && !chooses_entry(child); });
+}
+
 // The queries for siblings. Those that give keys of an entry are looked up.
 class Level {
  public:
@@ -78,8 +84,8 @@ class Level {
 
   void add(const Nodes& queries) {
     for (const auto& query : queries) {
-      const bool is_entry =
-          query.kind == NodeKind::kList && query.schema != nullptr && !lacks_key(query);
+      const bool is_entry = query.kind == NodeKind::kList && query.schema != nullptr &&
+                            !lacks_key(query) && !asks_for_key(query);
       if (is_entry && entries_.find(query) == nullptr) {
         // The index hands out what may be changed; nothing here does.
         entries_.add(const_cast<DocumentNode&>(query));
@@ -165,12 +171,6 @@ bool has_chosen_values(const DocumentNode& query, const DocumentNode& node) {
              leaf.value && has_same_value(choice, leaf);
     });
   });
-}
-
-// Whether a query's node names a key without choosing by it.
-bool asks_for_key(const DocumentNode& query) {
-  return std::any_of(query.children.begin(), query.children.end(),
-                     [](const auto& child) { return is_key(child) && !chooses_entry(child); });
 }
 
 // Recursion is as deep as documents may be.

@@ -79,8 +79,8 @@ bool is_before(const DocumentNode& left, const DocumentNode& right) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(const Models& models, std::string name, Repeats repeats)
-    : models_(models), name_(std::move(name)), repeats_(repeats) {}
+TreeBuilder::TreeBuilder(const Models& models, std::string name, DocumentUse use)
+    : models_(models), name_(std::move(name)), use_(use) {}
 
 void TreeBuilder::fail(int line, const std::string& reason, InputFault::Kind kind) const {
   throw input_error(name_, line, reason, {kind});
@@ -225,6 +225,7 @@ void TreeBuilder::check_kind(const DocumentNode& node) const {
 
 // Nodes that no model knows are what they look like.
 void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
+  if (use_ == DocumentUse::kFilter) return;
   // Most nodes have one child, or two.
   const bool are_few = nodes.size() <= kFewSiblings;
   SiblingIndex index;
@@ -232,7 +233,7 @@ void TreeBuilder::check_siblings(std::span<DocumentNode> nodes) const {
     auto& node = nodes[at];
     if (node.schema == nullptr) continue;
     check_kind(node);
-    if (repeats_ == Repeats::kKept || may_be_repeated(node)) continue;
+    if (may_be_repeated(node)) continue;
     const bool is_repeated =
         are_few ? is_among(nodes.first(at), node) : index.find(node) != nullptr;
     if (is_repeated) {

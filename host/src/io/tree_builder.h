@@ -20,7 +20,7 @@ constexpr std::size_t kDeepestNode = 256;
 class TreeBuilder {
  public:
   // `name` is the source's, for messages. The models must outlive the builder.
-  TreeBuilder(const Models& models, std::string name, Repeats repeats = Repeats::kRefused);
+  TreeBuilder(const Models& models, std::string name, DocumentUse use = DocumentUse::kData);
 
   // `kind` is what programs are told of the fault.
   [[noreturn]] void fail(int line, const std::string& reason,
@@ -51,7 +51,7 @@ class TreeBuilder {
 
   // Opens a node: what follows, up to the matching close, is below it. Throws InputError when nodes
   // are nested too deeply, and, when a node is closed, for one below it that is of another kind
-  // than the model's, or that is there twice, unless repeats are kept.
+  // than the model's, or that is there twice, unless use are kept.
   void open(DocumentNode node);
   void close();
   void add(DocumentNode node);  // a node without children
@@ -78,7 +78,7 @@ class TreeBuilder {
 
   const Models& models_;
   std::string name_;
-  Repeats repeats_;
+  DocumentUse use_;
   std::vector<Open> open_;
   // Closed nodes whose parents are open: a parent takes its own off the end when it is closed, so
   // that no list of children is larger than it has to be.

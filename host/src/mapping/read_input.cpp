@@ -28,7 +28,8 @@ class Possible {
     const std::size_t count = nodes.size();
     bool is_changed = false;
     std::erase_if(nodes, [&](DocumentNode& node) {
-      if (node.schema == nullptr || has_wrong_value(node)) return true;
+      if (node.schema == nullptr || is_other_kind(node)) return true;
+      if (has_wrong_value(node) || has_two_keys(node)) return true;
       // The content of anydata is nobody's.
       if (Models::is_any(node.schema) || !keep(node.children)) return false;
       is_changed = true;
@@ -38,20 +39,46 @@ class Possible {
   }
 
  private:
+  static bool is_other_kind(const DocumentNode& node) {
+    return Models::kind(node.schema) != node.kind;
+  }
+
   bool has_wrong_value(DocumentNode& node) {
     return std::any_of(node.children.begin(), node.children.end(), [this](DocumentNode& leaf) {
-      return leaf.schema != nullptr && Models::is_leaf(leaf.schema) && leaf.value &&
-             !values_.settle(leaf.schema, *leaf.value);
+      const bool may_have_one = leaf.schema != nullptr && Models::is_leaf(leaf.schema);
+      return leaf.value && !(may_have_one && values_.settle(leaf.schema, *leaf.value));
     });
+  }
+
+  // Takes out what names a key again; an entry with two values of one is none.
+  static bool has_two_keys(DocumentNode& entry) {
+    if (entry.kind != NodeKind::kList) return false;
+    std::vector<DocumentNode> kept;
+    for (DocumentNode& child : entry.children) {
+      const auto known = std::find_if(kept.begin(), kept.end(), [&](const DocumentNode& other) {
+        return chooses_entry(child) && chooses_entry(other) && other.schema == child.schema;
+      });
+      if (known == kept.end()) {
+        kept.push_back(std::move(child));
+      } else if (!has_same_value(*known, child)) {
+        return true;
+      }
+    }
+    entry.children = std::move(kept);
+    return false;
   }
 
   ValueCheck values_;
 };
 
-// Has a query ask for all that values choose in.
+// Has a query ask for all that values choose in, and for entries without a word of their keys.
 void widen(std::vector<DocumentNode>& nodes) {
   for (DocumentNode& node : nodes) {
     auto& children = node.children;
+    const bool is_entry = node.kind == NodeKind::kList && node.schema != nullptr;
+    if (is_entry && !lacks_key(node)) {
+      std::erase_if(children, [](const auto& key) { return is_key(key) && !key.value; });
+    }
     if (only_chooses(node)) {
       std::erase_if(children, is_value_choice);
       continue;
@@ -100,8 +127,8 @@ class QueryReader {
 
  private:
   void read_given() {
-    const Repeats repeats = read_.values_choose ? Repeats::kKept : Repeats::kRefused;
-    Document document = read_document(models_, *request_.document, repeats);
+    const DocumentUse use = read_.values_choose ? DocumentUse::kFilter : DocumentUse::kData;
+    Document document = read_document(models_, *request_.document, use);
     read_.content = content_of(request_, document);
     if (reads_all(document)) {
       add_everything(std::move(document));
