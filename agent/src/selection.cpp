@@ -65,6 +65,16 @@ bool has_impossible_match(const xmlNode* filter) {
   });
 }
 
+// If there is nothing in a filter's element but what chooses, it would ask for all: only the leaves
+// that choose are asked for.
+void ask_for_choices(const xmlNode* filter) {
+  const auto children = elements(filter);
+  if (!std::all_of(children.begin(), children.end(), is_content_match)) return;
+  for (const xmlNode* child : children) {
+    xmlNewChild(const_cast<xmlNode*>(filter), child->ns, child->name, nullptr);
+  }
+}
+
 // Takes out of a filter what has attributes, and what would choose more without it. Whether there
 // was any.
 bool drop_attributes(const xmlNode* filter) {
@@ -73,8 +83,8 @@ bool drop_attributes(const xmlNode* filter) {
     bool is_kept = child->properties == nullptr && !has_impossible_match(child);
     if (is_kept && drop_attributes(child)) {
       has_dropped = true;
-      const auto left = elements(child);
-      is_kept = !std::all_of(left.begin(), left.end(), is_content_match);
+      is_kept = !elements(child).empty();
+      ask_for_choices(child);
     }
     if (is_kept) continue;
     has_dropped = true;

@@ -33,12 +33,23 @@ class Possible {
       // The content of anydata is nobody's.
       if (Models::is_any(node.schema) || !keep(node.children)) return false;
       is_changed = true;
-      return only_chooses(node);
+      return only_chooses(node) && !ask_for_choices(node);
     });
     return is_changed || nodes.size() != count;
   }
 
  private:
+  // What is left would ask for all: of it, only the leaves that choose are asked for. Whether there
+  // are any but keys, which come with what is selected.
+  static bool ask_for_choices(DocumentNode& node) {
+    std::vector<DocumentNode> asked;
+    std::copy_if(node.children.begin(), node.children.end(), std::back_inserter(asked),
+                 is_value_choice);
+    for (DocumentNode& leaf : asked) leaf.value.reset();
+    std::move(asked.begin(), asked.end(), std::back_inserter(node.children));
+    return !asked.empty();
+  }
+
   static bool is_other_kind(const DocumentNode& node) {
     return Models::kind(node.schema) != node.kind;
   }
