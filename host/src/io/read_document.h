@@ -21,8 +21,8 @@ namespace ocifip {
 // leaves it to the schema, unless the content (text or elements) says otherwise. null, [null] and,
 // when it is deleted or removed, an XML element without text are a leaf without a value; a leaf of
 // type empty has the value "" then. A kind that is not the model's, such as a value where a
-// container belongs, is an error, and so is a node that comes twice, unless use are kept: for
-// XML alone. Throws InputError ("NAME:LINE: reason").
+// container belongs, is an error, and so is a node that comes twice; but in a filter, in
+// XML, they are kept. Throws InputError ("NAME:LINE: reason").
 Document read_document(const Models& models, const Source& source,
                        DocumentUse use = DocumentUse::kData);
 

@@ -51,7 +51,7 @@ class TreeBuilder {
 
   // Opens a node: what follows, up to the matching close, is below it. Throws InputError when nodes
   // are nested too deeply, and, when a node is closed, for one below it that is of another kind
-  // than the model's, or that is there twice, unless use are kept.
+  // than the model's, or that is there twice, but for a filter.
   void open(DocumentNode node);
   void close();
   void add(DocumentNode node);  // a node without children

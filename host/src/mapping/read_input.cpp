@@ -64,19 +64,21 @@ class Possible {
   // Takes out what names a key again; an entry with two values of one is none.
   static bool has_two_keys(DocumentNode& entry) {
     if (entry.kind != NodeKind::kList) return false;
-    std::vector<DocumentNode> kept;
-    for (DocumentNode& child : entry.children) {
-      const auto known = std::find_if(kept.begin(), kept.end(), [&](const DocumentNode& other) {
-        return chooses_entry(child) && chooses_entry(other) && other.schema == child.schema;
+    std::vector<DocumentNode> keys;  // one of each, so that few are looked through
+    bool has_two = false;
+    std::erase_if(entry.children, [&](const DocumentNode& child) {
+      if (!chooses_entry(child)) return false;
+      const auto known = std::find_if(keys.begin(), keys.end(), [&](const DocumentNode& key) {
+        return key.schema == child.schema;
       });
-      if (known == kept.end()) {
-        kept.push_back(std::move(child));
-      } else if (!has_same_value(*known, child)) {
-        return true;
+      if (known == keys.end()) {
+        keys.push_back(child);
+        return false;
       }
-    }
-    entry.children = std::move(kept);
-    return false;
+      has_two = has_two || !has_same_value(*known, child);
+      return true;
+    });
+    return has_two;
   }
 
   ValueCheck values_;
