@@ -136,8 +136,8 @@ Change Host::Impl::change(const Configuration& base, const EditRequest& request)
     return base.content().native().whole().roots;
   });
   deleted.give(edited.native_edit);
-  change.native_edit = print_elements(std::move(edited.native_edit), change.notes);
-  change.difference = print_elements(std::move(edited.difference), change.notes);
+  change.native_edit = print_elements(edited.native_edit, change.notes);
+  change.difference = print_elements(edited.difference, change.notes);
   return change;
 }
 

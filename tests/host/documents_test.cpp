@@ -13,6 +13,7 @@
 #include "io/read_document.h"
 #include "io/select_data.h"
 #include "io/text.h"
+#include "io/xml_printer.h"
 #include "io_testing.h"
 
 namespace ocifip {
@@ -232,6 +233,86 @@ TEST(Selecting, FindsAnAddressHoweverItIsWritten) {
         neighbors(R"({"neighbor-address":"2001:db8:0::9")" + std::string(interface) + "}");
     EXPECT_EQ(print(select_data(data, query), Format::kTree),
               print(neighbors(wanted), Format::kTree));
+  }
+}
+
+// Interfaces, and ARP entries of two nodes, of which one has few: of what is large, a node is
+// selected at a time.
+Document of_many() {
+  std::string interfaces;
+  std::string arp;
+  for (int i = 0; i < 400; ++i) {
+    const std::string name =
+        (i == 0 ? "{" : ",{") + (R"("interface-name":"Eth)" + std::to_string(i));
+    interfaces += name + R"(","active":"act","description":"of )" + std::to_string(i % 7) + "\"}";
+    arp += name + R"(","address":"192.0.2.1","age":"1","state":"state-dynamic"})";
+  }
+  const std::string few = arp.substr(0, arp.find('}') + 1);
+  const auto node = [](const std::string& name, const std::string& entries) {
+    return R"({"node-name":")" + name + R"(","entries":{"entry":[)" + entries + "]}}";
+  };
+  return read(
+      R"({"Halvane-Ombrix-ifmgr-cfg:interface-configurations":{"interface-configuration":[)" +
+      interfaces + R"(]},"Halvane-Ombrix-ipv4-arp-oper:arp":{"nodes":{"node":[)" +
+      node("node0", few) + "," + node("node1", arp) + "]}}}");
+}
+
+std::string print_parts(const Document& data, const Document& query,
+                        SelectionInSteps::Terms terms) {
+  SelectionInSteps selection(data, query, terms);
+  std::vector<std::string> notes;
+  XmlPrinter printer(notes);
+  for (bool goes_on = true; goes_on;) {
+    std::vector<SelectedPart> parts;
+    goes_on = selection.go_on(SelectionInSteps::Clock::time_point::min(), parts);
+    EXPECT_LE(parts.size(), 5U);
+    for (auto& part : parts) {
+      if (part.kind == SelectedPart::Kind::kNodes) printer.add(part.nodes);
+      if (part.kind == SelectedPart::Kind::kBegin) printer.begin(std::move(part.nodes.front()));
+      if (part.kind == SelectedPart::Kind::kEnd) printer.end();
+    }
+  }
+  return printer.take();
+}
+
+TEST(Selecting, InStepsIsTheSame) {
+  const Document data = of_many();
+  Document configuration = {"configuration", {data.roots.front()}};
+  const std::string interfaces =
+      R"(<interface-configurations xmlns="urn:halvane:yang:Halvane-Ombrix-ifmgr-cfg">)";
+  const std::string arp = R"(<arp xmlns="urn:halvane:yang:Halvane-Ombrix-ipv4-arp-oper">)";
+  const auto entry = [](const std::string& content) {
+    return "<interface-configuration>" + content + "</interface-configuration>";
+  };
+  const auto nodes = [&](const std::string& content) {
+    return arp + "<nodes><node>" + content + "</node></nodes></arp>";
+  };
+  const std::string ends = "</interface-configurations>";
+  for (const auto& query : {
+           interfaces + ends + arp + "</arp>",
+           interfaces + entry("<description>of 3</description>") + ends,
+           interfaces + entry("<description>of 3</description>") +
+               entry("<interface-name>Eth3</interface-name><active/>") + ends,
+           interfaces + entry("<description>of 3</description><interface-name/>") + ends,
+           interfaces + entry("<description/>") + ends + nodes("<node-name>node0</node-name>"),
+           interfaces + entry("<mtus/>") + ends + nodes("<traffic-node/>"),
+           nodes("<node-name/>"),
+           nodes("<node-name>node1</node-name><entries><entry><interface-name>Eth7</interface-name>"
+                 "</entry></entries>"),
+           nodes("<entries><entry><age>2</age></entry></entries>"),
+       }) {
+    SCOPED_TRACE(query);
+    const Document asked =
+        read_document(models(), {"filter", "<config>" + query + "</config>", Encoding::kXml},
+                      DocumentUse::kFilter);
+    ASSERT_FALSE(asked.roots.empty());
+    std::vector<std::string> notes;
+    EXPECT_EQ(print_parts(data, asked, {.values_choose = true, .with_state = true}),
+              print_elements(select_chosen(data, asked), notes));
+    EXPECT_EQ(print_parts(data, asked, {.values_choose = false, .with_state = true}),
+              print_elements(select_data(data, asked), notes));
+    EXPECT_EQ(print_parts(data, asked, {.values_choose = true, .with_state = false}),
+              print_elements(select_chosen(configuration, asked), notes));
   }
 }
 

@@ -16,10 +16,6 @@ using Nodes = std::vector<DocumentNode>;
 
 const Nodes kNothing;
 
-bool is_plain_container(const DocumentNode& node) {
-  return node.schema != nullptr && Models::is_plain_container(node.schema);
-}
-
 Nodes compare(const Nodes& before, const Nodes& after);
 
 // A container or entry that both states have.

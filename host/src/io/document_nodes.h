@@ -36,6 +36,11 @@ inline bool is_inner(const DocumentNode& node) {
   return node.kind == NodeKind::kContainer || node.kind == NodeKind::kList;
 }
 
+// Whether a node is a container that is nothing by itself.
+inline bool is_plain_container(const DocumentNode& node) {
+  return node.schema != nullptr && Models::is_plain_container(node.schema);
+}
+
 inline bool is_state(const DocumentNode& node) {
   return node.schema != nullptr && Models::is_state(node.schema);
 }

@@ -1,12 +1,12 @@
 #include "io/print_document.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "io/data_path.h"
 #include "io/document_nodes.h"
 #include "io/print_parts.h"
 #include "io/text.h"
+#include "io/xml_printer.h"
 
 namespace ocifip {
 namespace {
@@ -35,14 +35,10 @@ std::string print_document(const Document& document, Format format,
   }
 }
 
-std::string print_elements(Document document, std::vector<std::string>& notes) {
-  std::string text;
-  for (DocumentNode& root : document.roots) {
-    Document one = {document.name, {}};
-    one.roots.push_back(std::move(root));
-    text += print_xml(one, notes);
-  }
-  return text;
+std::string print_elements(const Document& document, std::vector<std::string>& notes) {
+  XmlPrinter printer(notes);
+  printer.add(document.roots);
+  return printer.take();
 }
 
 std::string_view operation_name(Operation operation) {

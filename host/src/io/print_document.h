@@ -21,7 +21,7 @@ std::string print_document(const Document& document, Format format,
 
 // The top-level nodes of a document as XML elements, one behind the other and with nothing around
 // them; else as print_document() does.
-std::string print_elements(Document document, std::vector<std::string>& notes);
+std::string print_elements(const Document& document, std::vector<std::string>& notes);
 
 }  // namespace ocifip
 

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <array>
+#include <string_view>
 #include <utility>
 
 #include "io/data_path.h"
 #include "io/netconf.h"
 #include "io/print_parts.h"
 #include "io/text.h"
+#include "io/xml_printer.h"
 
 namespace ocifip {
 namespace {
@@ -25,23 +27,7 @@ bool has_operation(const DocumentNode& node) {
          std::any_of(node.children.begin(), node.children.end(), has_operation);
 }
 
-class XmlPrinter {
- public:
-  explicit XmlPrinter(std::vector<std::string>& notes) : notes_(notes) {}
-
-  std::string print(const Document& document);
-
- private:
-  void append_nodes(const std::vector<const DocumentNode*>& nodes);
-  void append_node(const DocumentNode& node);
-  void append_attribute(std::string_view name, std::string_view value);
-  void append_text(std::string_view text);
-
-  std::vector<std::string>& notes_;
-  std::string out_;
-  NodePath path_;
-  std::size_t outer_depth_ = 0;  // of elements around the top-level nodes
-};
+}  // namespace
 
 // XML has one element at the top: several nodes stand in the one that NETCONF has for that.
 std::string XmlPrinter::print(const Document& document) {
@@ -57,6 +43,24 @@ std::string XmlPrinter::print(const Document& document) {
   return std::move(out_);
 }
 
+void XmlPrinter::add(const std::vector<DocumentNode>& siblings) {
+  append_nodes(shown_nodes(siblings, path_, notes_));
+}
+
+void XmlPrinter::begin(DocumentNode node) {
+  around_.push_back(std::move(node));
+  path_.push_back(&around_.back());
+  append_begin(around_.back());
+  out_ += ">\n";
+  add(around_.back().children);
+}
+
+void XmlPrinter::end() {
+  append_end(around_.back());
+  path_.pop_back();
+  around_.pop_back();
+}
+
 void XmlPrinter::append_nodes(const std::vector<const DocumentNode*>& nodes) {
   for (const auto* node : nodes) {
     path_.push_back(node);
@@ -66,6 +70,23 @@ void XmlPrinter::append_nodes(const std::vector<const DocumentNode*>& nodes) {
 }
 
 void XmlPrinter::append_node(const DocumentNode& node) {
+  append_begin(node);
+  const auto children = shown_nodes(node.children, path_, notes_);
+  if (!children.empty()) {
+    out_ += ">\n";
+    append_nodes(children);
+    append_end(node);
+  } else if (node.value && !node.value->empty()) {
+    out_ += '>';
+    append_text(*node.value);
+    out_ += "</" + node.tag + ">\n";
+  } else {
+    out_ += "/>\n";
+  }
+}
+
+// The start tag of the node that the path ends with, but for what ends it.
+void XmlPrinter::append_begin(const DocumentNode& node) {
   const auto depth = path_.size() - 1;
   indent(out_, outer_depth_ + depth);
   out_ += '<' + node.tag;
@@ -75,20 +96,11 @@ void XmlPrinter::append_node(const DocumentNode& node) {
   if (depth == 0 && has_operation(node)) append_attribute("xmlns:nc", kNetconfNamespace);
   const auto operation = shown_operation(node);
   if (!operation.empty()) append_attribute("nc:operation", operation);
+}
 
-  const auto children = shown_nodes(node.children, path_, notes_);
-  if (!children.empty()) {
-    out_ += ">\n";
-    append_nodes(children);
-    indent(out_, outer_depth_ + depth);
-    out_ += "</" + node.tag + ">\n";
-  } else if (node.value && !node.value->empty()) {
-    out_ += '>';
-    append_text(*node.value);
-    out_ += "</" + node.tag + ">\n";
-  } else {
-    out_ += "/>\n";
-  }
+void XmlPrinter::append_end(const DocumentNode& node) {
+  indent(out_, outer_depth_ + path_.size() - 1);
+  out_ += "</" + node.tag + ">\n";
 }
 
 void XmlPrinter::append_attribute(std::string_view name, std::string_view value) {
@@ -120,8 +132,6 @@ void XmlPrinter::append_text(std::string_view text) {
                      instance_path(path_));
   }
 }
-
-}  // namespace
 
 std::string print_xml(const Document& document, std::vector<std::string>& notes) {
   return XmlPrinter(notes).print(document);

@@ -2,7 +2,10 @@
 #ifndef OCIFIP_HOST_IO_SELECT_DATA_H_
 #define OCIFIP_HOST_IO_SELECT_DATA_H_
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "io/document.h"
 
@@ -26,6 +29,17 @@ bool is_value_choice(const DocumentNode& node);
 // Whether there is nothing else in a query's node but such leaves, and keys that choose.
 bool only_chooses(const DocumentNode& query);
 
+// What follows in a selection.
+struct SelectedPart {
+  enum class Kind : std::uint8_t {
+    kNodes,  // nodes with all that is selected of them
+    kBegin,  // a node, bare, that is around all that comes before its end
+    kEnd
+  };
+  Kind kind;
+  std::vector<DocumentNode> nodes;
+};
+
 // Selects from the same data again and again, as select_data() does: the time grows with what is
 // selected, and not with the length of lists of which entries are asked for by all of their keys.
 class DataSelector {
@@ -43,6 +57,31 @@ class DataSelector {
 
   const Document& data_;
   std::unique_ptr<Lists> lists_;
+};
+
+// Selects as select_data() or select_chosen() do, a while at a time.
+class SelectionInSteps {
+ public:
+  using Clock = std::chrono::steady_clock;
+  struct Terms {
+    bool values_choose;  // as of select_chosen()
+    bool with_state;     // without, neither state comes nor the containers that have nothing else
+  };
+
+  // The data and the query outlive the selection, and stay as they are.
+  SelectionInSteps(const Document& data, const Document& query, Terms terms);
+  ~SelectionInSteps();
+  SelectionInSteps(const SelectionInSteps&) = delete;
+  SelectionInSteps& operator=(const SelectionInSteps&) = delete;
+
+  // Goes on until then, at least by one node, and adds what is selected. Whether there is more to
+  // do; it is not called any more when there is not.
+  bool go_on(Clock::time_point end, std::vector<SelectedPart>& parts);
+
+ private:
+  class Walk;
+
+  std::unique_ptr<Walk> walk_;
 };
 
 // As select_data(), but what a query names without anything below it is selected by itself: entries

@@ -42,12 +42,11 @@ class ChangeList {
  private:
   void add_node(const DocumentNode& node, const DocumentNode* former) {
     using Kind = ChangedNode::Kind;
-    const bool is_plain = node.schema != nullptr && Models::is_plain_container(node.schema);
     if (is_deleted(node)) {
       add(Kind::kDeleted);
     } else if (!is_inner(node)) {
       add(former == nullptr ? Kind::kCreated : Kind::kChanged);
-    } else if (former != nullptr || is_plain) {
+    } else if (former != nullptr || is_plain_container(node)) {
       add(node.children, former == nullptr ? kNothing : former->children);
     } else {
       add(Kind::kCreated);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 
 #include "io/document_nodes.h"
@@ -103,24 +104,52 @@ void widen(std::vector<DocumentNode>& nodes) {
   }
 }
 
-// Makes one of the nodes that stand for the same: it asks for all that any of them does.
-void join_repeated(std::vector<DocumentNode>& nodes) {
-  std::vector<DocumentNode> joined;
-  joined.reserve(nodes.size());  // the index has pointers to them
-  SiblingIndex index;
-  for (DocumentNode& node : nodes) {
-    DocumentNode* known = index.find(node);
-    if (known == nullptr) {
-      joined.push_back(std::move(node));
-      index.add(joined.back());
-    } else if (asks_for_all(*known) || asks_for_all(node)) {
-      std::erase_if(known->children, [](const DocumentNode& child) { return !is_key(child); });
-    } else {
-      std::move(node.children.begin(), node.children.end(), std::back_inserter(known->children));
-    }
+bool chooses(const DocumentNode& query) { return chooses_entry(query) || is_value_choice(query); }
+
+// What nodes of a query have in common that ask for something of the same: the name, the value of a
+// leaf, and what chooses a container or entry.
+std::string likeness(const DocumentNode& node) {
+  std::string text;
+  const auto add = [&text](const DocumentNode& part) {
+    text.append(part.module_namespace.text()).append(1, '\n').append(part.tag.text());
+    // No value has this character.
+    if (part.value) text.append(1, '\0').append(*part.value);
+    text.append(1, '\0');
+  };
+  add(node);
+  for (const DocumentNode& child : node.children) {
+    if (chooses(child)) add(child);
   }
-  nodes = std::move(joined);
-  for (DocumentNode& node : nodes) join_repeated(node.children);
+  return text;
+}
+
+// Has one of two such nodes ask for what any of them does.
+void join(DocumentNode& node, DocumentNode other) {
+  if (!is_inner(node) || only_chooses(node)) return;
+  if (only_chooses(other)) {
+    node = std::move(other);
+    return;
+  }
+  std::erase_if(other.children, chooses);
+  std::move(other.children.begin(), other.children.end(), std::back_inserter(node.children));
+}
+
+// Makes one of the nodes that ask for something of the same.
+void join_alike(std::vector<DocumentNode>& nodes) {
+  if (nodes.size() > 1) {
+    std::vector<DocumentNode> joined;
+    std::unordered_map<std::string, std::size_t> places;
+    for (DocumentNode& node : nodes) {
+      const auto [known, is_new] = places.try_emplace(likeness(node), joined.size());
+      if (is_new) {
+        joined.push_back(std::move(node));
+      } else {
+        join(joined[known->second], std::move(node));
+      }
+    }
+    nodes = std::move(joined);
+  }
+  for (DocumentNode& node : nodes) join_alike(node.children);
 }
 
 class QueryReader {
@@ -150,6 +179,7 @@ class QueryReader {
     forget_empty_values(document.roots);
     if (read_.values_choose) {
       Possible().keep(document.roots);
+      join_alike(document.roots);
       std::erase_if(document.roots, [](const DocumentNode& root) {
         return !is_named(root, kInterfacesModule, "interfaces") && !is_native_root(root);
       });
@@ -180,7 +210,7 @@ class QueryReader {
     if (read_.values_choose) {
       parts.chosen.push_back(document);
       widen(document.roots);
-      join_repeated(document.roots);
+      join_alike(document.roots);
     }
     parts.asked.push_back(std::move(document));
   }

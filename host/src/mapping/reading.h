@@ -7,14 +7,15 @@
 
 #include "io/models.h"
 #include "mapping/device_views.h"
+#include "mapping/native_read.h"
 #include "mapping/openconfig_read.h"
 #include "mapping/read_input.h"
 #include "ocifip/configuration.h"
 
 namespace ocifip {
 
-// A read of a configuration in both views: of OpenConfig some interfaces a step, of the native
-// models all in the last one.
+// A read of a configuration in both views: of OpenConfig some interfaces a step, then of the native
+// models some entries.
 class ConfigurationReading : public Reading {
  public:
   // The models outlive it.
@@ -24,15 +25,13 @@ class ConfigurationReading : public Reading {
   Outcome finish() override;
 
  private:
-  void read_native();
-
   const Models& models_;
   std::shared_ptr<DeviceView> view_;
   ReadInput read_;
   std::optional<OpenConfigRead> openconfig_;  // while there is more to read of it
-  bool has_native_ = false;                   // while there is
-  Outcome outcome_;
-  Outcome native_;
+  bool has_native_ = false;                   // whether they are asked for
+  std::optional<NativeRead> native_;          // when it is their turn
+  Outcome outcome_;                           // of OpenConfig
 };
 
 }  // namespace ocifip
