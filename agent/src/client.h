@@ -27,7 +27,7 @@ class Peer {
 
   virtual void use(Framing framing) = 0;
   // Sends a message, some time.
-  virtual void send(const std::string& message) = 0;
+  virtual void send(std::string message) = 0;
   // The bytes that are still to be sent.
   virtual std::size_t backlog() = 0;
   // The message that came last is dealt with: the next one may come.

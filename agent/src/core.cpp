@@ -33,9 +33,11 @@ std::string attributes_of(const xmlNode* rpc) {
   return text;
 }
 
-std::string reply(const std::string& attributes, const Elements& content) {
-  return "<rpc-reply xmlns=\"" + std::string(kBase) + "\"" + attributes + ">" + content +
-         "</rpc-reply>";
+std::string reply(const std::string& attributes, Elements content) {
+  // In place: replies may be long.
+  content.insert(0, "<rpc-reply xmlns=\"" + std::string(kBase) + "\"" + attributes + ">");
+  content += "</rpc-reply>";
+  return content;
 }
 
 // The one operation in an <rpc>.
@@ -197,7 +199,7 @@ void Core::Exchange::finish(Client& client, const std::vector<RpcError>& errors)
                        return core_.path_element(name, path);
                      });
   }
-  if (!content_.empty()) client.peer.send(reply(attributes_, content_));
+  if (!content_.empty()) client.peer.send(reply(attributes_, std::move(content_)));
   write_log(client, errors);
   if (!client.is_open || client.ending == Ending::kClosed) client.peer.end();
   client.peer.resume();

@@ -123,18 +123,15 @@ std::optional<std::string> FrameReader::next_chunked() {
   return std::nullopt;
 }
 
-std::string framed(std::string_view message, Framing framing) {
-  std::string text;
-  text.reserve(message.size() + 32);
-  if (framing == Framing::kEndMark) {
-    text.append(message).append(kEndMark);
-    return text;
+std::string framed(std::string message, Framing framing) {
+  if (framing == Framing::kEndMark) return std::move(message.append(kEndMark));
+  for (std::size_t at = 0; at < message.size();) {
+    const auto size = std::min<std::uint64_t>(kLargestChunk, message.size() - at);
+    const std::string head = "\n#" + std::to_string(size) + "\n";
+    message.insert(at, head);
+    at += head.size() + size;
   }
-  for (std::size_t at = 0; at < message.size(); at += kLargestChunk) {
-    const std::string_view chunk = message.substr(at, kLargestChunk);
-    text.append("\n#").append(std::to_string(chunk.size())).append("\n").append(chunk);
-  }
-  return text + "\n##\n";
+  return std::move(message.append("\n##\n"));
 }
 
 }  // namespace ocifip::agent

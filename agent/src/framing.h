@@ -70,7 +70,7 @@ class FrameReader {
 };
 
 // A message as it is sent.
-std::string framed(std::string_view message, Framing framing);
+std::string framed(std::string message, Framing framing);
 
 }  // namespace ocifip::agent
 

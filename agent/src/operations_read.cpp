@@ -98,7 +98,10 @@ class DataReply : public LongReply {
   }
 
   Elements finish() override {
-    return "<data>" + (selection_ ? selection_->finish() : data_) + "</data>";
+    Elements data = selection_ ? selection_->finish() : std::move(data_);
+    data.insert(0, "<data>");
+    data += "</data>";
+    return data;
   }
 
  private:
@@ -106,7 +109,7 @@ class DataReply : public LongReply {
     Outcome outcome = reading_->finish();
     reading_.reset();
     if (outcome.refusal) throw OperationError(error_of(*outcome.refusal));
-    data_.insert(0, outcome.text);
+    data_ = std::move(outcome.text.append(data_));
   }
 
   Host& host_;

@@ -18,7 +18,7 @@ namespace {
 
 using Time = std::chrono::steady_clock::time_point;
 
-// What is read at once, and what memory an idle session keeps for output.
+// What is read at once.
 constexpr std::size_t kPartSize = 16384;
 
 // A client that has so much to read is asked for nothing more.
@@ -55,17 +55,17 @@ void Session::use(Framing framing) {
   framing_ = framing;
 }
 
-void Session::send(const std::string& message) {
+void Session::send(std::string message) {
   {
     const std::lock_guard lock(mutex_);
-    output_ += framed(message, framing_);
+    backlog_ += output_.emplace_back(framed(std::move(message), framing_)).size();
   }
   wake();
 }
 
 std::size_t Session::backlog() {
   const std::lock_guard lock(mutex_);
-  return output_.size() - written_;
+  return backlog_;
 }
 
 void Session::resume() {
@@ -96,9 +96,8 @@ void Session::abort() {
 Session::Asked Session::asked() {
   const std::lock_guard lock(mutex_);
   reader_.use(framing_);
-  const std::size_t backlog = output_.size() - written_;
-  if (backlog > 0 && !unread_since_) unread_since_ = now();
-  return {state_, is_busy_, backlog > 0, backlog > kMostBacklog};
+  if (backlog_ > 0 && !unread_since_) unread_since_ = now();
+  return {state_, is_busy_, backlog_ > 0, backlog_ > kMostBacklog};
 }
 
 void Session::run() {
@@ -224,7 +223,8 @@ void Session::read() {
 // Whether the client takes anything at all.
 bool Session::write() {
   const std::lock_guard lock(mutex_);
-  const auto size = ::send(socket_.number(), output_.data() + written_, output_.size() - written_,
+  const std::string& first = output_.front();
+  const auto size = ::send(socket_.number(), first.data() + written_, first.size() - written_,
                            MSG_NOSIGNAL | MSG_DONTWAIT);
   if (size < 0) {
     if (errno == EAGAIN || errno == EINTR) return true;
@@ -233,14 +233,11 @@ bool Session::write() {
   }
   unread_since_ = now();
   written_ += static_cast<std::size_t>(size);
-  if (written_ > kMostBacklog && written_ > output_.size() / 2) {
-    output_.erase(0, std::exchange(written_, 0));
-  }
-  if (written_ == output_.size()) {
+  backlog_ -= static_cast<std::size_t>(size);
+  if (written_ == first.size()) {
     written_ = 0;
-    output_.clear();
-    if (output_.capacity() > kPartSize) output_.shrink_to_fit();
-    unread_since_.reset();
+    output_.pop_front();
+    if (output_.empty()) unread_since_.reset();
   }
   return true;
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -42,7 +43,7 @@ class Session : public Peer {
 
   // Peer; from any thread.
   void use(Framing framing) override;
-  void send(const std::string& message) override;
+  void send(std::string message) override;
   std::size_t backlog() override;
   void resume() override;
   void end() override;
@@ -77,13 +78,14 @@ class Session : public Peer {
   SessionLimits limits_;
   Events events_;
 
-  std::mutex mutex_;  // of the next six
+  std::mutex mutex_;  // of the next seven
   State state_ = State::kOpen;
   Framing framing_ = Framing::kEndMark;
   bool is_busy_ = false;  // with a message
   bool has_said_hello_ = false;
-  std::string output_;
-  std::size_t written_ = 0;  // of that
+  std::deque<std::string> output_;
+  std::size_t written_ = 0;  // of the first of that
+  std::size_t backlog_ = 0;  // what is left of all
 
   // The thread's own.
   FrameReader reader_;

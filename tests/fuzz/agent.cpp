@@ -13,7 +13,7 @@ using namespace ocifip::agent;
 class Reader : public Peer {
  public:
   void use(Framing framing) override { framing_ = framing; }
-  void send(const std::string& message) override { parse_xml(message); }
+  void send(std::string message) override { parse_xml(message); }
   std::size_t backlog() override { return 0; }
   void resume() override {}
   void end() override { has_ended = true; }
