@@ -16,14 +16,17 @@ struct Filter {
   std::optional<XPath> xpath{};      // chooses among that
 };
 
-Filter filter_of(const xmlNode* given) {
+Filter filter_of(const Call& call, const xmlNode* given) {
   Filter filter;
   if (given == nullptr) return filter;
   if (type_of(given) == FilterType::kSubtree) {
     filter.document = without_attributes(given);
   } else {
     filter.xpath = xpath_of(given);
-    const Elements reach = reach_of(*filter.xpath);
+    const Elements reach =
+        reach_of(*filter.xpath, [&](const std::string& name_space, const std::string& name) {
+          return call.service.host.paths_to(name_space, name);
+        });
     if (!reach.empty()) filter.document = parse_xml("<filter>" + reach + "</filter>");
   }
   if (filter.document) filter.element = top(filter.document);
@@ -123,7 +126,7 @@ class DataReply : public LongReply {
 
 Reply get(Call& call) {
   Parameters parameters(call.element);
-  const Filter filter = filter_of(parameters.find("filter"));
+  const Filter filter = filter_of(call, parameters.find("filter"));
   parameters.finish();
   return std::make_unique<DataReply>(call, call.service.datastores.content(Datastore::kRunning),
                                      filter, query_of(filter, Content::kAll),
@@ -133,7 +136,7 @@ Reply get(Call& call) {
 Reply get_config(Call& call) {
   Parameters parameters(call.element);
   const Datastore source = datastore_in(parameters.need("source"));
-  const Filter filter = filter_of(parameters.find("filter"));
+  const Filter filter = filter_of(call, parameters.find("filter"));
   parameters.finish();
   call.target = name_of(source);
   return std::make_unique<DataReply>(call, call.service.datastores.content(source), filter,

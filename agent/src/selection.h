@@ -67,8 +67,11 @@ class XPathSelection {
 };
 
 // Elements of a subtree filter that select all that an expression can reach, and more; "" when that
-// is everything.
-Elements reach_of(const XPath& xpath);
+// is everything. `places_of`: the paths of the containers and lists that are nodes of a namespace
+// and name, or have leaves that are; none when nobody knows.
+using NodePlaces =
+    std::function<std::vector<Path>(const std::string& name_space, const std::string& name)>;
+Elements reach_of(const XPath& xpath, const NodePlaces& places_of);
 
 }  // namespace ocifip::agent
 

@@ -11,6 +11,9 @@ namespace {
 // No model is as deep.
 constexpr std::size_t kMostSteps = 64;
 
+// Of more places with nodes of one name everything is read.
+constexpr std::size_t kMostPlaces = 64;
+
 struct Step {
   std::string_view prefix;
   std::string_view name;
@@ -22,6 +25,8 @@ class PathReader {
  public:
   explicit PathReader(std::string_view text) : text_(text) {}
 
+  // Takes a "//" at the beginning but for its last character. Whether there is one.
+  bool take_anywhere();
   // The steps up to the first thing that is not read.
   std::vector<Step> steps();
   [[nodiscard]] std::string_view rest() const { return text_; }
@@ -50,6 +55,11 @@ bool PathReader::take(char c) {
   if (!text_.starts_with(c)) return false;
   text_.remove_prefix(1);
   return true;
+}
+
+bool PathReader::take_anywhere() {
+  skip_blanks();
+  return text_.starts_with("//") && take('/');
 }
 
 std::optional<std::string_view> PathReader::identifier() {
@@ -126,12 +136,13 @@ bool looks_elsewhere(std::string_view rest) {
   if (rest.find("..") != std::string_view::npos || rest.find("::") != std::string_view::npos) {
     return true;
   }
-  // A "/" that no step stands before begins at the top; so may functions.
+  // A "/" that no step stands before begins at the top. Functions have it behind a bracket or
+  // comma; those without arguments look at what is there.
   std::string_view word;  // that ends before the character
   char before = ']';
   for (std::size_t at = 0; at < rest.size(); ++at) {
     const char c = rest[at];
-    if (c == '(' || c == '$') return true;
+    if (c == '$') return true;
     const bool is_name = is_name_character(before) && !is_operator(word);
     const bool is_step = is_name || before == ']' || before == '*' || before == '/';
     if (c == '/' && !is_step) return true;
@@ -148,21 +159,54 @@ std::optional<std::string> meaning_of(const XPath& xpath, std::string_view prefi
   return std::nullopt;
 }
 
+// An element of a filter, with what is in it.
+Elements asking(std::string_view name_space, std::string_view name, const Elements& content) {
+  const std::string tag(name);
+  return "<" + tag + " xmlns=\"" + escaped(name_space) + "\">" + content + "</" + tag + ">";
+}
+
+// An element that asks for what a step does.
+std::optional<Elements> asking(const XPath& xpath, const Step& step, const Elements& content) {
+  const auto meaning = meaning_of(xpath, step.prefix);
+  if (!meaning) return std::nullopt;
+  Elements matches;
+  for (const auto& [leaf, value] : step.matches) matches += element(leaf, value);
+  return asking(*meaning, step.name, matches + content);
+}
+
+// The filter of a step that begins anywhere; nothing when that is nearly everywhere. It does not
+// name what is below: somewhere that may be a leaf that is not read.
+std::optional<Elements> anywhere(const XPath& xpath, const Step& step,
+                                 const NodePlaces& places_of) {
+  const auto meaning = meaning_of(xpath, step.prefix);
+  if (!meaning) return std::nullopt;
+  const auto places = places_of(*meaning, std::string(step.name));
+  if (places.empty() || places.size() > kMostPlaces) return std::nullopt;
+  Elements all;
+  for (const Path& place : places) {
+    Elements filter;
+    for (auto node = place.rbegin(); node != place.rend(); ++node) {
+      const bool is_it = filter.empty() && *node == std::pair(*meaning, std::string(step.name));
+      filter = is_it ? *asking(xpath, step, "") : asking(node->first, node->second, filter);
+    }
+    all += filter;
+  }
+  return all;
+}
+
 // The filter of one path; nothing when it may be anything.
-std::optional<Elements> filter_of(const XPath& xpath, std::string_view path) {
+std::optional<Elements> filter_of(const XPath& xpath, std::string_view path,
+                                  const NodePlaces& places_of) {
   PathReader reader(path);
+  const bool is_anywhere = reader.take_anywhere();
   const std::vector<Step> steps = reader.steps();
   if (steps.empty() || looks_elsewhere(reader.rest())) return std::nullopt;
-  Elements begin;
-  Elements end;
-  for (const Step& step : steps) {
-    const auto meaning = meaning_of(xpath, step.prefix);
-    if (!meaning) return std::nullopt;
-    begin.append("<").append(step.name).append(" xmlns=\"").append(escaped(*meaning)).append("\">");
-    for (const auto& [leaf, value] : step.matches) begin += element(leaf, value);
-    end.insert(0, "</" + std::string(step.name) + ">");
+  if (is_anywhere) return anywhere(xpath, steps.front(), places_of);
+  std::optional<Elements> filter = "";
+  for (auto step = steps.rbegin(); filter && step != steps.rend(); ++step) {
+    filter = asking(xpath, *step, *filter);
   }
-  return begin + end;
+  return filter;
 }
 
 // The paths of a union.
@@ -192,10 +236,10 @@ std::vector<std::string_view> parts(std::string_view text) {
 
 }  // namespace
 
-Elements reach_of(const XPath& xpath) {
+Elements reach_of(const XPath& xpath, const NodePlaces& places_of) {
   Elements reach;
   for (const std::string_view path : parts(xpath.text)) {
-    const auto filter = filter_of(xpath, path);
+    const auto filter = filter_of(xpath, path, places_of);
     if (!filter) return {};
     reach += *filter;
   }

@@ -214,6 +214,24 @@ DataPath Host::data_path(const std::string& instance_path) const {
   return ocifip::data_path(impl_->models(), instance_path);
 }
 
+std::vector<std::vector<std::pair<std::string, std::string>>> Host::paths_to(
+    const std::string& name_space, const std::string& name) const {
+  std::vector<std::vector<std::pair<std::string, std::string>>> paths;
+  std::vector<std::pair<std::string, std::string>> path;
+  const std::function<void(const lysc_node*)> look_below = [&](const lysc_node* parent) {
+    for (const lysc_node* node : impl_->models().children(parent)) {
+      const bool is_inner = !Models::is_leaf(node);
+      const bool is_it = Models::tag(node) == name && Models::module_namespace(node) == name_space;
+      if (is_inner) path.emplace_back(Models::module_namespace(node), Models::tag(node));
+      if (is_it && (paths.empty() || paths.back() != path)) paths.push_back(path);
+      look_below(node);
+      if (is_inner) path.pop_back();
+    }
+  };
+  look_below(nullptr);
+  return paths;
+}
+
 std::vector<std::string> Host::list_keys(
     const std::vector<std::pair<std::string, std::string>>& path) const {
   const lysc_node* node = nullptr;

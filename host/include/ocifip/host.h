@@ -242,8 +242,12 @@ class Host {
   // The path of a refusal or a fault with the modules of its nodes: as far as the models know them.
   [[nodiscard]] DataPath data_path(const std::string& instance_path) const;
 
-  // The names of the keys of a list, given namespaces and names of the nodes from the top down to
-  // it. None for another node.
+  // The containers and lists of the models that are of a namespace and name, or have such leaves:
+  // the namespaces and names of the nodes from the top down to each.
+  [[nodiscard]] std::vector<std::vector<std::pair<std::string, std::string>>> paths_to(
+      const std::string& name_space, const std::string& name) const;
+
+  // The names of the keys of a list, given such a path. None for another node.
   [[nodiscard]] std::vector<std::string> list_keys(
       const std::vector<std::pair<std::string, std::string>>& path) const;
 
