@@ -126,9 +126,12 @@ std::vector<Step> PathReader::steps() {
   return read;
 }
 
-// Whether a word may be an operator; it may be a name as well.
-bool is_operator(std::string_view word) {
-  return word == "or" || word == "and" || word == "div" || word == "mod";
+// Whether a word is surely a step. That of an operator may be a name as well; a number or a minus,
+// of which words consist, too, is none.
+bool is_step(std::string_view word) {
+  if (word == ".") return true;
+  if (word.empty() || word == "or" || word == "and" || word == "div" || word == "mod") return false;
+  return std::isalpha(static_cast<unsigned char>(word.front())) != 0 || word.front() == '_';
 }
 
 // Whether what follows the steps may look at data that is not below them.
@@ -143,9 +146,9 @@ bool looks_elsewhere(std::string_view rest) {
   for (std::size_t at = 0; at < rest.size(); ++at) {
     const char c = rest[at];
     if (c == '$') return true;
-    const bool is_name = is_name_character(before) && !is_operator(word);
-    const bool is_step = is_name || before == ']' || before == '*' || before == '/';
-    if (c == '/' && !is_step) return true;
+    // Elsewhere a "*" may multiply.
+    const bool is_any = before == '*' && at >= 2 && (rest[at - 2] == '/' || rest[at - 2] == ':');
+    if (c == '/' && !is_step(word) && !is_any && before != ']' && before != '/') return true;
     word = is_name_character(c) ? rest.substr(at - word.size(), word.size() + 1) : "";
     before = c;  // a blank, too: "and /a" begins at the top
   }

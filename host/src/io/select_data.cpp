@@ -304,10 +304,10 @@ bool is_value_choice(const DocumentNode& node) {
   return !is_inner(node) && node.value && !is_key(node);
 }
 
+bool chooses(const DocumentNode& node) { return chooses_entry(node) || is_value_choice(node); }
+
 bool only_chooses(const DocumentNode& query) {
-  return std::all_of(query.children.begin(), query.children.end(), [](const auto& child) {
-    return chooses_entry(child) || is_value_choice(child);
-  });
+  return std::all_of(query.children.begin(), query.children.end(), chooses);
 }
 
 Document select_named(const Document& data, const Document& query) {

@@ -26,7 +26,9 @@ Document select_chosen(const Document& data, const Document& query);
 // Whether a query's node is a leaf that is no key, with a value: one by which select_chosen()
 // chooses what it is in.
 bool is_value_choice(const DocumentNode& node);
-// Whether there is nothing else in a query's node but such leaves, and keys that choose.
+// Whether a query's node is such a leaf, or a key that chooses.
+bool chooses(const DocumentNode& node);
+// Whether there is nothing else in a query's node.
 bool only_chooses(const DocumentNode& query);
 
 // What follows in a selection.

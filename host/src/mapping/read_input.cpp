@@ -104,8 +104,6 @@ void widen(std::vector<DocumentNode>& nodes) {
   }
 }
 
-bool chooses(const DocumentNode& query) { return chooses_entry(query) || is_value_choice(query); }
-
 // What nodes of a query have in common that ask for something of the same: the name, the value of a
 // leaf, and what chooses a container or entry.
 std::string likeness(const DocumentNode& node) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 namespace ocifip {
+
 ConfigurationReading::ConfigurationReading(const Models& models, std::shared_ptr<DeviceView> view,
                                            ReadInput read)
     : models_(models),
